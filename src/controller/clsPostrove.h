@@ -1,0 +1,140 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "controller/shared_objects.h"
+#include "forms/frmFolderMessage.h"
+#include "forms/frmPostrove.h"
+#include "forms/kit/form_host.h"
+#include "outlook/clsRegistry.h"
+#include "outlook/office/outlook.h"
+#include "shared/clsDatabase.h"
+#include "shared/clsSharedUtil.h"
+
+namespace postrove {
+
+// Version of the add-in, as its version resource states it.
+struct ProductVersion {
+  int major = 0;
+  int minor = 0;
+  int revision = 0;
+};
+
+// One row of the project list.
+struct Project {
+  std::wstring number;
+  std::wstring name;
+  std::wstring filePath;  // may be empty
+  bool active = false;
+  std::int32_t id = 0;
+};
+
+// The controller, held in gController: owns the settings in memory, the project list, the current
+// project, the inspector button's click and every open dialog.
+//
+// Thread: Outlook's user-interface thread only. Event handlers never throw; the other members throw
+// Error where it is said. A handler keeps the controller alive while it runs, so gController can be
+// released during a click.
+class clsPostrove final : public forms::frmPostroveEvents,
+                          public forms::frmFolderMessageEvents,
+                          public std::enable_shared_from_this<clsPostrove> {
+ public:
+  // The start-up: finds the folders, decides whether Quillion's data is shared, locates and reads
+  // the settings. A failure is reported to the user; the rest then keeps its defaults. `shared`
+  // supplies gOutlook at each click; database, utility and forms are held.
+  static std::shared_ptr<clsPostrove> Create(SharedObjects& shared,
+                                             std::shared_ptr<forms::FormHost> forms,
+                                             std::unique_ptr<clsRegistry> registry,
+                                             ProductVersion version);
+
+  // Folder strings of the machine, without a trailing backslash; empty when the registry has none.
+  const std::wstring& gCommonAppData() const { return gCommonAppData_; }
+  const std::wstring& gProgramFiles() const { return gProgramFiles_; }
+  bool QuillionInstalled() const { return quillionInstalled_; }
+  bool UseQuillion() const { return useQuillion_; }
+
+  // Takes a new inspector button: formats it by ItemIsSent and keeps it as the one whose clicks
+  // arrive. The button kept before is let go first. Throws Error when Office refuses.
+  void SetPostroveMenuButton(const office::CommandBarButton& button);
+
+  // Plain values.
+  bool ItemIsSent = false;         // the inspector's item is already sent or received
+  std::wstring ProjectNumber;      // the current project
+  std::wstring ProjectName;
+  std::wstring ProjFilePath;
+  std::wstring SaveAsName;         // proposed file name without extension
+  bool Active = false;
+  std::int32_t ProjectID = 0;
+  std::wstring EmailFolder = L"Corr_Out\\";  // below a project folder, with its backslash
+  std::wstring ProjDelim = L"-";
+  std::wstring SubjDelim = L"=>";
+  std::wstring Root;               // root folder of the project folders
+  std::wstring WorkUnit;           // the word for a project in labels and messages
+  std::wstring FolderMessageReturn;  // answer of the folder message dialog; empty is Cancel
+
+  std::vector<Project> ProjectList;
+
+  // Chooses the current settings file and reloads everything from it. Throws what the utility throws.
+  void LocateSettingsFile();
+
+  // Takes a subject apart: reply and forward prefixes come off the text itself; ProjectNumber,
+  // ProjectName and SaveAsName are set where found. True when all three are non-empty afterwards.
+  // Throws Error 5 when the subject delimiter stands before the end of the project part.
+  bool ParseSubject(std::wstring& subject);
+
+  // The first row that matches, ignoring case: by number, or by name when the number is empty. -1
+  // when there is none.
+  int FindProject(const std::wstring& number, const std::wstring& name) const;
+
+  // Makes the project of the subject current: the list's row, or a temporary row added for this
+  // message. Nothing is written to the database.
+  void ResolveSubjectProject();
+
+  void SelectProject(int row);  // copies a list row into the current project
+  void ClearProject();          // empties the current project
+  void FillProjectCombo(forms::Control& combo);
+  void FillSaveFields(forms::frmPostrove& form);
+
+  // Writes the tracked message into the dialog's folder and sends it when it is new. True when the
+  // message was handled and the dialog may close. A failure is reported and answers false: nothing
+  // is sent that was not written.
+  bool SaveAndSendMail();
+
+  // A click on the inspector button.
+  void mcbPostroveMenuButton_Click();
+
+  // The save dialog.
+  void frmPostroveEvent_ButtonClicked(int Index) override;
+  void frmPostroveEvent_FormUnload(bool& Cancel) override;
+  void frmPostroveEvent_FormActivate() override;
+  void frmPostroveEvent_ProjectComboChange(const std::wstring& Text) override;
+  void frmPostroveEvent_ProjectComboClick() override;
+  void frmPostroveEvent_ProjectComboGotFocus() override;
+  void frmPostroveEvent_ProjectComboKeyPress(int& KeyAscii) override;
+  void frmPostroveEvent_ProjectComboLostFocus() override;
+  void frmPostroveEvent_SaveAsNameChanged() override;
+  void frmPostroveEvent_SaveAsNameGotFocus() override;
+  void frmPostroveEvent_SaveAsNameLostFocus() override;
+  void frmPostroveEvent_SaveFolderChanged() override;
+  void frmPostroveEvent_SaveFolderGotFocus() override;
+  void frmPostroveEvent_SaveFolderLostFocus() override;
+  void frmPostroveEvent_WebLabelClick(const std::wstring& Caption) override;
+
+  // The folder message dialog.
+  void frmFolderMessageEvent_ButtonClicked(int Index) override;
+  void frmFolderMessageEvent_ButtonMouseDown(int Index, int Button, int Shift, float X,
+                                             float Y) override;
+  void frmFolderMessageEvent_FolderMessageFieldChange(int Index) override;
+  void frmFolderMessageEvent_FolderMessageFieldGotFocus(int Index) override;
+  void frmFolderMessageEvent_FolderMessageFieldLostFocus(int Index) override;
+  void frmFolderMessageEvent_FormActivate() override;
+
+ private:
+  clsPostrove(SharedObjects& shared, std::shared_ptr<forms::FormHost> forms,
+              std::unique_ptr<clsRegistry> registry, ProductVersion version);
+};
+
+}  // namespace postrove

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+// The settings file format: sections headed by a name in square brackets, below each one line
+// "key=value" per value.
+// - Section names and keys are compared without regard to case, blanks around them do not count.
+//   When a section or a key stands twice, the first one counts.
+// - Lines that begin with ";" or "#" and blank lines are comments.
+// - Blanks around a value do not count; one pair of double quotes around it is taken off, and put
+//   on when a value begins or ends with a blank or a double quote, so " - " survives.
+// - Encoding: UTF-16 little endian and UTF-8, each with its byte-order mark, are recognised and
+//   kept; any other file is in the system's code page.
+namespace postrove::ini {
+
+// Conversions of the system's code page, supplied by the caller.
+struct CodePage {
+  std::function<std::wstring(const std::string&)> decode;
+  std::function<std::string(const std::wstring&)> encode;
+};
+
+// The value, or nothing when the section or the key is missing.
+std::optional<std::wstring> Read(const std::string& bytes, std::wstring_view section,
+                                 std::wstring_view key, const CodePage& codePage);
+
+// The file with the value stored: replaced in its line, else added at the end of its section, else
+// with a new section at the end of the file. Everything else - comments, blank lines, order,
+// unknown keys, line ends, encoding - stays byte for byte. A value that the file's code page cannot
+// hold turns the file into UTF-8 with its mark. Line breaks and nulls in section, key or value throw
+// Error 5, as does an empty section or key or one that the format could not read back.
+std::string Write(const std::string& bytes, std::wstring_view section, std::wstring_view key,
+                  std::wstring_view value, const CodePage& codePage);
+
+}  // namespace postrove::ini

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <memory>
+
+#include "forms/kit/form.h"
+
+namespace postrove::forms {
+
+// Events of the folder message dialog, in declaration order. The controller implements them.
+class frmFolderMessageEvents {
+ public:
+  virtual void frmFolderMessageEvent_ButtonClicked(int Index) = 0;
+  virtual void frmFolderMessageEvent_ButtonMouseDown(int Index, int Button, int Shift, float X,
+                                                     float Y) = 0;
+  virtual void frmFolderMessageEvent_FolderMessageFieldChange(int Index) = 0;
+  virtual void frmFolderMessageEvent_FolderMessageFieldGotFocus(int Index) = 0;
+  virtual void frmFolderMessageEvent_FolderMessageFieldLostFocus(int Index) = 0;
+  virtual void frmFolderMessageEvent_FormActivate() = 0;
+
+ protected:
+  ~frmFolderMessageEvents() = default;
+};
+
+// States a problem with a file or folder name and lets the user correct it. The caller writes
+// message, name, instructions and caption; the answer comes back through the controller.
+class frmFolderMessage : public Form {
+ public:
+  explicit frmFolderMessage(std::weak_ptr<frmFolderMessageEvents> events);
+
+  Control& txtFolderMessage(int index) const { return Find(L"txtFolderMessage", index); }
+  Control& cmdFolderMessage(int index) const { return Find(L"cmdFolderMessage", index); }
+  Control& lblWarning() const { return Find(L"lblWarning"); }
+};
+
+}  // namespace postrove::forms

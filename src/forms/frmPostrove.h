@@ -1,0 +1,67 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "forms/kit/form.h"
+
+namespace postrove::forms {
+
+// Events of the save dialog, in declaration order. The controller implements them.
+class frmPostroveEvents {
+ public:
+  virtual void frmPostroveEvent_ButtonClicked(int Index) = 0;
+  virtual void frmPostroveEvent_FormUnload(bool& Cancel) = 0;
+  virtual void frmPostroveEvent_FormActivate() = 0;
+  virtual void frmPostroveEvent_ProjectComboChange(const std::wstring& Text) = 0;
+  virtual void frmPostroveEvent_ProjectComboClick() = 0;
+  virtual void frmPostroveEvent_ProjectComboGotFocus() = 0;
+  virtual void frmPostroveEvent_ProjectComboKeyPress(int& KeyAscii) = 0;
+  virtual void frmPostroveEvent_ProjectComboLostFocus() = 0;
+  virtual void frmPostroveEvent_SaveAsNameChanged() = 0;
+  virtual void frmPostroveEvent_SaveAsNameGotFocus() = 0;
+  virtual void frmPostroveEvent_SaveAsNameLostFocus() = 0;
+  virtual void frmPostroveEvent_SaveFolderChanged() = 0;
+  virtual void frmPostroveEvent_SaveFolderGotFocus() = 0;
+  virtual void frmPostroveEvent_SaveFolderLostFocus() = 0;
+  virtual void frmPostroveEvent_WebLabelClick(const std::wstring& Caption) = 0;
+
+ protected:
+  ~frmPostroveEvents() = default;
+};
+
+// Indexes of the command-button array cmdPostrove.
+enum PostroveButton {
+  kMainButton = 0,
+  kBrowseFolderButton = 1,
+  kAddProjectButton = 2,
+  kDefaultsButton = 3,
+  kCloseButton = 4,
+  kHelpButton = 5,
+  kEditProjectButton = 8,
+};
+
+// Labels of the array lblFieldLabel.
+enum PostroveLabel { kProjectLabel = 0, kFolderLabel = 1, kNameLabel = 2 };
+
+// The save dialog. It does no work: every control event goes to the events object.
+class frmPostrove : public Form {
+ public:
+  // `events` may be gone before the form: events are then dropped.
+  explicit frmPostrove(std::weak_ptr<frmPostroveEvents> events);
+
+  Control& lblFormTitle;
+  Control& lblProjectLabel;  // lblFieldLabel(0)
+  Control& cboPostrove;
+  Control& lblFolderLabel;   // lblFieldLabel(1)
+  Control& txtSaveFolder;
+  Control& lblNameLabel;     // lblFieldLabel(2)
+  Control& txtSaveAsName;
+  Control& lblAlert;
+  Control& rtfFieldHints;
+  Control& lblVersion;
+  Control& lblWebSite;
+  Control& cmdPostrove(int index) const { return Find(L"cmdPostrove", index); }
+};
+
+}  // namespace postrove::forms

@@ -1,0 +1,81 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "forms/kit/control.h"
+
+namespace postrove::forms {
+
+// Is told of every change of a form's model while it is attached. Implemented by the renderer.
+class FormView {
+ public:
+  virtual ~FormView() = default;
+  virtual void ControlChanged(Control& control, Property property) = 0;
+  virtual void CaptionChanged() = 0;
+  // The form was unloaded: its windows go, ShowModal returns. The form's destructor calls it too.
+  virtual void Unloaded() = 0;
+};
+
+// A form: its controls in tab order (the order of their making), its size, its events. Forms do no
+// work: a form class declares controls and turns each control event into one event of the form.
+class Form {
+ public:
+  // Client size in twips; `minimum` is the smallest one the user can make.
+  Form(std::wstring name, int width, int height, bool resizable);
+  virtual ~Form();
+  Form(const Form&) = delete;
+  Form& operator=(const Form&) = delete;
+
+  const std::wstring& Name() const { return name_; }
+  int Width() const { return width_; }
+  int Height() const { return height_; }
+  bool Resizable() const { return resizable_; }
+
+  const std::wstring& Caption() const { return caption_; }
+  void SetCaption(std::wstring caption);
+
+  // Every control in tab order. A label stands directly before the control that it names.
+  const std::vector<std::unique_ptr<Control>>& Controls() const { return controls_; }
+
+  // The control of that name and index. Throws Error 5 when there is none.
+  Control& Find(const std::wstring& name, int index = -1) const;
+
+  // Ends the form: raises onUnload, which can cancel, then lets the view go. False when cancelled.
+  // Unloading twice does nothing the second time.
+  bool Unload();
+  bool IsUnloaded() const { return unloaded_; }
+
+  // The user closes the window by its title bar, Alt+F4, or Esc where no button is the cancel
+  // button: the same as Unload unless closing is not offered (then nothing happens).
+  void UserClosed();
+  bool closable = true;
+
+  // The user brought the form to the front, or it was shown.
+  void UserActivated();
+
+  std::function<void()> onActivate;
+  std::function<void(bool& cancel)> onUnload;
+
+  // At most one view. Attaching replaces none: it must be empty before.
+  void Attach(FormView* view);
+  void Detach() { view_ = nullptr; }
+  FormView* View() const { return view_; }
+
+ protected:
+  Control& Add(ControlKind kind, std::wstring name, int index, Box place, std::wstring text = {});
+
+ private:
+  const std::wstring name_;
+  const int width_;
+  const int height_;
+  const bool resizable_;
+  std::wstring caption_;
+  std::vector<std::unique_ptr<Control>> controls_;
+  FormView* view_ = nullptr;
+  bool unloaded_ = false;
+};
+
+}  // namespace postrove::forms

@@ -1,0 +1,122 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "outlook/office/object.h"
+
+// Typed wrappers of the Outlook and Office objects that the product uses, with only the members it
+// uses. A wrapper is a counted reference and as cheap to copy; a default-made one is Nothing, and
+// using a member of it throws Error 91. Members throw Error as Object does.
+namespace postrove::office {
+
+class Wrapper {
+ public:
+  Wrapper() = default;
+  explicit Wrapper(ObjectPtr object) : object_(std::move(object)) {}
+
+  explicit operator bool() const { return object_ != nullptr; }
+  const ObjectPtr& Get() const { return object_; }
+
+ protected:
+  Object& Held() const;
+
+ private:
+  ObjectPtr object_;
+};
+
+class CommandBarButton : public Wrapper {
+ public:
+  using Wrapper::Wrapper;
+  void SetCaption(const std::wstring& caption) const;
+  void SetStyle(std::int32_t style) const;
+  void SetFaceId(std::int32_t face) const;
+  void SetBeginGroup(bool begin) const;
+  void SetTag(const std::wstring& tag) const;
+  void SetOnAction(const std::wstring& action) const;
+  void SetVisible(bool visible) const;
+  std::wstring Caption() const;
+};
+
+class CommandBarControl : public Wrapper {
+ public:
+  using Wrapper::Wrapper;
+  void Delete() const;
+  // The same control through its button interface. Throws Error when it is not a button.
+  CommandBarButton AsButton() const;
+};
+
+class CommandBar : public Wrapper {
+ public:
+  using Wrapper::Wrapper;
+  void SetVisible(bool visible) const;
+  void SetProtection(std::int32_t protection) const;
+  // Adds a temporary plain button before the control at the 1-based index.
+  CommandBarControl AddButton(std::int32_t parameter, std::int32_t before) const;
+};
+
+class CommandBars : public Wrapper {
+ public:
+  using Wrapper::Wrapper;
+  CommandBar Item(const std::wstring& name) const;
+  // Nothing when no control has the tag.
+  CommandBarControl FindControl(const std::wstring& tag) const;
+};
+
+// Any item that an inspector shows. Only Class is safe before the class is known.
+class Item : public Wrapper {
+ public:
+  using Wrapper::Wrapper;
+  std::int32_t Class() const;
+  bool Sent() const;
+};
+
+class MailItem : public Item {
+ public:
+  using Item::Item;
+  // The item through its mail interface. Throws Error when it is not a mail item.
+  static MailItem From(const Item& item);
+
+  std::wstring Subject() const;
+  void SetSubject(const std::wstring& subject) const;
+  std::wstring Body() const;
+  void SetBody(const std::wstring& body) const;
+  std::wstring HtmlBody() const;
+  void SetHtmlBody(const std::wstring& html) const;
+  std::int32_t AttachmentCount() const;
+  std::int32_t RecipientCount() const;
+  void SaveAs(const std::wstring& path, std::int32_t type) const;
+  void Send() const;
+};
+
+class Inspector : public Wrapper {
+ public:
+  using Wrapper::Wrapper;
+  Item CurrentItem() const;
+  office::CommandBars CommandBars() const;
+  std::int32_t EditorType() const;
+  bool IsWordMail() const;
+};
+
+class Inspectors : public Wrapper {
+ public:
+  using Wrapper::Wrapper;
+  std::int32_t Count() const;
+};
+
+class NameSpace : public Wrapper {
+ public:
+  using Wrapper::Wrapper;
+};
+
+class Application : public Wrapper {
+ public:
+  using Wrapper::Wrapper;
+  std::wstring Version() const;
+  NameSpace GetNamespace(const std::wstring& type) const;
+  office::Inspectors Inspectors() const;
+  // Nothing when no inspector is open.
+  Inspector ActiveInspector() const;
+};
+
+}  // namespace postrove::office

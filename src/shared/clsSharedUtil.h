@@ -1,0 +1,100 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "shared/error.h"
+
+namespace postrove {
+
+enum class MessageButtons { Ok, YesNo };
+enum class MessageIcon { Information, Question, Error };
+enum class MessageAnswer { Ok, Yes, No };
+
+// What GetDriveType answers, with its numbers.
+enum class DriveKind { Unknown = 0, NoRoot = 1, Removable = 2, Fixed = 3, Network = 4, CdRom = 5, RamDisk = 6 };
+
+// The shared utility object (held in gUtility): files, settings, the shell, message boxes, the
+// folder picker. The product implements the protected and pure members on Windows, a test in memory.
+// Paths are Windows paths. Thread: Outlook's user-interface thread only.
+class clsSharedUtil {
+ public:
+  virtual ~clsSharedUtil() = default;
+
+  // Full path of the current settings file. A plain property: nothing is opened when it is set.
+  const std::wstring& IniFile() const { return iniFile_; }
+  void SetIniFile(std::wstring path) { iniFile_ = std::move(path); }
+
+  // True when the folder exists; false for an empty path, a file, or one that cannot be asked for.
+  virtual bool FolderExists(const std::wstring& folder) = 0;
+
+  // True when a file of that name exists in the folder (the two are joined as they are when the
+  // folder ends in "\", else with one between). A folder of that name does not count.
+  virtual bool FileExists(const std::wstring& folder, const std::wstring& file) = 0;
+
+  // Size of an existing file in bytes, or -1.
+  virtual long long FileSize(const std::wstring& path) = 0;
+
+  // Makes the folder and the missing ones above it. Nothing happens when it exists. Throws Error
+  // with the path and the system's reason in its description.
+  virtual void CreateFolder(const std::wstring& folder) = 0;
+
+  // The system's folder picker with a prompt: the chosen folder without a trailing backslash
+  // (a drive's root keeps its own), or empty text when the user cancels.
+  virtual std::wstring BrowseForFolder(const std::wstring& prompt) = 0;
+
+  // A drive root such as "C:\".
+  virtual DriveKind DriveType(const std::wstring& root) = 0;
+
+  // Opens a document, folder or web address with the shell verb "open". Throws Error.
+  virtual void OpenDocument(const std::wstring& document) = 0;
+
+  // Shows a message box over the active window and returns the answer.
+  virtual MessageAnswer ShowMessage(const std::wstring& text, const std::wstring& title,
+                                    MessageButtons buttons, MessageIcon icon) = 0;
+
+  // The value of a key of an INI file, or `defaultValue` when the file, the section or the key is
+  // missing or the file cannot be read. `application` ("Postrove" or "Quillion") names the product
+  // that owns the key; the file alone decides the result. The rules of the format are in
+  // data/ini_text.h.
+  std::wstring ReadSetting(const std::wstring& application, const std::wstring& section,
+                           const std::wstring& key, const std::wstring& defaultValue,
+                           const std::wstring& file);
+
+  // Stores a value; file, folder, section and key are made as needed. The file is replaced as a
+  // whole under a lock, so another reader sees the old or the new file. Throws Error; the old file
+  // then stands unchanged.
+  void WriteSetting(const std::wstring& application, const std::wstring& section,
+                    const std::wstring& key, const std::wstring& value, const std::wstring& file);
+
+  // A name that Windows accepts for a file (shared/file_name.h).
+  std::wstring MakeFileName(const std::wstring& text);
+
+  // Shows the standard message box for a failed procedure: what failed, in which procedure, what
+  // the user can do. Never throws.
+  void ReportError(const Error& error, const std::wstring& module, const std::wstring& procedure,
+                   const std::wstring& detail = {}) noexcept;
+
+ protected:
+  // The bytes of a file. False when it does not exist or cannot be read.
+  virtual bool LoadFile(const std::wstring& path, std::string* bytes) = 0;
+
+  // Replaces a file by change(its bytes) in one step; a missing file counts as empty and is made,
+  // with its folder. Throws Error; the old file then stands unchanged.
+  virtual void UpdateFile(const std::wstring& path,
+                          const std::function<std::string(const std::string&)>& change) = 0;
+
+  // Text of bytes in the system's code page, and back ("?" for what it lacks).
+  virtual std::wstring FromCodePage(const std::string& bytes) = 0;
+  virtual std::string ToCodePage(const std::wstring& text) = 0;
+
+ private:
+  std::wstring iniFile_;
+};
+
+// Runs `body` under the procedure-wide error handler: an exception is reported through ReportError
+// with the module and procedure name and goes no further. True when the body ended without one.
+bool Reporting(clsSharedUtil& utility, const wchar_t* module, const wchar_t* procedure,
+               const std::function<void()>& body) noexcept;
+
+}  // namespace postrove

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+// Text helpers with the same results on every machine: nothing here depends on the C locale.
+// Text is UTF-16 on Windows and UTF-32 natively, one std::wstring either way.
+namespace postrove::text {
+
+// The lower-case form of one character for comparisons: Basic Latin, Latin-1, Latin Extended-A,
+// Greek and Cyrillic letters; any other character is returned unchanged.
+wchar_t Fold(wchar_t c);
+
+bool EqualsIgnoreCase(std::wstring_view a, std::wstring_view b);
+bool StartsWithIgnoreCase(std::wstring_view text, std::wstring_view prefix);
+
+// Position of the first occurrence at or after `from`, or npos. An empty needle is never found.
+std::size_t FindIgnoreCase(std::wstring_view text, std::wstring_view needle, std::size_t from = 0);
+
+// Every occurrence replaced, from left to right; replaced text is not searched again. An empty
+// `what` replaces nothing.
+std::wstring Replace(std::wstring_view text, std::wstring_view what, std::wstring_view with);
+std::wstring ReplaceIgnoreCase(std::wstring_view text, std::wstring_view what,
+                               std::wstring_view with);
+
+// Without blanks (U+0020) at both ends.
+std::wstring Trim(std::wstring_view text);
+
+std::wstring FromNumber(long long value);
+
+// The number at the start of a text, as Visual Basic's Val reads it: blanks are skipped, then an
+// optional sign and digits with one decimal point are read; anything else ends it. 0 when there is
+// none. "11.0.8173" reads as 11.
+double LeadingNumber(std::wstring_view text);
+
+// UTF-8 conversions. Malformed input becomes U+FFFD, never an error.
+std::string ToUtf8(std::wstring_view text);
+std::wstring FromUtf8(std::string_view bytes);
+
+// UTF-16 code units of the text, whatever the width of wchar_t.
+std::u16string ToUtf16(std::wstring_view text);
+std::wstring FromUtf16(std::u16string_view units);
+
+// Text that can stand in HTML, in any charset: & < > " are named, characters beyond ASCII become
+// decimal character references.
+std::wstring EscapeHtml(std::wstring_view text);
+
+// "\" appended to a non-empty path that does not end in one; an empty path stays empty.
+std::wstring NormaliseFolder(std::wstring_view path);
+
+}  // namespace postrove::text
