@@ -1,22 +1,36 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <string>
 
 #include "shared/error.h"
+#include "shared/file_name.h"
 
 namespace postrove {
+
+namespace ini {
+struct CodePage;
+}
 
 enum class MessageButtons { Ok, YesNo };
 enum class MessageIcon { Information, Question, Error };
 enum class MessageAnswer { Ok, Yes, No };
 
 // What GetDriveType answers, with its numbers.
-enum class DriveKind { Unknown = 0, NoRoot = 1, Removable = 2, Fixed = 3, Network = 4, CdRom = 5, RamDisk = 6 };
+enum class DriveKind {
+  Unknown = 0,
+  NoRoot = 1,
+  Removable = 2,
+  Fixed = 3,
+  Network = 4,
+  CdRom = 5,
+  RamDisk = 6
+};
 
 // The shared utility object (held in gUtility): files, settings, the shell, message boxes, the
-// folder picker. The product implements the protected and pure members on Windows, a test in memory.
-// Paths are Windows paths. Thread: Outlook's user-interface thread only.
+// folder picker. The product implements the protected and pure members on Windows, a test in
+// memory. Paths are Windows paths. Thread: Outlook's user-interface thread only.
 class clsSharedUtil {
  public:
   virtual ~clsSharedUtil() = default;
@@ -68,7 +82,7 @@ class clsSharedUtil {
                     const std::wstring& key, const std::wstring& value, const std::wstring& file);
 
   // A name that Windows accepts for a file (shared/file_name.h).
-  std::wstring MakeFileName(const std::wstring& text);
+  std::wstring MakeFileName(const std::wstring& text, std::size_t maxUnits = kMaxNameUnits);
 
   // Shows the standard message box for a failed procedure: what failed, in which procedure, what
   // the user can do. Never throws.
@@ -89,6 +103,8 @@ class clsSharedUtil {
   virtual std::string ToCodePage(const std::wstring& text) = 0;
 
  private:
+  ini::CodePage SystemCodePage();
+
   std::wstring iniFile_;
 };
 

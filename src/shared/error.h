@@ -27,15 +27,18 @@ class Error : public std::exception {
 
 // Visual Basic's numbers, where one of its errors is meant.
 inline constexpr long kInvalidArgument = 5;
+inline constexpr long kOutOfMemory = 7;
 inline constexpr long kSubscriptOutOfRange = 9;
 inline constexpr long kTypeMismatch = 13;
+inline constexpr long kInternalError = 51;
 inline constexpr long kFileNotFound = 53;
 inline constexpr long kInputPastEnd = 62;
 inline constexpr long kPathFileAccess = 75;
 inline constexpr long kObjectNotSet = 91;
 
 // The exception being handled as an Error: an Error unchanged, any other exception as an internal
-// one that names what() in its description. Call it from a catch block only.
+// error (kInternalError) that names what() in its description, a failed allocation as kOutOfMemory.
+// Call it from a catch block only.
 Error CurrentError();
 
 }  // namespace postrove

@@ -10,7 +10,8 @@
 namespace postrove::text {
 
 // The lower-case form of one character for comparisons: Basic Latin, Latin-1, Latin Extended-A,
-// Greek and Cyrillic letters; any other character is returned unchanged.
+// Greek and Cyrillic letters; any other character is returned unchanged. As in Windows' file names
+// the Turkish dotted and dotless i stand for themselves, and the final sigma equals a sigma.
 wchar_t Fold(wchar_t c);
 
 bool EqualsIgnoreCase(std::wstring_view a, std::wstring_view b);
@@ -32,14 +33,22 @@ std::wstring FromNumber(long long value);
 
 // The number at the start of a text, as Visual Basic's Val reads it: blanks are skipped, then an
 // optional sign and digits with one decimal point are read; anything else ends it. 0 when there is
-// none. "11.0.8173" reads as 11.
+// none. "11.0.8173" reads as 11. As in Val, blanks, tabs and line feeds among the digits are
+// skipped as well: "1 000" reads as 1000.
 double LeadingNumber(std::wstring_view text);
 
 // UTF-8 conversions. Malformed input becomes U+FFFD, never an error.
 std::string ToUtf8(std::wstring_view text);
 std::wstring FromUtf8(std::string_view bytes);
 
-// UTF-16 code units of the text, whatever the width of wchar_t.
+// The code point at *position, which is moved behind it; a surrogate pair counts as one, half a
+// pair comes back as it stands. *position must lie inside the text.
+char32_t NextCodePoint(std::wstring_view text, std::size_t* position);
+
+// Appends a code point in the units of wchar_t. Beyond U+10FFFF it is U+FFFD.
+void AppendCodePoint(std::wstring* text, char32_t codePoint);
+
+// UTF-16 code units of the text, whatever the width of wchar_t. Half a surrogate pair is kept.
 std::u16string ToUtf16(std::wstring_view text);
 std::wstring FromUtf16(std::u16string_view units);
 

@@ -1,0 +1,95 @@
+#include "shared/clsSharedUtil.h"
+
+#include "data/ini_text.h"
+#include "shared/text.h"
+
+namespace postrove {
+namespace {
+
+// A run-time error number as it stands, an HRESULT in the form in which it can be looked up.
+std::wstring NumberText(long number) {
+  if (number >= 0) return text::FromNumber(number);
+  std::wstring digits = L"0x";
+  for (int shift = 28; shift >= 0; shift -= 4) {
+    digits.push_back(L"0123456789ABCDEF"[(static_cast<unsigned long>(number) >> shift) & 0xF]);
+  }
+  return digits;
+}
+
+std::wstring Advice(long number) {
+  if (number == kFileNotFound || number == kPathFileAccess) {
+    return L"Check that the file and its folder exist, that the drive or network is connected and "
+           L"that you are allowed to write there. Then try again.";
+  }
+  if (number == kOutOfMemory) return L"Close other programs, then try again.";
+  return L"Try again. If the message comes back, restart Outlook; if that does not help, pass this "
+         L"text on to whoever looks after Postrove for you.";
+}
+
+std::wstring ReportText(const Error& error, const std::wstring& module,
+                        const std::wstring& procedure, const std::wstring& detail) {
+  std::wstring report = error.Description().empty() ? L"An error without a description occurred."
+                                                    : error.Description();
+  if (!detail.empty()) report += L"\n\n" + detail;
+  report += L"\n\n" + Advice(error.Number());
+  report += L"\n\nProcedure: " + module + L"." + procedure;
+  report += L"\nError number: " + NumberText(error.Number());
+  if (!error.Source().empty()) report += L"\nSource: " + error.Source();
+  return report;
+}
+
+}  // namespace
+
+std::wstring clsSharedUtil::ReadSetting(const std::wstring& /*application*/,
+                                        const std::wstring& section, const std::wstring& key,
+                                        const std::wstring& defaultValue,
+                                        const std::wstring& file) {
+  std::string bytes;
+  if (!LoadFile(file, &bytes)) return defaultValue;
+  return ini::Read(bytes, section, key, SystemCodePage()).value_or(defaultValue);
+}
+
+void clsSharedUtil::WriteSetting(const std::wstring& /*application*/, const std::wstring& section,
+                                 const std::wstring& key, const std::wstring& value,
+                                 const std::wstring& file) {
+  UpdateFile(file, [&](const std::string& bytes) {
+    return ini::Write(bytes, section, key, value, SystemCodePage());
+  });
+}
+
+std::wstring clsSharedUtil::MakeFileName(const std::wstring& text, std::size_t maxUnits) {
+  return CleanFileName(text, maxUnits);
+}
+
+void clsSharedUtil::ReportError(const Error& error, const std::wstring& module,
+                                const std::wstring& procedure,
+                                const std::wstring& detail) noexcept {
+  try {
+    ShowMessage(ReportText(error, module, procedure, detail), L"Postrove", MessageButtons::Ok,
+                MessageIcon::Error);
+  } catch (...) {
+    // Nothing is left to report with.
+  }
+}
+
+ini::CodePage clsSharedUtil::SystemCodePage() {
+  return {[this](const std::string& bytes) { return FromCodePage(bytes); },
+          [this](const std::wstring& text) { return ToCodePage(text); }};
+}
+
+bool Reporting(clsSharedUtil& utility, const wchar_t* module, const wchar_t* procedure,
+               const std::function<void()>& body) noexcept {
+  try {
+    try {
+      body();
+      return true;
+    } catch (...) {
+      utility.ReportError(CurrentError(), module, procedure);
+    }
+  } catch (...) {
+    // There was no memory to describe the error with.
+  }
+  return false;
+}
+
+}  // namespace postrove

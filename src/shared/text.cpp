@@ -1,0 +1,296 @@
+#include "shared/text.h"
+
+#include <algorithm>
+
+namespace postrove::text {
+namespace {
+
+constexpr char32_t kReplacement = 0xFFFD;
+constexpr char32_t kLastCodePoint = 0x10FFFF;
+
+bool IsHighSurrogate(char32_t c) { return c >= 0xD800 && c <= 0xDBFF; }
+bool IsLowSurrogate(char32_t c) { return c >= 0xDC00 && c <= 0xDFFF; }
+bool IsSurrogate(char32_t c) { return c >= 0xD800 && c <= 0xDFFF; }
+
+// A run of capital letters. With step 1 every character of it is a capital; with step 2 capitals
+// and small letters alternate, beginning with a capital.
+struct Capitals {
+  char32_t first;
+  char32_t last;
+  char32_t step;
+  char32_t lower;  // small letter of `first`; the others follow in the same distance
+};
+
+constexpr Capitals kCapitals[] = {
+    {0x00C0, 0x00D6, 1, 0x00E0}, {0x00D8, 0x00DE, 1, 0x00F8}, {0x0100, 0x012E, 2, 0x0101},
+    {0x0132, 0x0136, 2, 0x0133}, {0x0139, 0x0147, 2, 0x013A}, {0x014A, 0x0176, 2, 0x014B},
+    {0x0178, 0x0178, 1, 0x00FF}, {0x0179, 0x017D, 2, 0x017A}, {0x0370, 0x0372, 2, 0x0371},
+    {0x0376, 0x0376, 1, 0x0377}, {0x0386, 0x0386, 1, 0x03AC}, {0x0388, 0x038A, 1, 0x03AD},
+    {0x038C, 0x038C, 1, 0x03CC}, {0x038E, 0x038F, 1, 0x03CD}, {0x0391, 0x03A1, 1, 0x03B1},
+    {0x03A3, 0x03AB, 1, 0x03C3}, {0x03C2, 0x03C2, 1, 0x03C3}, {0x03D8, 0x03EE, 2, 0x03D9},
+    {0x03F7, 0x03F7, 1, 0x03F8}, {0x03FA, 0x03FA, 1, 0x03FB}, {0x0400, 0x040F, 1, 0x0450},
+    {0x0410, 0x042F, 1, 0x0430}, {0x0460, 0x0480, 2, 0x0461}, {0x048A, 0x04BE, 2, 0x048B},
+    {0x04C0, 0x04C0, 1, 0x04CF}, {0x04C1, 0x04CD, 2, 0x04C2}, {0x04D0, 0x04FE, 2, 0x04D1},
+    {0x0500, 0x052E, 2, 0x0501},
+};
+
+bool StartsWithIgnoreCaseAt(std::wstring_view text, std::size_t at, std::wstring_view prefix) {
+  if (text.size() - at < prefix.size()) return false;
+  for (std::size_t i = 0; i < prefix.size(); ++i) {
+    if (Fold(text[at + i]) != Fold(prefix[i])) return false;
+  }
+  return true;
+}
+
+std::size_t FindExactly(std::wstring_view text, std::wstring_view needle, std::size_t from) {
+  return needle.empty() ? std::wstring_view::npos : text.find(needle, from);
+}
+
+template <typename Find>
+std::wstring ReplaceEvery(std::wstring_view text, std::wstring_view what, std::wstring_view with,
+                          Find find) {
+  std::wstring result;
+  std::size_t copied = 0;
+  for (std::size_t at = find(text, what, 0); at != std::wstring_view::npos;
+       at = find(text, what, copied)) {
+    result.append(text.substr(copied, at - copied)).append(with);
+    copied = at + what.size();
+  }
+  return result.append(text.substr(copied));
+}
+
+// The code point of well-formed UTF-8 at *position, else U+FFFD; *position moves behind the longest
+// beginning of a sequence found there, so each broken sequence gives one U+FFFD.
+char32_t NextFromUtf8(std::string_view bytes, std::size_t* position) {
+  const auto byteAt = [&](std::size_t at) { return static_cast<unsigned char>(bytes[at]); };
+  const unsigned char lead = byteAt((*position)++);
+  if (lead < 0x80) return lead;
+  int following;
+  char32_t codePoint;
+  // The second byte's range excludes overlong forms, surrogates and what lies past the last code
+  // point.
+  unsigned char low = 0x80;
+  unsigned char high = 0xBF;
+  if (lead >= 0xC2 && lead <= 0xDF) {
+    following = 1;
+    codePoint = lead & 0x1Fu;
+  } else if (lead >= 0xE0 && lead <= 0xEF) {
+    following = 2;
+    codePoint = lead & 0x0Fu;
+    if (lead == 0xE0) low = 0xA0;
+    if (lead == 0xED) high = 0x9F;
+  } else if (lead >= 0xF0 && lead <= 0xF4) {
+    following = 3;
+    codePoint = lead & 0x07u;
+    if (lead == 0xF0) low = 0x90;
+    if (lead == 0xF4) high = 0x8F;
+  } else {
+    return kReplacement;
+  }
+  for (; following > 0; --following) {
+    if (*position == bytes.size()) return kReplacement;
+    const unsigned char next = byteAt(*position);
+    if (next < low || next > high) return kReplacement;
+    codePoint = (codePoint << 6) | (next & 0x3Fu);
+    ++*position;
+    low = 0x80;
+    high = 0xBF;
+  }
+  return codePoint;
+}
+
+}  // namespace
+
+wchar_t Fold(wchar_t c) {
+  const char32_t code = static_cast<char32_t>(c);
+  if (code < 0x80) return code >= 'A' && code <= 'Z' ? static_cast<wchar_t>(code + 0x20) : c;
+  for (const Capitals& run : kCapitals) {
+    if (code >= run.first && code <= run.last && (code - run.first) % run.step == 0) {
+      return static_cast<wchar_t>(code - run.first + run.lower);
+    }
+  }
+  return c;
+}
+
+bool EqualsIgnoreCase(std::wstring_view a, std::wstring_view b) {
+  return a.size() == b.size() && StartsWithIgnoreCaseAt(a, 0, b);
+}
+
+bool StartsWithIgnoreCase(std::wstring_view text, std::wstring_view prefix) {
+  return StartsWithIgnoreCaseAt(text, 0, prefix);
+}
+
+std::size_t FindIgnoreCase(std::wstring_view text, std::wstring_view needle, std::size_t from) {
+  if (needle.empty()) return std::wstring_view::npos;
+  for (std::size_t at = from; at < text.size(); ++at) {
+    if (StartsWithIgnoreCaseAt(text, at, needle)) return at;
+  }
+  return std::wstring_view::npos;
+}
+
+std::wstring Replace(std::wstring_view text, std::wstring_view what, std::wstring_view with) {
+  return ReplaceEvery(text, what, with, FindExactly);
+}
+
+std::wstring ReplaceIgnoreCase(std::wstring_view text, std::wstring_view what,
+                               std::wstring_view with) {
+  return ReplaceEvery(text, what, with, FindIgnoreCase);
+}
+
+std::wstring Trim(std::wstring_view text) {
+  const std::size_t first = text.find_first_not_of(L' ');
+  if (first == std::wstring_view::npos) return {};
+  return std::wstring(text.substr(first, text.find_last_not_of(L' ') - first + 1));
+}
+
+std::wstring FromNumber(long long value) {
+  const std::string digits = std::to_string(value);
+  return std::wstring(digits.begin(), digits.end());
+}
+
+double LeadingNumber(std::wstring_view text) {
+  // Digits further behind the point than a double can hold are read and ignored.
+  constexpr double kFinestFraction = 1e15;
+  double number = 0;
+  double fraction = 1;
+  bool started = false;
+  bool negative = false;
+  bool pointSeen = false;
+  for (const wchar_t c : text) {
+    if (c == L' ' || c == L'\t' || c == L'\n') continue;
+    if (c >= L'0' && c <= L'9') {
+      if (!pointSeen || fraction < kFinestFraction) {
+        number = number * 10 + (c - L'0');
+        if (pointSeen) fraction *= 10;
+      }
+    } else if (c == L'.' && !pointSeen) {
+      pointSeen = true;
+    } else if ((c == L'-' || c == L'+') && !started) {
+      negative = c == L'-';
+    } else {
+      break;
+    }
+    started = true;
+  }
+  number /= fraction;
+  return negative ? -number : number;
+}
+
+char32_t NextCodePoint(std::wstring_view text, std::size_t* position) {
+  const char32_t first = static_cast<char32_t>(text[(*position)++]);
+  if (!IsHighSurrogate(first) || *position == text.size()) return first;
+  const char32_t second = static_cast<char32_t>(text[*position]);
+  if (!IsLowSurrogate(second)) return first;
+  ++*position;
+  return 0x10000 + ((first - 0xD800) << 10) + (second - 0xDC00);
+}
+
+void AppendCodePoint(std::wstring* text, char32_t codePoint) {
+  if (codePoint > kLastCodePoint) codePoint = kReplacement;
+  if (sizeof(wchar_t) == 2 && codePoint > 0xFFFF) {
+    text->push_back(static_cast<wchar_t>(0xD800 + ((codePoint - 0x10000) >> 10)));
+    text->push_back(static_cast<wchar_t>(0xDC00 + ((codePoint - 0x10000) & 0x3FF)));
+  } else {
+    text->push_back(static_cast<wchar_t>(codePoint));
+  }
+}
+
+std::string ToUtf8(std::wstring_view text) {
+  std::string bytes;
+  bytes.reserve(text.size());
+  const auto append = [&](char32_t byte) { bytes.push_back(static_cast<char>(byte)); };
+  for (std::size_t i = 0; i < text.size();) {
+    char32_t c = NextCodePoint(text, &i);
+    if (IsSurrogate(c) || c > kLastCodePoint) c = kReplacement;
+    if (c < 0x80) {
+      append(c);
+      continue;
+    }
+    if (c < 0x800) {
+      append(0xC0 | (c >> 6));
+    } else {
+      if (c < 0x10000) {
+        append(0xE0 | (c >> 12));
+      } else {
+        append(0xF0 | (c >> 18));
+        append(0x80 | ((c >> 12) & 0x3F));
+      }
+      append(0x80 | ((c >> 6) & 0x3F));
+    }
+    append(0x80 | (c & 0x3F));
+  }
+  return bytes;
+}
+
+std::wstring FromUtf8(std::string_view bytes) {
+  std::wstring text;
+  text.reserve(bytes.size());
+  for (std::size_t i = 0; i < bytes.size();) AppendCodePoint(&text, NextFromUtf8(bytes, &i));
+  return text;
+}
+
+std::u16string ToUtf16(std::wstring_view text) {
+  std::u16string units;
+  units.reserve(text.size());
+  for (std::size_t i = 0; i < text.size();) {
+    char32_t c = NextCodePoint(text, &i);
+    if (c > kLastCodePoint) c = kReplacement;
+    if (c > 0xFFFF) {
+      units.push_back(static_cast<char16_t>(0xD800 + ((c - 0x10000) >> 10)));
+      c = 0xDC00 + ((c - 0x10000) & 0x3FF);
+    }
+    units.push_back(static_cast<char16_t>(c));
+  }
+  return units;
+}
+
+std::wstring FromUtf16(std::u16string_view units) {
+  std::wstring text;
+  text.reserve(units.size());
+  for (std::size_t i = 0; i < units.size(); ++i) {
+    char32_t c = units[i];
+    if (IsHighSurrogate(c) && i + 1 < units.size() && IsLowSurrogate(units[i + 1])) {
+      c = 0x10000 + ((c - 0xD800) << 10) + (units[++i] - 0xDC00u);
+    }
+    AppendCodePoint(&text, c);
+  }
+  return text;
+}
+
+std::wstring EscapeHtml(std::wstring_view text) {
+  std::wstring html;
+  html.reserve(text.size());
+  for (std::size_t i = 0; i < text.size();) {
+    const char32_t c = NextCodePoint(text, &i);
+    switch (c) {
+      case L'&':
+        html += L"&amp;";
+        break;
+      case L'<':
+        html += L"&lt;";
+        break;
+      case L'>':
+        html += L"&gt;";
+        break;
+      case L'"':
+        html += L"&quot;";
+        break;
+      default:
+        if (c < 0x80) {
+          html.push_back(static_cast<wchar_t>(c));
+        } else {
+          const bool valid = !IsSurrogate(c) && c <= kLastCodePoint;
+          html += L"&#" + FromNumber(valid ? c : kReplacement) + L";";
+        }
+    }
+  }
+  return html;
+}
+
+std::wstring NormaliseFolder(std::wstring_view path) {
+  std::wstring folder(path);
+  if (!folder.empty() && folder.back() != L'\\') folder.push_back(L'\\');
+  return folder;
+}
+
+}  // namespace postrove::text
