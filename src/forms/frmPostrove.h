@@ -53,15 +53,19 @@ class frmPostrove : public Form {
   Control& lblFormTitle;
   Control& lblProjectLabel;  // lblFieldLabel(0)
   Control& cboPostrove;
-  Control& lblFolderLabel;   // lblFieldLabel(1)
+  Control& lblFolderLabel;  // lblFieldLabel(1)
   Control& txtSaveFolder;
-  Control& lblNameLabel;     // lblFieldLabel(2)
+  Control& lblNameLabel;  // lblFieldLabel(2)
   Control& txtSaveAsName;
   Control& lblAlert;
   Control& rtfFieldHints;
   Control& lblVersion;
   Control& lblWebSite;
   Control& cmdPostrove(int index) const { return Find(L"cmdPostrove", index); }
+
+ private:
+  Control& Design();
+  void Connect(std::weak_ptr<frmPostroveEvents> events);
 };
 
 }  // namespace postrove::forms

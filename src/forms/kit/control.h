@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 // The form model: controls with the properties a Visual Basic form has, free of windows. A renderer
@@ -31,9 +32,12 @@ enum Anchor : unsigned { kLeft = 1, kTop = 2, kRight = 4, kBottom = 8 };
 using Color = std::uint32_t;
 inline constexpr Color kSystemWindow = 0x80000005;
 inline constexpr Color kSystemWindowText = 0x80000008;
+inline constexpr Color kSystemGrayText = 0x80000011;
 inline constexpr Color kSystemButtonFace = 0x8000000F;
 inline constexpr Color kSystemButtonText = 0x80000012;
 inline constexpr Color kSystemHighlight = 0x8000000D;
+inline constexpr Color kSystemInfoText = 0x80000017;
+inline constexpr Color kSystemInfoBack = 0x80000018;
 inline constexpr Color kSystemHotlight = 0x8000001A;
 inline constexpr Color kRed = 255;
 inline constexpr Color kYellow = 65535;
@@ -48,7 +52,7 @@ struct Box {
 };
 
 enum class Property {
-  Text,       // caption of labels, buttons and frames; text of the others
+  Text,  // caption of labels, buttons and frames; text of the others
   Visible,
   Enabled,
   Locked,
@@ -101,7 +105,8 @@ class Control {
   void AddItem(std::wstring item);
 
   // Selected list item or -1. Selecting one puts its text into the box and raises the change event
-  // when the text differs; it raises no click. Throws Error 5 outside -1..items-1.
+  // when the text differs; it raises no click. Selecting none empties the box. Setting or typing a
+  // text selects none. Throws Error 5 outside -1..items-1.
   int ListIndex() const { return listIndex_; }
   void SetListIndex(int index);
 
@@ -110,6 +115,9 @@ class Control {
   int SelectionLength() const { return selectionLength_; }
   void Select(int start, int length);
 
+  // Checked state of check and option buttons. As in Visual Basic a change from code raises the
+  // click event, except that of an option button that loses its mark. The option buttons of one
+  // control array exclude each other.
   bool Checked() const { return checked_; }
   void SetChecked(bool checked);
 
@@ -120,6 +128,8 @@ class Control {
   bool tabStop = true;
   bool bold = false;
   bool link = false;       // a label that is clicked like a link
+  bool multiLine = false;  // a text box of several lines; Enter still presses the default button
+  bool border = true;      // a text box without one looks like a label
   int fontPoints = 0;      // 0: the form's font size
   int icon = 0;            // icon resource of a picture button, 0 for none
 
@@ -133,9 +143,10 @@ class Control {
   std::function<void(int button, int shift, float x, float y)> onMouseDown;
 
   // What the user did, called by the renderer or a scripted user. A disabled or invisible control
-  // raises nothing.
+  // raises nothing, nor does one of an unloaded form; a locked one is not changed. An event's
+  // handler may unload or destroy the form: nothing of the control is touched afterwards.
   void UserTyped(std::wstring text, int selectionStart, int selectionLength);  // the whole new text
-  void UserMovedCaret(int selectionStart, int selectionLength);               // raises nothing
+  void UserMovedCaret(int selectionStart, int selectionLength);                // raises nothing
   void UserPicked(int listIndex);  // a list item: text, then click
   void UserClicked();              // buttons and links; check and option buttons change first
   void UserEntered();              // the control got the focus
@@ -145,8 +156,8 @@ class Control {
 
  private:
   void Tell(Property property);
-  bool Usable() const { return visible_ && enabled_; }
-  void Check(bool checked);
+  bool Usable() const;
+  void TakeText(std::wstring text);
 
   Form& form_;
   const ControlKind kind_;

@@ -23,7 +23,7 @@ class FormView {
 // work: a form class declares controls and turns each control event into one event of the form.
 class Form {
  public:
-  // Client size in twips; `minimum` is the smallest one the user can make.
+  // Designed client size in twips; a resizable form can be made larger by the user, not smaller.
   Form(std::wstring name, int width, int height, bool resizable);
   virtual ~Form();
   Form(const Form&) = delete;
@@ -48,6 +48,9 @@ class Form {
   bool Unload();
   bool IsUnloaded() const { return unloaded_; }
 
+  // Expires when the form is destroyed: lets a caller of an event see whether its handler did it.
+  std::weak_ptr<const void> Life() const { return life_; }
+
   // The user closes the window by its title bar, Alt+F4, or Esc where no button is the cancel
   // button: the same as Unload unless closing is not offered (then nothing happens).
   void UserClosed();
@@ -59,7 +62,7 @@ class Form {
   std::function<void()> onActivate;
   std::function<void(bool& cancel)> onUnload;
 
-  // At most one view. Attaching replaces none: it must be empty before.
+  // At most one view. Throws Error 5 when there is one already, or when the form was unloaded.
   void Attach(FormView* view);
   void Detach() { view_ = nullptr; }
   FormView* View() const { return view_; }
@@ -75,7 +78,9 @@ class Form {
   std::wstring caption_;
   std::vector<std::unique_ptr<Control>> controls_;
   FormView* view_ = nullptr;
+  bool unloading_ = false;
   bool unloaded_ = false;
+  std::shared_ptr<const int> life_ = std::make_shared<const int>(0);
 };
 
 }  // namespace postrove::forms
