@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -61,23 +62,24 @@ class clsPostrove final : public forms::frmPostroveEvents,
   void SetPostroveMenuButton(const office::CommandBarButton& button);
 
   // Plain values.
-  bool ItemIsSent = false;         // the inspector's item is already sent or received
-  std::wstring ProjectNumber;      // the current project
+  bool ItemIsSent = false;     // the inspector's item is already sent or received
+  std::wstring ProjectNumber;  // the current project
   std::wstring ProjectName;
   std::wstring ProjFilePath;
-  std::wstring SaveAsName;         // proposed file name without extension
+  std::wstring SaveAsName;  // proposed file name without extension
   bool Active = false;
   std::int32_t ProjectID = 0;
   std::wstring EmailFolder = L"Corr_Out\\";  // below a project folder, with its backslash
   std::wstring ProjDelim = L"-";
   std::wstring SubjDelim = L"=>";
-  std::wstring Root;               // root folder of the project folders
-  std::wstring WorkUnit;           // the word for a project in labels and messages
+  std::wstring Root;                 // root folder of the project folders
+  std::wstring WorkUnit;             // the word for a project in labels and messages
   std::wstring FolderMessageReturn;  // answer of the folder message dialog; empty is Cancel
 
   std::vector<Project> ProjectList;
 
-  // Chooses the current settings file and reloads everything from it. Throws what the utility throws.
+  // Chooses the current settings file and reloads everything from it. Throws what the utility
+  // throws.
   void LocateSettingsFile();
 
   // Takes a subject apart: reply and forward prefixes come off the text itself; ProjectNumber,
@@ -134,7 +136,61 @@ class clsPostrove final : public forms::frmPostroveEvents,
 
  private:
   clsPostrove(SharedObjects& shared, std::shared_ptr<forms::FormHost> forms,
-              std::unique_ptr<clsRegistry> registry, ProductVersion version);
+              ProductVersion version);
+
+  void Class_Initialize(clsRegistry& registry);
+  void ReadDefaults();
+  std::wstring LocalIniFile() const;
+  std::wstring ReadSetup(const std::wstring& key, const std::wstring& defaultValue,
+                         const std::wstring& file);
+
+  // The click flow's steps.
+  office::MailItem TakeActiveMessage();
+  void PrepareFrom(std::wstring subject);
+  void ArrangeForm(forms::frmPostrove& form) const;
+
+  // The main button's steps.
+  void SaveButtonClicked();
+  void BrowseForSaveFolder();
+  std::wstring ValidateSave();
+  void TakeTypedProject();
+  bool EnsureFolder();
+  bool ChooseFileName(const std::wstring& folder, std::wstring& fileName);
+  std::wstring FileNameFor(const std::wstring& name, const std::wstring& folder, bool attachments);
+  void WriteAndSend(const office::MailItem& mail, const std::wstring& path, std::int32_t saveType);
+
+  // Shows the folder message dialog above the save dialog. The accepted name, empty on Cancel.
+  std::wstring AskFolderMessage(const std::wstring& caption, const std::wstring& message,
+                                const std::wstring& name, const std::wstring& instructions);
+
+  static bool CheckRequired(forms::Control& box, forms::Control& caption, forms::Control& marker);
+  void ShowHint(const wchar_t* hint);
+
+  // Runs a handler of the save dialog with that form; nothing when none is open.
+  void WithForm(const wchar_t* procedure,
+                const std::function<void(forms::frmPostrove& form)>& body);
+
+  SharedObjects& shared_;
+  const std::shared_ptr<clsDatabase> database_;
+  const std::shared_ptr<clsSharedUtil> utility_;
+  const std::shared_ptr<forms::FormHost> forms_;
+  const ProductVersion version_;
+
+  std::wstring gCommonAppData_;
+  std::wstring gProgramFiles_;
+  std::wstring settingsFolder_;
+  bool quillionInstalled_ = false;
+  bool useQuillion_ = false;
+
+  office::CommandBarButton mcbPostroveMenuButton_;
+  office::Subscription buttonEvents_;
+
+  office::Inspector clickedInspector_;  // whose message the open dialog files
+  std::shared_ptr<forms::frmPostrove> frmPostroveEvent_;
+  std::shared_ptr<forms::frmFolderMessage> frmFolderMessageEvent_;
+  bool folderMessageAnswered_ = false;  // by one of its two buttons
+  bool filling_ = false;                // the controller fills the dialog itself
+  bool typedProject_ = false;           // the user typed a project instead of choosing one
 };
 
 }  // namespace postrove

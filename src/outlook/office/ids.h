@@ -2,7 +2,8 @@
 
 #include "outlook/office/object.h"
 
-// Identifiers and numbers of the Outlook 9.0 and Office 9.0 type libraries; later versions keep them.
+// Identifiers and numbers of the Outlook 9.0 and Office 9.0 type libraries; later versions keep
+// them.
 namespace postrove::office {
 
 constexpr Guid OfficeGuid(std::uint32_t first) {
@@ -26,13 +27,13 @@ inline constexpr std::int32_t kItemClose = 61444;
 inline constexpr std::int32_t kItemSend = 61445;
 inline constexpr std::int32_t kButtonClick = 1;
 
-inline constexpr std::int32_t kClassMail = 43;             // OlObjectClass.olMail
-inline constexpr std::int32_t kSaveTypeMsg = 3;            // OlSaveAsType.olMSG
-inline constexpr std::int32_t kEditorHtml = 2;             // OlEditorType
+inline constexpr std::int32_t kClassMail = 43;   // OlObjectClass.olMail
+inline constexpr std::int32_t kSaveTypeMsg = 3;  // OlSaveAsType.olMSG
+inline constexpr std::int32_t kEditorHtml = 2;   // OlEditorType
 inline constexpr std::int32_t kEditorWord = 4;
-inline constexpr std::int32_t kControlButton = 1;          // MsoControlType.msoControlButton
-inline constexpr std::int32_t kButtonIconAndCaption = 3;   // MsoButtonStyle
-inline constexpr std::int32_t kBarNoProtection = 0;        // MsoBarProtection
+inline constexpr std::int32_t kControlButton = 1;         // MsoControlType.msoControlButton
+inline constexpr std::int32_t kButtonIconAndCaption = 3;  // MsoButtonStyle
+inline constexpr std::int32_t kBarNoProtection = 0;       // MsoBarProtection
 inline constexpr std::int32_t kBarNoChangeVisible = 8;
 
 }  // namespace postrove::office

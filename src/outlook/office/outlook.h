@@ -51,8 +51,8 @@ class CommandBar : public Wrapper {
   using Wrapper::Wrapper;
   void SetVisible(bool visible) const;
   void SetProtection(std::int32_t protection) const;
-  // Adds a temporary plain button before the control at the 1-based index.
-  CommandBarControl AddButton(std::int32_t parameter, std::int32_t before) const;
+  // Adds a temporary plain button before the control at the 1-based index, or at the bar's end.
+  CommandBarControl AddButton(std::int32_t parameter, std::optional<std::int32_t> before) const;
 };
 
 class CommandBars : public Wrapper {

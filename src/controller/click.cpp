@@ -1,0 +1,110 @@
+#include "controller/clsPostrove.h"
+#include "outlook/IclsOutlook.h"
+#include "outlook/office/ids.h"
+#include "shared/text.h"
+
+namespace postrove {
+
+namespace {
+
+constexpr int kLabelGap = 75;  // twips between the alert and the buttons that it follows
+
+std::wstring VersionText(const ProductVersion& version) {
+  return text::FromNumber(version.major) + L"." + text::FromNumber(version.minor) + L"." +
+         text::FromNumber(version.revision);
+}
+
+}  // namespace
+
+void clsPostrove::mcbPostroveMenuButton_Click() {
+  if (frmPostroveEvent_) {  // a dialog is modal to its own mail window only
+    forms_->BringToFront(*frmPostroveEvent_);
+    return;
+  }
+  const bool shown = Reporting(*utility_, L"clsPostrove", L"PostroveMenuButton_Click()", [this] {
+    TakeActiveMessage();
+    const auto form = std::make_shared<forms::frmPostrove>(weak_from_this());
+    frmPostroveEvent_ = form;
+    PrepareFromSubject();
+    form->lblFormTitle.SetText(L"Postrove " + WorkUnit + L" EMail and File Location");
+    form->lblProjectLabel.SetText(WorkUnit + L": ");
+    filling_ = true;
+    FillProjectCombo(form->cboPostrove);
+    FillSaveFields(*form);
+    filling_ = false;
+    ArrangeForm(*form);
+    forms_->ShowModal(*form);
+  });
+  // What a failed click left behind must not reach the next message.
+  if (!shown) ClearProject();
+  frmPostroveEvent_.reset();
+  clickedInspector_ = {};
+  filling_ = false;
+  typedProject_ = false;
+}
+
+office::MailItem clsPostrove::TakeActiveMessage() {
+  const std::shared_ptr<IclsOutlook> outlook = shared_.gOutlook;
+  if (!outlook) throw Error(kObjectNotSet, L"gOutlook", L"Outlook is closing.");
+  const office::Inspector inspector = outlook->App().ActiveInspector();
+  if (!inspector) {
+    throw Error(kObjectNotSet, L"ActiveInspector", L"No message window is open.");
+  }
+  const office::Item item = inspector.CurrentItem();
+  if (item.Class() != office::kClassMail) {
+    throw Error(kTypeMismatch, L"CurrentItem",
+                L"The active window does not show an e-mail message. Click the button in the "
+                L"window of the message that you want to save.");
+  }
+  const office::MailItem mail = office::MailItem::From(item);
+  outlook->SetMailItem(mail);
+  clickedInspector_ = inspector;
+  // Asked of this very item: the flag of the window opened last may belong to another message.
+  ItemIsSent = item.Sent();
+  return mail;
+}
+
+void clsPostrove::PrepareFrom(std::wstring subject) {
+  if (subject.empty()) return;
+  if (!useQuillion_ || !ParseSubject(subject)) SaveAsName = subject;
+  if (!ProjectNumber.empty()) ResolveSubjectProject();
+}
+
+void clsPostrove::ArrangeForm(forms::frmPostrove& form) const {
+  // The dialogs of these buttons do not exist yet.
+  for (const int index :
+       {forms::kAddProjectButton, forms::kEditProjectButton, forms::kDefaultsButton}) {
+    form.cmdPostrove(index).SetEnabled(false);
+  }
+
+  const auto moveTo = [](forms::Control& label, int left, int width) {
+    forms::Box place = label.Place();
+    place.left = left;
+    place.width = width;
+    label.SetPlace(place);
+  };
+  const forms::Box add = form.cmdPostrove(forms::kAddProjectButton).Place();
+  const forms::Box edit = form.cmdPostrove(forms::kEditProjectButton).Place();
+  if (useQuillion_) {  // projects are added in Quillion
+    form.cmdPostrove(forms::kAddProjectButton).SetVisible(false);
+    const forms::Box project = form.cboPostrove.Place();
+    moveTo(form.lblFormTitle, project.left, project.width);
+    moveTo(form.lblAlert, form.txtSaveFolder.Place().left, add.width);
+  } else {
+    moveTo(form.lblAlert, edit.left + add.width + kLabelGap, form.lblAlert.Place().width);
+  }
+
+  form.lblAlert.SetTag(L"required");
+  form.lblAlert.SetForeColor(forms::kRed);
+  form.lblAlert.SetVisible(false);
+  form.lblAlert.SetText(L"Required");
+
+  if (ItemIsSent) form.cmdPostrove(forms::kMainButton).SetText(L"Save");
+
+  form.lblVersion.SetText(VersionText(version_));
+  forms::Box place = form.lblVersion.Place();
+  place.top = form.Height() - place.height;
+  form.lblVersion.SetPlace(place);
+}
+
+}  // namespace postrove

@@ -1,0 +1,121 @@
+#include "controller/clsPostrove.h"
+#include "shared/text.h"
+
+namespace postrove {
+
+namespace {
+
+// A combo item or text: "name: number", the name alone without a number.
+std::wstring ItemText(const std::wstring& name, const std::wstring& number) {
+  return number.empty() ? name : name + L": " + number;
+}
+
+// Takes a prefix of exactly these letters off a text.
+void StripPrefix(std::wstring& subject, std::wstring_view prefix) {
+  if (subject.starts_with(prefix)) subject.erase(0, prefix.size());
+}
+
+}  // namespace
+
+bool clsPostrove::ParseSubject(std::wstring& subject) {
+  constexpr auto npos = std::wstring::npos;
+  StripPrefix(subject, L"RE: ");
+  StripPrefix(subject, L"FW: ");
+
+  // An empty delimiter separates nothing.
+  const std::size_t projectAt = ProjDelim.empty() ? npos : subject.find(ProjDelim);
+  const std::size_t subjectAt = SubjDelim.empty() ? npos : subject.find(SubjDelim);
+
+  // With the hyphen a project number may itself hold one, so it ends at the second. -1: no number.
+  long long numberLength = -1;
+  if (projectAt != npos) {
+    std::size_t end = projectAt;
+    if (ProjDelim == L"-") end = subject.find(L'-', projectAt + 1);
+    if (end != npos) numberLength = static_cast<long long>(end);
+    if (numberLength > 0) ProjectNumber = subject.substr(0, end);
+  }
+  if (subjectAt != npos) {
+    SaveAsName = subject.substr(subjectAt + SubjDelim.size());
+    if (projectAt != npos) {
+      const long long nameAt = static_cast<long long>(ProjDelim.size()) + numberLength;
+      const long long nameLength = static_cast<long long>(subjectAt) - nameAt;
+      if (nameLength < 0) {
+        throw Error(kInvalidArgument, L"clsPostrove.ParseSubject()",
+                    L"The subject \"" + subject + L"\" has \"" + SubjDelim +
+                        L"\" before the end of the " + WorkUnit + L".");
+      }
+      ProjectName =
+          subject.substr(static_cast<std::size_t>(nameAt), static_cast<std::size_t>(nameLength));
+    }
+  }
+  return !ProjectNumber.empty() && !ProjectName.empty() && !SaveAsName.empty();
+}
+
+int clsPostrove::FindProject(const std::wstring& number, const std::wstring& name) const {
+  for (std::size_t row = 0; row < ProjectList.size(); ++row) {
+    const Project& project = ProjectList[row];
+    const bool match = number.empty() ? text::EqualsIgnoreCase(project.name, name)
+                                      : text::EqualsIgnoreCase(project.number, number);
+    if (match) return static_cast<int>(row);
+  }
+  return -1;
+}
+
+void clsPostrove::ResolveSubjectProject() {
+  const int row = FindProject(ProjectNumber, useQuillion_ ? std::wstring() : ProjectName);
+  if (row >= 0) {
+    if (!typedProject_) SelectProject(row);
+    return;
+  }
+  ProjFilePath = Root + ProjectNumber + L"\\";
+  ProjectList.push_back({ProjectNumber, ProjectName, ProjFilePath, false, 0});
+  if (frmPostroveEvent_) {
+    frmPostroveEvent_->cboPostrove.AddItem(ItemText(ProjectName, ProjectNumber));
+  }
+}
+
+void clsPostrove::SelectProject(int row) {
+  const Project& project = ProjectList.at(static_cast<std::size_t>(row));
+  ProjectNumber = project.number;
+  ProjectName = project.name;
+  // Without its own folder a project lies below the root; FillSaveFields adds the backslash.
+  ProjFilePath =
+      project.filePath.empty() ? Root + project.number : text::NormaliseFolder(project.filePath);
+  Active = project.active;
+  ProjectID = project.id;
+}
+
+void clsPostrove::ClearProject() {
+  ProjectNumber.clear();
+  ProjectName.clear();
+  ProjFilePath.clear();
+  SaveAsName.clear();
+  Active = false;
+  ProjectID = 0;
+}
+
+void clsPostrove::FillProjectCombo(forms::Control& combo) {
+  std::vector<std::wstring> items;
+  int selected = -1;
+  for (std::size_t row = 0; row < ProjectList.size(); ++row) {
+    const Project& project = ProjectList[row];
+    items.push_back(ItemText(project.name, project.number));
+    const bool current =
+        ProjectNumber.empty() ? project.name == ProjectName : project.number == ProjectNumber;
+    if (current) selected = static_cast<int>(row);
+  }
+  if (items.empty()) items.push_back(ItemText(ProjectName, ProjectNumber));
+  combo.SetItems(std::move(items));
+  combo.SetListIndex(selected);
+}
+
+void clsPostrove::FillSaveFields(forms::frmPostrove& form) {
+  if (!ProjectNumber.empty()) form.cboPostrove.SetText(ItemText(ProjectName, ProjectNumber));
+  if (form.cboPostrove.Text().empty()) frmPostroveEvent_ProjectComboChange({});
+  form.txtSaveFolder.SetText(text::NormaliseFolder(ProjFilePath.empty() ? Root : ProjFilePath) +
+                             EmailFolder);
+  form.txtSaveAsName.SetText(SaveAsName);
+  if (form.txtSaveAsName.Text().empty()) frmPostroveEvent_SaveAsNameChanged();
+}
+
+}  // namespace postrove

@@ -1,0 +1,225 @@
+#include <algorithm>
+
+#include "controller/clsPostrove.h"
+#include "forms/kit/guards.h"
+#include "forms/web_site.h"
+#include "outlook/IclsOutlook.h"
+#include "outlook/office/ids.h"
+#include "shared/file_name.h"
+#include "shared/text.h"
+
+namespace postrove {
+
+namespace {
+
+constexpr wchar_t kBreak[] = L"\r\n";
+constexpr wchar_t kExtension[] = L".msg";
+constexpr wchar_t kAttachmentMark[] = L"(att)";
+constexpr wchar_t kFooter[] = L"Save important emails with ";
+
+std::wstring Quoted(const std::wstring& text) { return L"\"" + text + L"\""; }
+
+// The message with the footer for as long as it is being filed: what was there before is put back
+// unless the filing succeeded, so that another try does not add a second footer.
+class FootedBody {
+ public:
+  FootedBody(const office::MailItem& mail, bool html, const std::wstring& path)
+      : mail_(mail), html_(html), before_(html ? mail.HtmlBody() : mail.Body()) {
+    if (html_) {
+      mail_.SetHtmlBody(WithHtmlFooter(before_, path));
+    } else {
+      mail_.SetBody(before_ + kBreak + path + kBreak + kFooter + forms::kWebSite + kBreak);
+    }
+  }
+
+  FootedBody(const FootedBody&) = delete;
+  FootedBody& operator=(const FootedBody&) = delete;
+
+  ~FootedBody() {
+    if (kept_) return;
+    try {
+      if (html_) {
+        mail_.SetHtmlBody(before_);
+      } else {
+        mail_.SetBody(before_);
+      }
+    } catch (...) {
+      // The message may be gone; there is nothing left to put back.
+    }
+  }
+
+  void Keep() { kept_ = true; }
+
+ private:
+  static std::wstring WithHtmlFooter(const std::wstring& html, const std::wstring& path) {
+    const std::wstring site = text::EscapeHtml(forms::kWebSite);
+    const std::wstring footer = L"<DIV><P>" + text::EscapeHtml(path) + L"<BR>" + kFooter +
+                                L"<A HREF=\"" + site + L"\">" + site + L"</A></P></DIV>";
+    const std::wstring end = L"</BODY>";
+    // A body without an end tag still gets its footer.
+    if (text::FindIgnoreCase(html, end) == std::wstring::npos) return html + footer;
+    return text::ReplaceIgnoreCase(html, end, footer + end);
+  }
+
+  const office::MailItem mail_;
+  const bool html_;
+  const std::wstring before_;
+  bool kept_ = false;
+};
+
+}  // namespace
+
+void clsPostrove::SaveButtonClicked() {
+  const std::shared_ptr<forms::frmPostrove> form = frmPostroveEvent_;
+  // Enter presses the button without leaving the name box.
+  SaveAsName = form->txtSaveAsName.Text();
+
+  const std::wstring errors = ValidateSave();
+  if (!errors.empty()) {
+    const std::wstring verb = ItemIsSent ? L"save" : L"send";
+    utility_->ShowMessage(L"Postrove cannot " + verb + L" this E-mail... " + kBreak + errors,
+                          ItemIsSent ? L"Cannot Save" : L"Cannot Send", MessageButtons::Ok,
+                          MessageIcon::Information);
+    return;
+  }
+  form->txtSaveFolder.SetText(text::NormaliseFolder(form->txtSaveFolder.Text()));
+  if (EnsureFolder() && SaveAndSendMail()) form->Unload();
+}
+
+std::wstring clsPostrove::ValidateSave() {
+  forms::frmPostrove& form = *frmPostroveEvent_;
+  if (typedProject_) {
+    TakeTypedProject();
+    ResolveSubjectProject();
+  }
+  std::wstring errors;
+  const auto require = [&errors](bool present, const std::wstring& message) {
+    if (!present) errors += kBreak + message;
+  };
+  require(!form.cboPostrove.Text().empty(), L"You must select a " + WorkUnit + L".");
+  require(!form.txtSaveFolder.Text().empty(), L"You must select a Folder to save this E-mail in.");
+  // A name of which nothing can stand in a file name is none.
+  require(!utility_->MakeFileName(form.txtSaveAsName.Text()).empty(),
+          L"You must select a Filename for this E-mail.");
+  return errors;
+}
+
+void clsPostrove::TakeTypedProject() {
+  const std::wstring typed = frmPostroveEvent_->cboPostrove.Text();
+  const std::size_t colon = typed.find(L':');
+  if (colon == std::wstring::npos) {
+    ProjectName = text::Trim(typed);
+    ProjectNumber.clear();
+  } else {
+    ProjectName = typed.substr(0, colon);
+    ProjectNumber = text::Trim(std::wstring_view(typed).substr(colon + 1));
+  }
+  Active = true;
+  ProjectID = 0;
+}
+
+bool clsPostrove::EnsureFolder() {
+  forms::frmPostrove& form = *frmPostroveEvent_;
+  const std::wstring folder = form.txtSaveFolder.Text();
+  if (utility_->FolderExists(folder)) return true;
+  const std::wstring accepted = AskFolderMessage(
+      L"Folder Not Found",
+      std::wstring(L"The folder ") + kBreak + Quoted(folder) + kBreak + L" does not exist.", folder,
+      std::wstring(L"You may:") + kBreak +
+          L"-Click 'OK' to create it. You may edit the folder name first." + kBreak +
+          L"-Click 'Cancel' to return to the Postrove form to pick a different location without "
+          L"creating the new folder.");
+  if (accepted.empty()) return false;
+  const std::wstring target = text::NormaliseFolder(accepted);
+  utility_->CreateFolder(target);
+  form.txtSaveFolder.SetText(target);
+  return true;
+}
+
+std::wstring clsPostrove::FileNameFor(const std::wstring& name, const std::wstring& folder,
+                                      bool attachments) {
+  const std::wstring ending =
+      (attachments ? std::wstring(kAttachmentMark) : std::wstring()) + kExtension;
+  const std::size_t taken = text::ToUtf16(folder).size() + ending.size();
+  const std::wstring cleaned =
+      taken < kMaxPath ? utility_->MakeFileName(name, std::min(kMaxNameUnits, kMaxPath - taken))
+                       : std::wstring();
+  if (cleaned.empty()) {
+    throw Error(kPathFileAccess, L"clsPostrove.SaveAndSendMail()",
+                L"The folder " + Quoted(folder) +
+                    L" leaves no room for a file name. Choose a folder with a shorter path.");
+  }
+  return cleaned + ending;
+}
+
+bool clsPostrove::ChooseFileName(const std::wstring& folder, std::wstring& fileName) {
+  while (utility_->FileExists(folder, fileName)) {
+    const std::wstring accepted = AskFolderMessage(
+        L"Existing File Name",
+        std::wstring(L"The file ") + kBreak + Quoted(folder + fileName) + kBreak +
+            L" already exists.",
+        fileName,
+        std::wstring(L"You may:") + kBreak + L"-Edit the name and click 'OK' to save the file." +
+            kBreak + L"-Just click 'OK' to overwrite the existing file." + kBreak +
+            L"-Click 'Cancel' to return to the Postrove form and modify the file name.");
+    if (accepted.empty()) return false;
+    if (accepted == fileName) return true;  // overwrite
+    std::wstring stem = accepted;
+    const std::wstring_view extension = kExtension;
+    if (stem.size() >= extension.size() &&
+        text::EqualsIgnoreCase(std::wstring_view(stem).substr(stem.size() - extension.size()),
+                               extension)) {
+      stem.resize(stem.size() - extension.size());
+    }
+    // Another name: it is asked about in its turn when it is taken as well.
+    fileName = FileNameFor(stem, folder, false);
+  }
+  return true;
+}
+
+bool clsPostrove::SaveAndSendMail() {
+  bool handled = false;
+  Reporting(*utility_, L"clsPostrove", L"SaveAndSendMail()", [&] {
+    const std::shared_ptr<IclsOutlook> outlook = shared_.gOutlook;
+    // Sending closes the message's window, and with it the tracker lets the item go.
+    const office::MailItem mail = outlook ? outlook->MailItem() : office::MailItem();
+    if (!mail) {
+      throw Error(kObjectNotSet, L"MailItem",
+                  L"The message is no longer open. Open it again and click its button.");
+    }
+    if (mail.Subject().empty()) {
+      mail.SetSubject(ProjectNumber + ProjDelim + ProjectName + SubjDelim + SaveAsName);
+    }
+    const std::wstring folder = frmPostroveEvent_->txtSaveFolder.Text();
+    std::wstring fileName = FileNameFor(SaveAsName, folder, mail.AttachmentCount() != 0);
+    if (!ChooseFileName(folder, fileName)) return;
+    WriteAndSend(mail, folder + fileName, outlook->SaveType());
+    handled = true;
+  });
+  return handled;
+}
+
+void clsPostrove::WriteAndSend(const office::MailItem& mail, const std::wstring& path,
+                               std::int32_t saveType) {
+  if (mail.RecipientCount() == 0) {
+    if (!ItemIsSent) {
+      mail.Send();  // Outlook refuses it and says why
+      return;
+    }
+    utility_->ShowMessage(L"This E-mail has no recipients. It was not saved.", L"Cannot Save",
+                          MessageButtons::Ok, MessageIcon::Information);
+    return;
+  }
+  const forms::WaitCursor wait(*forms_);
+  const std::int32_t editor = clickedInspector_.EditorType();
+  FootedBody footed(mail, editor == office::kEditorWord || editor == office::kEditorHtml, path);
+  mail.SaveAs(path, saveType);
+  if (utility_->FileSize(path) <= 0) {
+    throw Error(kPathFileAccess, L"SaveAs",
+                L"Outlook did not write the file " + Quoted(path) + L".");
+  }
+  if (!ItemIsSent) mail.Send();
+  footed.Keep();
+}
+
+}  // namespace postrove

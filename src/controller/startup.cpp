@@ -1,0 +1,125 @@
+#include "controller/clsPostrove.h"
+#include "outlook/inspector_button.h"
+#include "outlook/office/ids.h"
+#include "shared/text.h"
+
+namespace postrove {
+
+namespace {
+
+constexpr wchar_t kShellFolders[] =
+    L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Shell Folders";
+constexpr wchar_t kCurrentVersion[] = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion";
+constexpr std::int32_t kButtonFace = 325;
+
+// "1" and "0" as Visual Basic reads a Boolean. What it could not read counts as the default: an
+// installed Quillion is shared.
+bool ReadsAsTrue(const std::wstring& setting) {
+  try {
+    return office::ToBool(setting);
+  } catch (const Error&) {
+    return true;
+  }
+}
+
+}  // namespace
+
+clsPostrove::clsPostrove(SharedObjects& shared, std::shared_ptr<forms::FormHost> forms,
+                         ProductVersion version)
+    : shared_(shared),
+      database_(shared.gDatabase),
+      utility_(shared.gUtility),
+      forms_(std::move(forms)),
+      version_(version) {}
+
+std::shared_ptr<clsPostrove> clsPostrove::Create(SharedObjects& shared,
+                                                 std::shared_ptr<forms::FormHost> forms,
+                                                 std::unique_ptr<clsRegistry> registry,
+                                                 ProductVersion version) {
+  const std::shared_ptr<clsPostrove> controller(new clsPostrove(shared, std::move(forms), version));
+  Reporting(*controller->utility_, L"clsPostrove", L"Class_Initialize()",
+            [&] { controller->Class_Initialize(*registry); });
+  return controller;
+}
+
+void clsPostrove::Class_Initialize(clsRegistry& registry) {
+  gCommonAppData_ = registry.GetRegistryValue(kShellFolders, L"Common AppData");
+  gProgramFiles_ = registry.GetRegistryValue(kCurrentVersion, L"ProgramFilesDir");
+  quillionInstalled_ = utility_->FolderExists(gProgramFiles_ + L"\\Quillion");
+  useQuillion_ = quillionInstalled_ && ReadsAsTrue(ReadSetup(L"UseQuillion", L"1", LocalIniFile()));
+  LocateSettingsFile();
+}
+
+std::wstring clsPostrove::LocalIniFile() const {
+  return gCommonAppData_ + L"\\Postrove\\Postrove.ini";
+}
+
+std::wstring clsPostrove::ReadSetup(const std::wstring& key, const std::wstring& defaultValue,
+                                    const std::wstring& file) {
+  return utility_->ReadSetting(L"Postrove", L"Setup", key, defaultValue, file);
+}
+
+void clsPostrove::LocateSettingsFile() {
+  std::wstring name;
+  if (useQuillion_) {
+    if (utility_->FolderExists(gCommonAppData_ + L"\\Quillion")) {
+      settingsFolder_ = gCommonAppData_ + L"\\Quillion\\";
+      name = L"Qulln.ini";
+    } else {
+      settingsFolder_ = gProgramFiles_ + L"\\Quillion\\";
+      name = L"Qulln.txt";
+    }
+  } else {
+    settingsFolder_ =
+        ReadSetup(L"PostroveSettingsPath", gCommonAppData_ + L"\\Postrove\\", LocalIniFile());
+    name = L"Postrove.ini";
+  }
+  utility_->SetIniFile(settingsFolder_ + name);
+  ReadDefaults();
+}
+
+void clsPostrove::ReadDefaults() {
+  const std::wstring& file = utility_->IniFile();
+  if (useQuillion_) {
+    Root = text::NormaliseFolder(
+        utility_->ReadSetting(L"Quillion", L"FilePathsPrj", L"1", L"C:\\", file));
+    ProjDelim = ReadSetup(L"ProjDelim", L"-", file);
+    SubjDelim = ReadSetup(L"SubjDelim", L"=>", file);
+    EmailFolder = text::NormaliseFolder(ReadSetup(L"EmailFolder", L"Corr_Out\\", file));
+  } else {
+    // The delimiters and the e-mail folder keep their start values in this mode.
+    Root = text::NormaliseFolder(ReadSetup(L"Root", L"C:\\", file));
+  }
+  WorkUnit = ReadSetup(L"WorkUnit", L"Project", file);
+}
+
+void clsPostrove::SetPostroveMenuButton(const office::CommandBarButton& button) {
+  button.SetTag(kInspectorButtonTag);
+  // Office raises a click to every listener of every button with this tag, so there is one listener
+  // at any time: on the last button.
+  office::Subscription events = button.Get()->Subscribe(
+      office::kCommandBarButtonEvents,
+      [self = weak_from_this()](std::int32_t dispid, const office::Arguments&) {
+        if (dispid != office::kButtonClick) return;
+        if (const auto controller = self.lock()) controller->mcbPostroveMenuButton_Click();
+      });
+  buttonEvents_.Reset();
+  buttonEvents_ = std::move(events);
+  mcbPostroveMenuButton_ = button;
+
+  // A button that lacks one of its looks still files messages.
+  const auto format = [](auto&& step) {
+    try {
+      step();
+    } catch (const Error&) {
+    }
+  };
+  format([&] { button.SetCaption(ItemIsSent ? L"SaveToProject" : L"Pos&trove"); });
+  format([&] { button.SetStyle(office::kButtonIconAndCaption); });
+  format([&] { button.SetFaceId(kButtonFace); });
+  format([&] { button.SetBeginGroup(true); });
+  format([&] { button.SetOnAction(L"!<Postrove.Connect>"); });
+  format([&] { button.SetVisible(true); });
+}
+
+}  // namespace postrove

@@ -1,0 +1,52 @@
+#include "controller/clsPostrove.h"
+#include "forms/kit/guards.h"
+
+// The controller's handlers of the folder message dialog's events, and how it asks through it.
+namespace postrove {
+
+std::wstring clsPostrove::AskFolderMessage(const std::wstring& caption, const std::wstring& message,
+                                           const std::wstring& name,
+                                           const std::wstring& instructions) {
+  const auto form = std::make_shared<forms::frmFolderMessage>(weak_from_this());
+  frmFolderMessageEvent_ = form;
+  form->txtFolderMessage(0).SetText(message);
+  form->txtFolderMessage(1).SetText(name);
+  form->lblWarning().SetText(instructions);
+  form->SetCaption(caption);
+
+  folderMessageAnswered_ = false;
+  {
+    const forms::Lowered lowered(*forms_, frmPostroveEvent_);
+    forms_->ShowModal(*form);
+  }
+  frmFolderMessageEvent_.reset();
+  // A dialog that went without either button has not been answered; what the property holds then is
+  // the answer to an earlier question.
+  return folderMessageAnswered_ ? FolderMessageReturn : std::wstring();
+}
+
+void clsPostrove::frmFolderMessageEvent_ButtonClicked(int Index) {
+  const std::shared_ptr<forms::frmFolderMessage> form = frmFolderMessageEvent_;
+  if (!form) return;
+  if (Index == 0) {
+    FolderMessageReturn = form->txtFolderMessage(1).Text();
+    folderMessageAnswered_ = true;
+  } else if (Index == 1) {
+    FolderMessageReturn.clear();
+    folderMessageAnswered_ = true;
+  }
+  frmFolderMessageEvent_.reset();
+  form->Unload();
+}
+
+void clsPostrove::frmFolderMessageEvent_ButtonMouseDown(int, int, int, float, float) {}
+void clsPostrove::frmFolderMessageEvent_FolderMessageFieldChange(int) {}
+void clsPostrove::frmFolderMessageEvent_FolderMessageFieldGotFocus(int) {}
+void clsPostrove::frmFolderMessageEvent_FolderMessageFieldLostFocus(int) {}
+
+void clsPostrove::frmFolderMessageEvent_FormActivate() {
+  const std::shared_ptr<forms::frmFolderMessage> form = frmFolderMessageEvent_;
+  if (form) forms_->SetFocus(form->txtFolderMessage(1));
+}
+
+}  // namespace postrove

@@ -1,0 +1,234 @@
+#pragma once
+
+#include <deque>
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "outlook/office/ids.h"
+#include "outlook/office/object.h"
+#include "shared/error.h"
+
+// A recording host for tests of the portable core: objects with members given as values or
+// functions, one log of every call, events raised by interface and number, and the n-th call made
+// to fail.
+namespace postrove::testing {
+
+class FakeObject;
+using FakePtr = std::shared_ptr<FakeObject>;
+
+// What all objects of one fake host share.
+struct FakeLog {
+  std::vector<std::wstring> calls;  // "Name.Member", "Name.Member=", "Name.Member()"
+  int failAt = 0;                   // 1-based number of the call that fails; 0 for none
+  std::wstring failMember;          // a call that fails each time it is made
+
+  void Record(const std::wstring& call) {
+    calls.push_back(call);
+    if (static_cast<int>(calls.size()) == failAt || call == failMember) {
+      throw Error(static_cast<long>(0x80004005), call, L"Refused by the test.");
+    }
+  }
+};
+
+class FakeObject : public office::Object, public std::enable_shared_from_this<FakeObject> {
+ public:
+  using Function = std::function<office::Value(const office::Arguments&)>;
+
+  FakeObject(FakeLog& log, std::wstring name) : log_(log), name_(std::move(name)) {}
+
+  std::map<std::wstring, office::Value> properties;
+  std::map<std::wstring, Function> functions;  // for Get with arguments and for Call
+  std::vector<office::Guid> interfaces;        // what As accepts
+
+  office::Value Get(const wchar_t* member, const office::Arguments& arguments) override {
+    log_.Record(name_ + L"." + member);
+    if (const auto found = functions.find(member); found != functions.end()) {
+      return found->second(arguments);
+    }
+    const auto found = properties.find(member);
+    if (found == properties.end()) ThrowUnknown(member);
+    return found->second;
+  }
+
+  void Put(const wchar_t* member, const office::Value& value) override {
+    log_.Record(name_ + L"." + member + L"=");
+    const auto found = properties.find(member);
+    if (found == properties.end()) ThrowUnknown(member);
+    found->second = value;
+  }
+
+  office::Value Call(const wchar_t* member, const office::Arguments& arguments) override {
+    log_.Record(name_ + L"." + member + L"()");
+    const auto found = functions.find(member);
+    if (found == functions.end()) ThrowUnknown(member);
+    return found->second(arguments);
+  }
+
+  office::ObjectPtr As(const office::Guid& interfaceId) override {
+    log_.Record(name_ + L".As");
+    for (const office::Guid& known : interfaces) {
+      if (known == interfaceId) return shared_from_this();
+    }
+    throw Error(static_cast<long>(0x80004002), name_, L"No such interface.");
+  }
+
+  office::Subscription Subscribe(const office::Guid& events,
+                                 office::EventHandler handler) override {
+    log_.Record(name_ + L".Subscribe");
+    auto sink = std::make_shared<Sink>(Sink{events, std::move(handler)});
+    sinks_.push_back(sink);
+    return office::Subscription(std::make_unique<Advised>(shared_from_this(), sink));
+  }
+
+  // Raises an event to every live sink of that interface; what a handler throws is dropped, as the
+  // real event sink does.
+  void Raise(const office::Guid& events, std::int32_t dispid,
+             const office::Arguments& arguments = {}) {
+    const auto sinks = sinks_;
+    for (const auto& sink : sinks) {
+      if (!(sink->events == events)) continue;
+      try {
+        sink->handler(dispid, arguments);
+      } catch (const Error&) {
+      }
+    }
+  }
+
+  std::size_t SinkCount() const { return sinks_.size(); }
+
+ private:
+  struct Sink {
+    office::Guid events;
+    office::EventHandler handler;
+  };
+
+  class Advised : public office::Connection {
+   public:
+    Advised(FakePtr source, std::shared_ptr<Sink> sink)
+        : source_(std::move(source)), sink_(std::move(sink)) {}
+    ~Advised() override { std::erase(source_->sinks_, sink_); }
+
+   private:
+    const FakePtr source_;
+    const std::shared_ptr<Sink> sink_;
+  };
+
+  [[noreturn]] void ThrowUnknown(const std::wstring& member) const {
+    throw Error(static_cast<long>(0x80020006), name_ + L"." + member, L"Unknown name.");
+  }
+
+  FakeLog& log_;
+  const std::wstring name_;
+  std::vector<std::shared_ptr<Sink>> sinks_;
+};
+
+// Outlook with inspectors, their bars and items.
+class FakeOutlook {
+ public:
+  explicit FakeOutlook(std::wstring version = L"9.0.0.2711") {
+    nameSpace = Make(L"NameSpace");
+    inspectors = Make(L"Inspectors");
+    app = Make(L"App");
+    app->properties[L"Version"] = std::move(version);
+    app->properties[L"Inspectors"] = inspectors;
+    app->functions[L"GetNamespace"] = [this](const office::Arguments& arguments) {
+      lastNamespace = office::ToText(arguments.at(0));
+      return office::Value(nameSpace);
+    };
+    app->functions[L"ActiveInspector"] = [this](const office::Arguments&) {
+      return active ? office::Value(active->window) : office::Value();
+    };
+    inspectors->functions[L"Count"] = [this](const office::Arguments&) {
+      return office::Value(static_cast<std::int32_t>(open.size()));
+    };
+  }
+
+  // One inspector window with its "Standard" bar and item.
+  struct Inspector {
+    FakePtr window, bars, bar, controls, item;
+    std::deque<FakePtr> buttons;               // controls with the inspector button's tag
+    std::vector<office::Arguments> additions;  // arguments of each Controls.Add
+  };
+
+  std::shared_ptr<Inspector> Open(bool sent, std::int32_t itemClass = office::kClassMail,
+                                  bool word = false) {
+    auto inspector = std::make_shared<Inspector>();
+    Inspector& parts = *inspector;
+    parts.window = Make(L"Inspector");
+    parts.bars = Make(L"Bars");
+    parts.bar = Make(L"Bar");
+    parts.controls = Make(L"Controls");
+    parts.item = Make(L"Item");
+    parts.item->interfaces = {office::kMailItem};
+    parts.item->properties = {{L"Class", itemClass},
+                              {L"Sent", sent},
+                              {L"Subject", L""},
+                              {L"Body", L""},
+                              {L"HTMLBody", L"<html><body>x</body></html>"}};
+    const FakePtr attachments = Make(L"Attachments");
+    attachments->properties[L"Count"] = 0;
+    const FakePtr recipients = Make(L"Recipients");
+    recipients->properties[L"Count"] = 1;
+    parts.item->properties[L"Attachments"] = attachments;
+    parts.item->properties[L"Recipients"] = recipients;
+    parts.window->properties = {{L"CurrentItem", parts.item},
+                                {L"CommandBars", parts.bars},
+                                {L"EditorType", std::int32_t{word ? 4 : 2}}};
+    parts.window->functions[L"IsWordMail"] = [word](const office::Arguments&) {
+      return office::Value(word);
+    };
+    parts.bar->properties = {
+        {L"Visible", false}, {L"Protection", 0}, {L"Controls", parts.controls}};
+    parts.bars->functions[L"Item"] = [&parts](const office::Arguments& arguments) {
+      if (arguments.at(0) != office::Value(L"Standard")) throw Error(5, L"Bars", L"No such bar.");
+      return office::Value(parts.bar);
+    };
+    parts.bars->functions[L"FindControl"] = [&parts](const office::Arguments&) {
+      for (const FakePtr& button : parts.buttons) {
+        if (button->properties[L"Tag"] == office::Value(L"Quillion Postrove Button")) {
+          return office::Value(button);
+        }
+      }
+      return office::Value();
+    };
+    parts.controls->functions[L"Add"] = [this, &parts](const office::Arguments& arguments) {
+      parts.additions.push_back(arguments);
+      return office::Value(AddButton(parts, L""));
+    };
+    open.push_back(inspector);
+    active = inspector;
+    return inspector;
+  }
+
+  FakePtr AddButton(Inspector& parts, const std::wstring& tag) {
+    const FakePtr button = Make(L"Button");
+    button->interfaces = {office::kCommandBarButton};
+    button->properties = {{L"Caption", L""},  {L"Style", 0},      {L"FaceId", 0},
+                          {L"Tag", tag},      {L"OnAction", L""}, {L"BeginGroup", false},
+                          {L"Visible", false}};
+    button->functions[L"Delete"] = [&parts, raw = button.get()](const office::Arguments&) {
+      std::erase_if(parts.buttons, [raw](const FakePtr& one) { return one.get() == raw; });
+      return office::Value();
+    };
+    parts.buttons.push_back(button);
+    return button;
+  }
+
+  void RaiseNew(const std::shared_ptr<Inspector>& inspector) {
+    inspectors->Raise(office::kInspectorsEvents, office::kInspectorsNewInspector,
+                      {office::Value(inspector->window)});
+  }
+
+  FakePtr Make(std::wstring name) { return std::make_shared<FakeObject>(log, std::move(name)); }
+
+  FakeLog log;
+  FakePtr app, nameSpace, inspectors;
+  std::vector<std::shared_ptr<Inspector>> open;
+  std::shared_ptr<Inspector> active;
+  std::wstring lastNamespace;
+};
+
+}  // namespace postrove::testing

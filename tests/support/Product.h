@@ -1,0 +1,72 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "controller/clsPostrove.h"
+#include "outlook/clsPROutlook.h"
+#include "support/FakeOffice.h"
+#include "support/FakeSharedUtil.h"
+#include "support/ScriptedFormHost.h"
+
+namespace postrove::testing {
+
+// The machine-wide registry as a map from "key|name" to text.
+class FakeRegistry : public clsRegistry {
+ public:
+  explicit FakeRegistry(std::map<std::wstring, std::wstring> values) : values_(std::move(values)) {}
+  std::wstring GetDefaultMailClient() override { return {}; }
+  std::wstring GetRegistryValue(const std::wstring& key, const std::wstring& name) override {
+    const auto found = values_.find(key + L"|" + name);
+    return found == values_.end() ? std::wstring() : found->second;
+  }
+
+ private:
+  const std::map<std::wstring, std::wstring> values_;
+};
+
+inline constexpr wchar_t kAppData[] = L"C:\\ProgramData";
+inline constexpr wchar_t kPrograms[] = L"C:\\Program Files";
+
+// The product's objects as Main makes them, on a fake machine with a fake Outlook.
+class Product {
+ public:
+  explicit Product(std::wstring outlookVersion = L"9.0.0.2711")
+      : outlook(std::move(outlookVersion)),
+        utility(std::make_shared<FakeSharedUtil>()),
+        forms(std::make_shared<ScriptedFormHost>()) {
+    shared.gDatabase = std::make_shared<clsDatabase>();
+    shared.gUtility = utility;
+    utility->AddFolder(kAppData);
+    utility->AddFolder(kPrograms);
+  }
+
+  // Creates controller and tracker and connects them, with the machine's state as it is now.
+  void Start() {
+    Create();
+    shared.gOutlook->SetApp(office::Application(outlook.app));
+  }
+
+  void Create() {
+    shared.gController = clsPostrove::Create(
+        shared, forms,
+        std::make_unique<FakeRegistry>(std::map<std::wstring, std::wstring>{
+            {L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Shell Folders|Common "
+             L"AppData",
+             kAppData},
+            {L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion|ProgramFilesDir", kPrograms}}),
+        ProductVersion{1, 2, 3});
+    shared.gOutlook = clsPROutlook::Create(shared);
+  }
+
+  clsPostrove& Controller() { return *shared.gController; }
+
+  FakeOutlook outlook;
+  std::shared_ptr<FakeSharedUtil> utility;
+  std::shared_ptr<ScriptedFormHost> forms;
+  SharedObjects shared;
+};
+
+}  // namespace postrove::testing

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <functional>
+#include <queue>
+#include <string>
+#include <vector>
+
+#include "forms/kit/form.h"
+#include "forms/kit/form_host.h"
+#include "gtest/gtest.h"
+
+namespace postrove::testing {
+
+// Shows no window: each shown form is handed to the next scripted user, who must leave it unloaded.
+class ScriptedFormHost : public forms::FormHost {
+ public:
+  using User = std::function<void(forms::Form& form)>;
+
+  void Expect(User user) { users_.push(std::move(user)); }
+  bool Finished() const { return users_.empty(); }
+
+  void ShowModal(forms::Form& form) override {
+    shown.push_back(form.Caption());
+    if (users_.empty()) {
+      ADD_FAILURE() << "A form was shown that no user waits for: " << form.Controls().size();
+      form.Unload();
+      return;
+    }
+    const User user = users_.front();
+    users_.pop();
+    form.UserActivated();
+    user(form);
+    EXPECT_TRUE(form.IsUnloaded()) << "the user left the form open";
+    form.Unload();
+  }
+  void SetTopmost(forms::Form& form, bool topmost) override {
+    actions.push_back((topmost ? L"topmost " : L"lower ") + form.Name());
+  }
+  void BringToFront(forms::Form& form) override { actions.push_back(L"front " + form.Name()); }
+  void SetFocus(forms::Control& control) override { actions.push_back(L"focus " + control.Name()); }
+  void DropDownList(forms::Control& combo) override { actions.push_back(L"drop " + combo.Name()); }
+  void SendTab(forms::Form& form) override { actions.push_back(L"tab " + form.Name()); }
+  void SetWaitCursor(bool on) override { waiting += on ? 1 : -1; }
+
+  std::vector<std::wstring> shown;
+  std::vector<std::wstring> actions;
+  int waiting = 0;
+
+ private:
+  std::queue<User> users_;
+};
+
+}  // namespace postrove::testing

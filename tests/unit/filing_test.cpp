@@ -1,0 +1,308 @@
+#include "forms/web_site.h"
+#include "gtest/gtest.h"
+#include "support/Product.h"
+
+namespace postrove::testing {
+namespace {
+
+using office::Value;
+
+// One mail window with the button, whose dialog a scripted user answers.
+class Filing : public ::testing::Test {
+ protected:
+  void Open(bool sent, std::int32_t editor = 2) {
+    product_->Start();
+    product_->utility->AddFolder(L"C:\\Corr_Out");
+    mail_ = product_->outlook.Open(sent);
+    mail_->window->properties[L"EditorType"] = editor;
+    mail_->item->properties[L"Subject"] = L"Minutes: 12 May";
+    mail_->item->properties[L"Body"] = L"Hello";
+    mail_->item->properties[L"HTMLBody"] = L"<HTML><body>Hello</Body></HTML>";
+    mail_->item->functions[L"SaveAs"] = [this](const office::Arguments& arguments) {
+      const std::wstring path = office::ToText(arguments.at(0));
+      saved_.push_back(path);
+      savedBody_ = office::ToText(mail_->item->properties[L"Body"]);
+      savedHtml_ = office::ToText(mail_->item->properties[L"HTMLBody"]);
+      EXPECT_EQ(office::ToLong(arguments.at(1)), 3);
+      if (writes_) product_->utility->AddFile(path, "message");
+      return Value();
+    };
+    mail_->item->functions[L"Send"] = [this](const office::Arguments&) {
+      EXPECT_EQ(saved_.size(), recipients_ ? 1u : 0u) << "sent before it was written";
+      ++sent_;
+      // Outlook closes the window while it sends.
+      mail_->item->Raise(office::kItemEvents, office::kItemClose, {false});
+      return Value();
+    };
+    product_->outlook.RaiseNew(mail_);
+    ASSERT_EQ(mail_->buttons.size(), 1u);
+  }
+
+  // What the user does in the save dialog before pressing its main button.
+  using Edit = std::function<void(forms::frmPostrove&)>;
+
+  void Click(const Edit& edit, bool closes = true) {
+    product_->forms->Expect([edit, closes](forms::Form& form) {
+      auto& dialog = dynamic_cast<forms::frmPostrove&>(form);
+      edit(dialog);
+      dialog.cmdPostrove(forms::kMainButton).UserClicked();
+      EXPECT_EQ(dialog.IsUnloaded(), closes);
+      dialog.Unload();
+    });
+    mail_->buttons.at(0)->Raise(office::kCommandBarButtonEvents, office::kButtonClick,
+                                {Value(mail_->buttons.at(0)), false});
+    EXPECT_EQ(product_->forms->waiting, 0);
+  }
+
+  static void TypeProject(forms::frmPostrove& dialog) {
+    dialog.cboPostrove.UserTyped(L"Mill Street: 2231", 17, 0);
+  }
+
+  void AnswerFolderMessage(const std::wstring& caption, const std::wstring& name, int button) {
+    product_->forms->Expect([=](forms::Form& form) {
+      EXPECT_EQ(form.Caption(), caption);
+      auto& dialog = dynamic_cast<forms::frmFolderMessage&>(form);
+      if (!name.empty()) dialog.txtFolderMessage(1).UserTyped(name, 0, 0);
+      dialog.cmdFolderMessage(button).UserClicked();
+    });
+  }
+
+  std::unique_ptr<Product> product_ = std::make_unique<Product>();
+  std::shared_ptr<FakeOutlook::Inspector> mail_;
+  std::vector<std::wstring> saved_;
+  std::wstring savedBody_, savedHtml_;
+  int sent_ = 0;
+  bool writes_ = true;
+  bool recipients_ = true;
+};
+
+TEST_F(Filing, ReceivedHtmlMessageIsFootedAndSaved) {
+  Open(true);
+  mail_->item->properties[L"Attachments"] = [this] {
+    const FakePtr attachments = product_->outlook.Make(L"Attachments");
+    attachments->properties[L"Count"] = 2;
+    return attachments;
+  }();
+  Click([](forms::frmPostrove& dialog) {
+    EXPECT_EQ(dialog.lblFormTitle.Text(), L"Postrove Project EMail and File Location");
+    EXPECT_EQ(dialog.lblProjectLabel.Text(), L"Project: ");
+    EXPECT_EQ(dialog.cmdPostrove(0).Text(), L"Save");
+    EXPECT_EQ(dialog.txtSaveFolder.Text(), L"C:\\Corr_Out\\");
+    EXPECT_EQ(dialog.txtSaveAsName.Text(), L"Minutes: 12 May");
+    EXPECT_EQ(dialog.lblVersion.Text(), L"1.2.3");
+    TypeProject(dialog);
+  });
+  EXPECT_EQ(saved_, std::vector<std::wstring>{L"C:\\Corr_Out\\Minutes- 12 May(att).msg"});
+  EXPECT_EQ(sent_, 0);
+  const std::wstring site = forms::kWebSite;
+  EXPECT_EQ(savedHtml_,
+            L"<HTML><body>Hello<DIV><P>C:\\Corr_Out\\Minutes- 12 May(att).msg<BR>Save "
+            L"important emails with <A HREF=\"" +
+                site + L"\">" + site + L"</A></P></DIV></BODY></HTML>");
+  EXPECT_TRUE(product_->utility->Messages().empty());
+  EXPECT_EQ(product_->Controller().ProjectName, L"");
+}
+
+TEST_F(Filing, NewTextMessageIsWrittenThenSent) {
+  Open(false, 1);
+  mail_->item->properties[L"Subject"] = L"";
+  Click([](forms::frmPostrove& dialog) {
+    EXPECT_NE(dialog.cmdPostrove(0).Text(), L"Save");
+    EXPECT_TRUE(dialog.lblAlert.Visible());  // an empty subject proposes no name
+    EXPECT_EQ(dialog.txtSaveAsName.BackColor(), forms::kYellow);
+    TypeProject(dialog);
+    dialog.txtSaveAsName.UserTyped(L"Fee letter", 10, 0);
+    EXPECT_EQ(dialog.txtSaveAsName.BackColor(), forms::kSystemWindow);
+    EXPECT_FALSE(dialog.lblAlert.Visible());
+  });
+  EXPECT_EQ(saved_, std::vector<std::wstring>{L"C:\\Corr_Out\\Fee letter.msg"});
+  EXPECT_EQ(sent_, 1);
+  EXPECT_EQ(mail_->item->properties[L"Subject"], Value(L"2231-Mill Street=>Fee letter"));
+  EXPECT_EQ(savedBody_, std::wstring(L"Hello\r\nC:\\Corr_Out\\Fee letter.msg\r\nSave important "
+                                     L"emails with ") +
+                            forms::kWebSite + L"\r\n");
+  EXPECT_EQ(savedHtml_, L"<HTML><body>Hello</Body></HTML>");
+}
+
+TEST_F(Filing, RefusalsListEveryMissingEntry) {
+  for (const bool sent : {true, false}) {
+    Open(sent);
+    product_->utility->ExpectMessage(MessageAnswer::Ok);
+    Click(
+        [](forms::frmPostrove& dialog) {
+          dialog.txtSaveFolder.UserTyped(L"", 0, 0);
+          dialog.txtSaveAsName.UserTyped(L"...", 0, 0);  // nothing of it can stand in a name
+        },
+        false);
+    ASSERT_EQ(product_->utility->Messages().size(), 1u);
+    const auto& message = product_->utility->Messages()[0];
+    EXPECT_EQ(message.title, sent ? L"Cannot Save" : L"Cannot Send");
+    EXPECT_EQ(message.text,
+              std::wstring(L"Postrove cannot ") + (sent ? L"save" : L"send") +
+                  L" this E-mail... \r\n\r\nYou must select a Project.\r\nYou must select a Folder "
+                  L"to save this E-mail in.\r\nYou must select a Filename for this E-mail.");
+    EXPECT_EQ(message.icon, MessageIcon::Information);
+    EXPECT_TRUE(saved_.empty());
+    EXPECT_EQ(sent_, 0);
+    product_ = std::make_unique<Product>();
+  }
+}
+
+TEST_F(Filing, MissingFolderIsMadeOnlyWhenTheUserAgrees) {
+  Open(true);
+  AnswerFolderMessage(L"Folder Not Found", L"", 1);
+  Click(
+      [this](forms::frmPostrove& dialog) {
+        TypeProject(dialog);
+        dialog.txtSaveFolder.UserTyped(L"D:\\New", 0, 0);
+        product_->forms->actions.clear();
+      },
+      false);
+  EXPECT_FALSE(product_->utility->FolderExists(L"D:\\New"));
+  EXPECT_TRUE(saved_.empty());
+  EXPECT_EQ(product_->forms->actions,
+            (std::vector<std::wstring>{L"lower frmPostrove", L"focus txtFolderMessage",
+                                       L"topmost frmPostrove"}));
+  AnswerFolderMessage(L"Folder Not Found", L"D:\\Other", 0);
+  Click([](forms::frmPostrove& dialog) {
+    TypeProject(dialog);
+    dialog.txtSaveFolder.UserTyped(L"D:\\New", 0, 0);
+  });
+  EXPECT_TRUE(product_->utility->FolderExists(L"D:\\Other"));
+  EXPECT_EQ(saved_, std::vector<std::wstring>{L"D:\\Other\\Minutes- 12 May.msg"});
+}
+
+TEST_F(Filing, AnExistingFileIsNeverReplacedUnasked) {
+  Open(true);
+  product_->utility->AddFile(L"C:\\Corr_Out\\Minutes- 12 May.msg", "first");
+  product_->utility->AddFile(L"C:\\Corr_Out\\taken.msg", "second");
+  AnswerFolderMessage(L"Existing File Name", L"", 1);  // cancelled
+  Click(TypeProject, false);
+  EXPECT_TRUE(saved_.empty());
+
+  AnswerFolderMessage(L"Existing File Name", L"taken.MSG", 0);  // exists as well: asked again
+  AnswerFolderMessage(L"Existing File Name", L"..\\free?", 0);
+  Click(TypeProject);
+  EXPECT_EQ(saved_, std::vector<std::wstring>{L"C:\\Corr_Out\\-free-.msg"});
+
+  saved_.clear();
+  AnswerFolderMessage(L"Existing File Name", L"", 0);  // unchanged: overwrite
+  Click(TypeProject);
+  EXPECT_EQ(saved_, std::vector<std::wstring>{L"C:\\Corr_Out\\Minutes- 12 May.msg"});
+}
+
+TEST_F(Filing, NothingIsSentThatWasNotWritten) {
+  Open(false);
+  writes_ = false;  // SaveAs answers well but leaves no file
+  product_->utility->ExpectMessage(MessageAnswer::Ok);
+  Click(TypeProject, false);
+  EXPECT_EQ(saved_.size(), 1u);
+  EXPECT_EQ(sent_, 0);
+  EXPECT_EQ(product_->utility->Messages().size(), 1u);
+  // The footer is taken off again, so that the next try does not add a second one.
+  EXPECT_EQ(mail_->item->properties[L"HTMLBody"], Value(L"<HTML><body>Hello</Body></HTML>"));
+}
+
+TEST_F(Filing, WithoutRecipientsNothingIsWritten) {
+  for (const bool sent : {true, false}) {
+    recipients_ = false;
+    Open(sent);
+    office::ToObject(mail_->item->properties[L"Recipients"])->Put(L"Count", 0);
+    if (sent) product_->utility->ExpectMessage(MessageAnswer::Ok);
+    Click(TypeProject);
+    EXPECT_TRUE(saved_.empty());
+    EXPECT_EQ(sent_, sent ? 0 : 1);
+    product_ = std::make_unique<Product>();
+  }
+}
+
+TEST_F(Filing, ASecondClickBringsTheOpenDialogToTheFront) {
+  Open(true);
+  product_->forms->Expect([this](forms::Form& form) {
+    mail_->buttons.at(0)->Raise(office::kCommandBarButtonEvents, office::kButtonClick, {});
+    form.UserClosed();
+  });
+  mail_->buttons.at(0)->Raise(office::kCommandBarButtonEvents, office::kButtonClick, {});
+  EXPECT_EQ(product_->forms->actions.back(), L"front frmPostrove");
+  EXPECT_TRUE(product_->forms->Finished());
+}
+
+TEST_F(Filing, TheActiveWindowsMessageIsFiledWithItsOwnState) {
+  Open(true);
+  const auto draft = product_->outlook.Open(false);
+  product_->outlook.RaiseNew(draft);
+  product_->outlook.active = mail_;  // the received message is back in front
+  draft->buttons.at(0)->Raise(office::kCommandBarButtonEvents, office::kButtonClick, {});
+  EXPECT_TRUE(product_->Controller().ItemIsSent);
+}
+
+TEST_F(Filing, UnusableWindowsAreReportedInWords) {
+  Open(true);
+  const auto click = [this] {
+    product_->utility->ExpectMessage(MessageAnswer::Ok);
+    mail_->buttons.at(0)->Raise(office::kCommandBarButtonEvents, office::kButtonClick, {});
+  };
+  product_->outlook.Open(true, 26);  // an appointment is in front
+  click();
+  product_->outlook.active = nullptr;
+  click();
+  product_->outlook.active = mail_;
+  mail_->item->properties.erase(L"Subject");
+  click();
+  EXPECT_EQ(product_->utility->Messages().size(), 3u);
+  EXPECT_TRUE(product_->forms->shown.empty());
+  mail_->item->properties[L"Subject"] = L"x";
+  Click(TypeProject);
+  EXPECT_EQ(saved_.size(), 1u);
+}
+
+TEST_F(Filing, TheControllerOutlivesAQuitDuringTheDialog) {
+  Open(true);
+  product_->forms->Expect([this](forms::Form& form) {
+    product_->outlook.app->Raise(office::kApplicationEvents, office::kApplicationQuit);
+    form.Find(L"cmdPostrove", forms::kMainButton).UserClicked();
+    form.UserClosed();
+  });
+  product_->utility->ExpectMessage(MessageAnswer::Ok);  // no project was chosen
+  mail_->buttons.at(0)->Raise(office::kCommandBarButtonEvents, office::kButtonClick, {});
+  EXPECT_FALSE(product_->shared.gController);
+  EXPECT_TRUE(saved_.empty());
+}
+
+// Every Office call of a whole filing fails once: no crash, never sent without a file, the draft is
+// not sent twice, and the next click works.
+TEST_F(Filing, AnySingleFailureLosesNothing) {
+  int calls = 0;
+  for (int n = 0; n == 0 || n <= calls; ++n) {
+    SCOPED_TRACE(::testing::Message() << "call " << n);
+    product_ = std::make_unique<Product>();
+    saved_.clear();
+    sent_ = 0;
+    Open(false);
+    product_->utility->AnswerAllMessages(MessageAnswer::Ok);
+    product_->outlook.log.calls.clear();
+    product_->outlook.log.failAt = n;
+    bool shown = false;
+    product_->forms->Expect([&](forms::Form& form) {
+      shown = true;
+      TypeProject(dynamic_cast<forms::frmPostrove&>(form));
+      form.Find(L"cmdPostrove", forms::kMainButton).UserClicked();
+      form.Unload();
+    });
+    mail_->buttons.at(0)->Raise(office::kCommandBarButtonEvents, office::kButtonClick, {});
+    if (n == 0) calls = static_cast<int>(product_->outlook.log.calls.size());
+    EXPECT_LE(sent_, 1);
+    EXPECT_TRUE(sent_ == 0 || product_->utility->FileSize(saved_.at(0)) > 0);
+    EXPECT_EQ(sent_ == 0, n != 0);
+    EXPECT_EQ(product_->utility->Messages().empty(), n == 0);
+    if (!shown)
+      product_->forms->ShowModal(*std::make_unique<forms::frmPostrove>(
+          std::weak_ptr<forms::frmPostroveEvents>()));  // uses up the waiting user
+    product_->outlook.log.failAt = 0;
+    EXPECT_EQ(product_->forms->waiting, 0);
+  }
+  EXPECT_GT(calls, 10);
+}
+
+}  // namespace
+}  // namespace postrove::testing

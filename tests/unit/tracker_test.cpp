@@ -1,0 +1,182 @@
+#include <algorithm>
+
+#include "gtest/gtest.h"
+#include "support/Product.h"
+
+namespace postrove::testing {
+namespace {
+
+using office::Value;
+
+constexpr wchar_t kTag[] = L"Quillion Postrove Button";
+
+TEST(Tracker, PutsOneFormattedButtonOnAMailInspector) {
+  for (const bool sent : {false, true}) {
+    for (const bool word : {false, true}) {
+      SCOPED_TRACE(::testing::Message() << "sent " << sent << ", Word " << word);
+      Product product;
+      product.Start();
+      product.outlook.Open(true);
+      product.outlook.Open(true);
+      const auto inspector = product.outlook.Open(sent, office::kClassMail, word);
+      product.outlook.AddButton(*inspector, kTag);  // left behind by a crash
+      product.outlook.AddButton(*inspector, kTag);
+      product.outlook.AddButton(*inspector, L"another add-in");
+      product.outlook.RaiseNew(inspector);
+
+      ASSERT_EQ(inspector->buttons.size(), 2u);
+      const auto& button = inspector->buttons.back()->properties;
+      EXPECT_EQ(button.at(L"Caption"), Value(sent ? L"SaveToProject" : L"Pos&trove"));
+      EXPECT_EQ(button.at(L"Style"), Value(3));
+      EXPECT_EQ(button.at(L"FaceId"), Value(325));
+      EXPECT_EQ(button.at(L"BeginGroup"), Value(true));
+      EXPECT_EQ(button.at(L"Tag"), Value(kTag));
+      EXPECT_EQ(button.at(L"OnAction"), Value(L"!<Postrove.Connect>"));
+      EXPECT_EQ(button.at(L"Visible"), Value(true));
+      // Type, Id, Parameter, Before, Temporary; the third inspector's parameter is 2.
+      const office::Arguments expected{1, office::Missing{}, 2, 4, true};
+      EXPECT_EQ(inspector->additions, std::vector<office::Arguments>{expected});
+      EXPECT_EQ(product.shared.gOutlook->SaveType(), 3);
+      EXPECT_EQ(inspector->bar->properties.at(L"Protection"), Value(word ? 8 : 0));
+      EXPECT_EQ(inspector->bar->properties.at(L"Visible"), Value(word));
+    }
+  }
+}
+
+TEST(Tracker, OtherItemsOnlyReplaceTheTrackedInspector) {
+  Product product;
+  product.Start();
+  const auto mail = product.outlook.Open(false);
+  product.outlook.RaiseNew(mail);
+  for (const std::int32_t itemClass : {26, 40, 48, 44, 46, 53}) {
+    const auto other = product.outlook.Open(false, itemClass);
+    product.outlook.log.calls.clear();
+    product.outlook.RaiseNew(other);
+    EXPECT_TRUE(other->additions.empty()) << itemClass;
+    EXPECT_EQ(product.shared.gOutlook->Inspector().Get(), other->window);
+    // Nothing but the class is asked of an item that is not known to be a mail.
+    EXPECT_EQ(product.outlook.log.calls,
+              (std::vector<std::wstring>{L"Inspector.Subscribe", L"Inspector.CurrentItem",
+                                         L"Item.Class"}));
+  }
+  EXPECT_EQ(mail->window->SinkCount(), 0u);
+}
+
+TEST(Tracker, ClosingLetsGo) {
+  Product product;
+  product.Start();
+  const auto first = product.outlook.Open(true, office::kClassMail, true);
+  product.outlook.RaiseNew(first);
+  first->window->Raise(office::kInspectorEvents, office::kInspectorActivate);
+  EXPECT_EQ(product.shared.gOutlook->Inspector().Get(), first->window);
+  first->window->Raise(office::kInspectorEvents, office::kInspectorClose);
+  EXPECT_TRUE(first->buttons.empty());
+  EXPECT_EQ(first->bar->properties.at(L"Protection"), Value(0));
+  EXPECT_FALSE(product.shared.gOutlook->Inspector());
+  EXPECT_EQ(first->window->SinkCount(), 0u);
+
+  const auto second = product.outlook.Open(true);
+  product.outlook.RaiseNew(second);
+  product.shared.gOutlook->SetMailItem(office::MailItem(second->item));
+  second->item->Raise(office::kItemEvents, office::kItemSend, {false});
+  EXPECT_TRUE(product.shared.gOutlook->MailItem());
+  EXPECT_TRUE(product.shared.gOutlook->Inspector());
+  second->item->Raise(office::kItemEvents, office::kItemClose, {false});
+  EXPECT_FALSE(product.shared.gOutlook->MailItem());
+  EXPECT_FALSE(product.shared.gOutlook->Inspector());
+}
+
+TEST(Tracker, InterfaceKeepsItsOddities) {
+  Product product;
+  product.Start();
+  IclsOutlook& tracker = *product.shared.gOutlook;
+  EXPECT_EQ(product.outlook.lastNamespace, L"MAPI");
+  EXPECT_EQ(tracker.NameSpace().Get(), product.outlook.nameSpace);
+  EXPECT_EQ(product.outlook.inspectors->SinkCount(), 1u);
+  EXPECT_FALSE(tracker.Inspectors());  // and subscribes anew, not twice
+  EXPECT_EQ(product.outlook.inspectors->SinkCount(), 1u);
+  const office::Wrapper thing(product.outlook.app);
+  tracker.SetMailFolder(thing);
+  tracker.SetAttachment(thing);
+  tracker.SetApptItem(office::Item(product.outlook.app));
+  tracker.SetContactItem(office::Item(product.outlook.app));
+  EXPECT_FALSE(tracker.MailFolder() || tracker.Attachment() || tracker.ApptItem() ||
+               tracker.ContactItem());
+  tracker.SetApp(office::Application(product.outlook.app));
+  EXPECT_EQ(product.outlook.app->SinkCount(), 1u);
+  EXPECT_EQ(product.outlook.inspectors->SinkCount(), 1u);
+}
+
+TEST(Tracker, QuitReleasesByVersion) {
+  const struct {
+    const wchar_t* version;
+    bool releasesTracker;
+  } cases[] = {{L"9.0.0.2711", true},      {L"10.0.0.2627", false}, {L"11.0.8173", true},
+               {L"12.0.6739.5000", false}, {L"14.0.0.7011", false}, {L"15.0.0.4569", false},
+               {L"16.0.0.4266", false},    {L"9.5", false},         {L"", false}};
+  for (const auto& one : cases) {
+    SCOPED_TRACE(::testing::Message() << "version " << one.version[0] << one.version[1]);
+    Product product(one.version);
+    product.Start();
+    const auto inspector = product.outlook.Open(false);
+    product.outlook.RaiseNew(inspector);
+    product.outlook.app->Raise(office::kApplicationEvents, office::kApplicationQuit);
+    EXPECT_FALSE(product.shared.gController);
+    EXPECT_EQ(product.shared.gOutlook == nullptr, one.releasesTracker);
+    const auto late = product.outlook.Open(false);  // a window that opens while Outlook quits
+    product.outlook.RaiseNew(late);
+    EXPECT_TRUE(late->additions.empty());
+    product.shared.gOutlook.reset();
+    EXPECT_EQ(product.outlook.app->SinkCount() + product.outlook.inspectors->SinkCount() +
+                  inspector->window->SinkCount() + inspector->buttons.at(0)->SinkCount(),
+              0u);
+    EXPECT_EQ(product.outlook.app.use_count() + product.outlook.inspectors.use_count() +
+                  product.outlook.nameSpace.use_count(),
+              3 + 1)  // the test's three and the application's own of its inspectors
+        << "a reference to the host was kept";
+  }
+}
+
+// Makes each call of loading and of one new inspector fail in turn: the next mail still gets its
+// one button, and the last listener is the only one.
+TEST(Tracker, NoSingleFailureCostsTheNextMailItsButton) {
+  Product probe;
+  probe.Start();
+  probe.outlook.RaiseNew(probe.outlook.Open(false, office::kClassMail, true));
+  const int calls = static_cast<int>(probe.outlook.log.calls.size());
+  ASSERT_GT(calls, 15);
+  for (int n = 1; n <= calls; ++n) {
+    SCOPED_TRACE(::testing::Message() << "call " << n);
+    Product product;
+    product.outlook.log.failAt = n;
+    product.Create();
+    try {
+      product.shared.gOutlook->SetApp(office::Application(product.outlook.app));
+    } catch (const Error&) {
+    }
+    const auto failing = product.outlook.Open(false, office::kClassMail, true);
+    product.outlook.RaiseNew(failing);
+    EXPECT_LE(failing->buttons.size(), 1u);
+    const auto next = product.outlook.Open(true);
+    product.outlook.RaiseNew(next);
+    ASSERT_EQ(next->buttons.size(), 1u);
+    EXPECT_EQ(next->buttons[0]->SinkCount(), 1u);
+    for (const FakePtr& button : failing->buttons) EXPECT_EQ(button->SinkCount(), 0u);
+  }
+}
+
+TEST(Tracker, AShortBarStillGetsTheButton) {
+  Product product;
+  product.Start();
+  const auto inspector = product.outlook.Open(false);
+  const auto add = inspector->controls->functions[L"Add"];
+  inspector->controls->functions[L"Add"] = [add](const office::Arguments& arguments) {
+    if (arguments.at(3) == Value(4)) throw Error(5, L"Add", L"No control has this index.");
+    return add(arguments);
+  };
+  product.outlook.RaiseNew(inspector);
+  EXPECT_EQ(inspector->buttons.size(), 1u);
+}
+
+}  // namespace
+}  // namespace postrove::testing
