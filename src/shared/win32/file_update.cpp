@@ -1,0 +1,160 @@
+#include "shared/win32/file_update.h"
+
+#include <windows.h>
+
+#include <utility>
+
+#include "shared/file_name.h"
+#include "shared/win32/system_error.h"
+
+namespace postrove {
+namespace {
+
+constexpr wchar_t kSource[] = L"UpdateFile";
+constexpr wchar_t kCannotWrite[] = L"Cannot write the file";
+constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+class FileHandle {
+ public:
+  explicit FileHandle(HANDLE handle = INVALID_HANDLE_VALUE) : handle_(handle) {}
+  FileHandle(FileHandle&& other) noexcept
+      : handle_(std::exchange(other.handle_, INVALID_HANDLE_VALUE)) {}
+  FileHandle& operator=(FileHandle&& other) noexcept {
+    std::swap(handle_, other.handle_);
+    return *this;
+  }
+  ~FileHandle() { Close(); }
+
+  void Close() {
+    if (IsOpen()) CloseHandle(std::exchange(handle_, INVALID_HANDLE_VALUE));
+  }
+  bool IsOpen() const { return handle_ != INVALID_HANDLE_VALUE; }
+  HANDLE Get() const { return handle_; }
+
+ private:
+  HANDLE handle_;
+};
+
+// Calls `attempt` until it returns ERROR_SUCCESS or an error that waiting does not cure, for a few
+// seconds at most. Access is denied for good, or for a moment to a file that is being deleted or
+// that a virus scanner holds: that is tried for a fraction of the time.
+template <typename Attempt>
+DWORD Retry(Attempt attempt) {
+  constexpr ULONGLONG kSharingMilliseconds = 5000;
+  constexpr ULONGLONG kDeniedMilliseconds = 500;
+  const ULONGLONG start = GetTickCount64();
+  for (;;) {
+    const DWORD error = attempt();
+    const bool shared = error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION;
+    if (!shared && error != ERROR_ACCESS_DENIED) return error;
+    if (GetTickCount64() - start > (shared ? kSharingMilliseconds : kDeniedMilliseconds)) {
+      return error;
+    }
+    Sleep(5);
+  }
+}
+
+DWORD Open(const std::wstring& path, DWORD access, DWORD share, DWORD disposition, DWORD flags,
+           FileHandle* file) {
+  *file =
+      FileHandle(CreateFileW(path.c_str(), access, share, nullptr, disposition, flags, nullptr));
+  return file->IsOpen() ? ERROR_SUCCESS : GetLastError();
+}
+
+DWORD Load(const std::wstring& path, std::string* bytes) {
+  FileHandle file;
+  DWORD error = Open(path, GENERIC_READ, kShareAll, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, &file);
+  if (error != ERROR_SUCCESS) return error;
+  LARGE_INTEGER size{};
+  if (!GetFileSizeEx(file.Get(), &size)) return GetLastError();
+  if (size.QuadPart > kLargestTextFile) return ERROR_FILE_TOO_LARGE;
+  std::string content(static_cast<std::size_t>(size.QuadPart), '\0');
+  DWORD read = 0;
+  if (!ReadFile(file.Get(), content.data(), static_cast<DWORD>(content.size()), &read, nullptr)) {
+    return GetLastError();
+  }
+  content.resize(read);
+  *bytes = std::move(content);
+  return ERROR_SUCCESS;
+}
+
+// A new file that is deleted with the object unless it was renamed.
+class TemporaryFile {
+ public:
+  explicit TemporaryFile(std::wstring path) : path_(std::move(path)) {}
+  TemporaryFile(const TemporaryFile&) = delete;
+  TemporaryFile& operator=(const TemporaryFile&) = delete;
+  ~TemporaryFile() {
+    if (!renamed_) DeleteFileW(path_.c_str());
+  }
+
+  DWORD Write(const std::string& bytes, DWORD attributes) {
+    // What a killed writer left may have attributes that forbid overwriting it.
+    DeleteFileW(path_.c_str());
+    FileHandle file;
+    DWORD error = Open(path_, GENERIC_WRITE, 0, CREATE_ALWAYS, attributes, &file);
+    if (error != ERROR_SUCCESS) return error;
+    DWORD written = 0;
+    if (!WriteFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr)) {
+      return GetLastError();
+    }
+    if (written != bytes.size()) return ERROR_DISK_FULL;
+    return FlushFileBuffers(file.Get()) ? ERROR_SUCCESS : GetLastError();
+  }
+
+  DWORD RenameTo(const std::wstring& path) {
+    renamed_ = MoveFileExW(path_.c_str(), path.c_str(),
+                           MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
+    return renamed_ ? ERROR_SUCCESS : GetLastError();
+  }
+
+ private:
+  std::wstring path_;
+  bool renamed_ = false;
+};
+
+void Check(DWORD error, const std::wstring& path) {
+  if (error != ERROR_SUCCESS) throw PathError(kSource, kCannotWrite, path, error);
+}
+
+}  // namespace
+
+bool LoadWholeFile(const std::wstring& path, std::string* bytes) {
+  return Retry([&] { return Load(path, bytes); }) == ERROR_SUCCESS;
+}
+
+void UpdateWholeFile(const std::wstring& path,
+                     const std::function<std::string(const std::string&)>& change) {
+  const std::wstring lockPath = path + L".lock";
+  if (lockPath.size() > kMaxPath) Check(ERROR_FILENAME_EXCED_RANGE, path);
+
+  FileHandle lock;
+  Check(Retry([&] {
+          return Open(lockPath, GENERIC_WRITE | DELETE, 0, OPEN_ALWAYS,
+                      FILE_ATTRIBUTE_HIDDEN | FILE_FLAG_DELETE_ON_CLOSE, &lock);
+        }),
+        path);
+
+  const DWORD attributes = GetFileAttributesW(path.c_str());
+  const bool exists = attributes != INVALID_FILE_ATTRIBUTES;
+  std::string oldBytes;
+  if (exists) {
+    if (attributes & FILE_ATTRIBUTE_DIRECTORY) Check(ERROR_DIRECTORY, path);
+    if (attributes & FILE_ATTRIBUTE_READONLY) Check(ERROR_FILE_READ_ONLY, path);
+    // Bytes that cannot be read are never taken for an empty file.
+    Check(Retry([&] { return Load(path, &oldBytes); }), path);
+  } else if (GetLastError() != ERROR_FILE_NOT_FOUND) {
+    Check(GetLastError(), path);
+  }
+  const std::string newBytes = change(oldBytes);
+  if (exists && newBytes == oldBytes) return;
+
+  TemporaryFile temporary(path + L".tmp");
+  constexpr DWORD kKept =
+      FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
+  Check(temporary.Write(newBytes, exists ? attributes & kKept : 0), path);
+  // Fails for a moment while a program reads the old file.
+  Check(Retry([&] { return temporary.RenameTo(path); }), path);
+}
+
+}  // namespace postrove

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+namespace postrove {
+
+// Files larger than this are not settings or text files and are not loaded.
+inline constexpr long long kLargestTextFile = 64LL * 1024 * 1024;
+
+// The bytes of a file; others may read, write or replace it meanwhile. False when it does not
+// exist, cannot be read or is larger than kLargestTextFile.
+bool LoadWholeFile(const std::wstring& path, std::string* bytes);
+
+// Replaces a file by change(its bytes). A missing file counts as empty; its folder must exist.
+// - Writers in all processes that use this function exclude each other by a lock file beside the
+//   file ("<path>.lock"), which the system removes with its owner, even a killed one. A writer
+//   waits a few seconds for the lock.
+// - The new bytes go to "<path>.tmp", are flushed to the disk and renamed over the file, so that a
+//   reader or a crash meets the old bytes or the new ones. When `change` returns what it was given,
+//   nothing is written.
+// Throws Error, and passes on what `change` throws; the old file then stands unchanged and no
+// temporary file is left.
+void UpdateWholeFile(const std::wstring& path,
+                     const std::function<std::string(const std::string&)>& change);
+
+}  // namespace postrove

@@ -1,0 +1,23 @@
+#include "shared/win32/system_error.h"
+
+#include "shared/text.h"
+
+namespace postrove {
+
+std::wstring SystemMessage(DWORD code) {
+  wchar_t buffer[512];
+  DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
+                                code, 0, buffer, ARRAYSIZE(buffer), nullptr);
+  while (length > 0 && buffer[length - 1] <= L' ') --length;
+  if (length == 0) return L"Windows error " + text::FromNumber(code) + L".";
+  return std::wstring(buffer, length);
+}
+
+Error PathError(const std::wstring& source, const std::wstring& what, const std::wstring& path,
+                DWORD code) {
+  const bool missing = code == ERROR_FILE_NOT_FOUND || code == ERROR_PATH_NOT_FOUND;
+  return Error(missing ? kFileNotFound : kPathFileAccess, source,
+               what + L" \"" + path + L"\": " + SystemMessage(code));
+}
+
+}  // namespace postrove
