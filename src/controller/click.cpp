@@ -22,10 +22,10 @@ void clsPostrove::mcbPostroveMenuButton_Click() {
     return;
   }
   const bool shown = Reporting(*utility_, L"clsPostrove", L"PostroveMenuButton_Click()", [this] {
-    TakeActiveMessage();
+    const office::MailItem mail = TakeActiveMessage();
     const auto form = std::make_shared<forms::frmPostrove>(weak_from_this());
     frmPostroveEvent_ = form;
-    PrepareFromSubject();
+    PrepareFrom(mail.Subject());
     form->lblFormTitle.SetText(L"Postrove " + WorkUnit + L" EMail and File Location");
     form->lblProjectLabel.SetText(WorkUnit + L": ");
     filling_ = true;
