@@ -28,11 +28,11 @@ void clsPostrove::mcbPostroveMenuButton_Click() {
     PrepareFrom(mail.Subject());
     form->lblFormTitle.SetText(L"Postrove " + WorkUnit + L" EMail and File Location");
     form->lblProjectLabel.SetText(WorkUnit + L": ");
+    ArrangeForm(*form);
     filling_ = true;
     FillProjectCombo(form->cboPostrove);
     FillSaveFields(*form);
     filling_ = false;
-    ArrangeForm(*form);
     forms_->ShowModal(*form);
   });
   // What a failed click left behind must not reach the next message.

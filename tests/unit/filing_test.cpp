@@ -13,6 +13,7 @@ class Filing : public ::testing::Test {
   void Open(bool sent, std::int32_t editor = 2) {
     product_->Start();
     product_->utility->AddFolder(L"C:\\Corr_Out");
+    product_->utility->AddFolder(L"D:\\");
     mail_ = product_->outlook.Open(sent);
     mail_->window->properties[L"EditorType"] = editor;
     mail_->item->properties[L"Subject"] = L"Minutes: 12 May";
@@ -49,8 +50,11 @@ class Filing : public ::testing::Test {
       EXPECT_EQ(dialog.IsUnloaded(), closes);
       dialog.Unload();
     });
+    for (const ScriptedFormHost::User& answer : answers_) product_->forms->Expect(answer);
+    answers_.clear();
     mail_->buttons.at(0)->Raise(office::kCommandBarButtonEvents, office::kButtonClick,
                                 {Value(mail_->buttons.at(0)), false});
+    EXPECT_TRUE(product_->forms->Finished());
     EXPECT_EQ(product_->forms->waiting, 0);
   }
 
@@ -58,8 +62,9 @@ class Filing : public ::testing::Test {
     dialog.cboPostrove.UserTyped(L"Mill Street: 2231", 17, 0);
   }
 
+  // The answer to a question that the next click's main button will ask.
   void AnswerFolderMessage(const std::wstring& caption, const std::wstring& name, int button) {
-    product_->forms->Expect([=](forms::Form& form) {
+    answers_.push_back([=](forms::Form& form) {
       EXPECT_EQ(form.Caption(), caption);
       auto& dialog = dynamic_cast<forms::frmFolderMessage&>(form);
       if (!name.empty()) dialog.txtFolderMessage(1).UserTyped(name, 0, 0);
@@ -69,6 +74,7 @@ class Filing : public ::testing::Test {
 
   std::unique_ptr<Product> product_ = std::make_unique<Product>();
   std::shared_ptr<FakeOutlook::Inspector> mail_;
+  std::vector<ScriptedFormHost::User> answers_;
   std::vector<std::wstring> saved_;
   std::wstring savedBody_, savedHtml_;
   int sent_ = 0;
@@ -232,6 +238,7 @@ TEST_F(Filing, TheActiveWindowsMessageIsFiledWithItsOwnState) {
   const auto draft = product_->outlook.Open(false);
   product_->outlook.RaiseNew(draft);
   product_->outlook.active = mail_;  // the received message is back in front
+  product_->forms->Expect([](forms::Form& form) { form.UserClosed(); });
   draft->buttons.at(0)->Raise(office::kCommandBarButtonEvents, office::kButtonClick, {});
   EXPECT_TRUE(product_->Controller().ItemIsSent);
 }
@@ -279,7 +286,7 @@ TEST_F(Filing, AnySingleFailureLosesNothing) {
     saved_.clear();
     sent_ = 0;
     Open(false);
-    product_->utility->AnswerAllMessages(MessageAnswer::Ok);
+    if (n != 0) product_->utility->ExpectMessage();
     product_->outlook.log.calls.clear();
     product_->outlook.log.failAt = n;
     bool shown = false;

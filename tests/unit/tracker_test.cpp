@@ -115,7 +115,7 @@ TEST(Tracker, QuitReleasesByVersion) {
                {L"12.0.6739.5000", false}, {L"14.0.0.7011", false}, {L"15.0.0.4569", false},
                {L"16.0.0.4266", false},    {L"9.5", false},         {L"", false}};
   for (const auto& one : cases) {
-    SCOPED_TRACE(::testing::Message() << "version " << one.version[0] << one.version[1]);
+    SCOPED_TRACE(text::ToUtf8(one.version));
     Product product(one.version);
     product.Start();
     const auto inspector = product.outlook.Open(false);
