@@ -1,0 +1,219 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <deque>
+#include <map>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "shared/clsSharedUtil.h"
+#include "shared/text.h"
+
+namespace postrove::testing {
+
+struct ShownMessage {
+  std::wstring text;
+  std::wstring title;
+  MessageButtons buttons;
+  MessageIcon icon;
+  bool operator==(const ShownMessage&) const = default;
+};
+
+// The shared utility object in memory. Its file system knows paths with a drive ("C:\", which
+// exists) or a share, compared without regard to case, "/" counting as "\". The code page is
+// Latin-1. A message box or folder picker that the test did not announce fails the test, and so
+// does an announced one that never came.
+class FakeSharedUtil : public clsSharedUtil {
+ public:
+  FakeSharedUtil() { AddFolder(L"C:\\"); }
+  FakeSharedUtil(const FakeSharedUtil&) = delete;
+  FakeSharedUtil& operator=(const FakeSharedUtil&) = delete;
+  ~FakeSharedUtil() override {
+    EXPECT_TRUE(answers_.empty()) << answers_.size() << " expected message boxes were not shown";
+    EXPECT_TRUE(picks_.empty()) << picks_.size() << " expected folder pickers were not shown";
+  }
+
+  // The stage. Folders above an added one are added with it.
+  void AddFolder(const std::wstring& folder) {
+    for (std::wstring path = Plain(folder); !path.empty(); path = Parent(path)) {
+      entries_.try_emplace(Key(path), Entry{path, true, {}, false});
+    }
+  }
+  void AddFile(const std::wstring& path, std::string bytes = {}) {
+    AddFolder(Parent(Plain(path)));
+    entries_[Key(path)] = Entry{Plain(path), false, std::move(bytes), false};
+  }
+  void SetReadOnly(const std::wstring& path) { entries_.at(Key(path)).readOnly = true; }
+  void Remove(const std::wstring& path) { entries_.erase(Key(path)); }
+  void SetDriveType(const std::wstring& root, DriveKind kind) { drives_[Key(root)] = kind; }
+
+  // Announces the next message box or folder picker (cancelled with an empty text).
+  void ExpectMessage(MessageAnswer answer = MessageAnswer::Ok) { answers_.push_back(answer); }
+  void ExpectBrowse(std::wstring chosen) { picks_.push_back(std::move(chosen)); }
+
+  // The n-th file operation from now on fails, 1 being the next: it throws Error where it can, else
+  // it answers as for a missing file.
+  void FailFileOperation(int n) { failing_ = operations_ + n; }
+  int FileOperations() const { return operations_; }
+
+  // What happened. The bytes of a file, or nothing when there is none.
+  std::optional<std::string> File(const std::wstring& path) const {
+    const Entry* entry = Find(path);
+    if (!entry || entry->folder) return std::nullopt;
+    return entry->bytes;
+  }
+  // Full paths of all files, in the order of their lower-case spelling.
+  std::vector<std::wstring> Files() const {
+    std::vector<std::wstring> files;
+    for (const auto& [key, entry] : entries_) {
+      if (!entry.folder) files.push_back(entry.path);
+    }
+    return files;
+  }
+  const std::vector<ShownMessage>& Messages() const { return messages_; }
+  const std::vector<std::wstring>& BrowsePrompts() const { return prompts_; }
+  const std::vector<std::wstring>& OpenedDocuments() const { return documents_; }
+
+  bool FolderExists(const std::wstring& folder) override {
+    const Entry* entry = Find(folder);
+    return !NextOperationFails() && entry && entry->folder;
+  }
+  bool FileExists(const std::wstring& folder, const std::wstring& file) override {
+    if (NextOperationFails() || folder.empty() || file.empty()) return false;
+    return File(text::NormaliseFolder(folder) + file).has_value();
+  }
+  long long FileSize(const std::wstring& path) override {
+    const std::optional<std::string> bytes = File(path);
+    if (NextOperationFails() || !bytes) return -1;
+    return static_cast<long long>(bytes->size());
+  }
+  void CreateFolder(const std::wstring& folder) override {
+    if (NextOperationFails()) Fail(L"Cannot make the folder", folder);
+    for (std::wstring path = Plain(folder); !path.empty(); path = Parent(path)) {
+      const Entry* entry = Find(path);
+      if (entry && entry->folder) return AddFolder(folder);
+      if (entry) break;
+    }
+    Fail(L"Cannot make the folder", folder);
+  }
+  std::wstring BrowseForFolder(const std::wstring& prompt) override {
+    prompts_.push_back(prompt);
+    return Take(&picks_, L"folder picker", prompt).value_or(L"");
+  }
+  DriveKind DriveType(const std::wstring& root) override {
+    const auto drive = drives_.find(Key(root));
+    if (drive != drives_.end()) return drive->second;
+    return Find(root) ? DriveKind::Fixed : DriveKind::NoRoot;
+  }
+  void OpenDocument(const std::wstring& document) override { documents_.push_back(document); }
+  MessageAnswer ShowMessage(const std::wstring& text, const std::wstring& title,
+                            MessageButtons buttons, MessageIcon icon) override {
+    messages_.push_back({text, title, buttons, icon});
+    const bool question = buttons == MessageButtons::YesNo;
+    const std::optional<MessageAnswer> answer =
+        Take(&answers_, L"message box", title + L" | " + text);
+    if (!answer) return question ? MessageAnswer::No : MessageAnswer::Ok;
+    EXPECT_EQ(question, *answer != MessageAnswer::Ok)
+        << "the answer does not fit the buttons of: " << text::ToUtf8(text);
+    return *answer;
+  }
+
+ protected:
+  bool LoadFile(const std::wstring& path, std::string* bytes) override {
+    const std::optional<std::string> found = File(path);
+    if (NextOperationFails() || !found) return false;
+    *bytes = *found;
+    return true;
+  }
+  void UpdateFile(const std::wstring& path,
+                  const std::function<std::string(const std::string&)>& change) override {
+    if (NextOperationFails()) Fail(L"Cannot write the file", path);
+    const Entry* entry = Find(path);
+    if (entry && (entry->folder || entry->readOnly)) Fail(L"Cannot write the file", path);
+    if (!Find(Root(path))) Fail(L"Cannot write the file", path);
+    AddFile(path, change(File(path).value_or("")));
+  }
+  std::wstring FromCodePage(const std::string& bytes) override {
+    std::wstring text;
+    for (const char byte : bytes) text.push_back(static_cast<unsigned char>(byte));
+    return text;
+  }
+  std::string ToCodePage(const std::wstring& text) override {
+    std::string bytes;
+    for (std::size_t i = 0; i < text.size();) {
+      const char32_t c = text::NextCodePoint(text, &i);
+      bytes.push_back(c <= 0xFF ? static_cast<char>(c) : '?');
+    }
+    return bytes;
+  }
+
+ private:
+  struct Entry {
+    std::wstring path;
+    bool folder;
+    std::string bytes;
+    bool readOnly;
+  };
+
+  // With "\" only and none at the end, so "C:" stands for the drive's root.
+  static std::wstring Plain(const std::wstring& path) {
+    std::wstring plain = text::Replace(path, L"/", L"\\");
+    while (!plain.empty() && plain.back() == L'\\') plain.pop_back();
+    return plain;
+  }
+  static std::wstring Key(const std::wstring& path) {
+    std::wstring key = Plain(path);
+    for (wchar_t& c : key) c = text::Fold(c);
+    return key;
+  }
+  // The folder of a plain path; empty above a drive or share.
+  static std::wstring Parent(const std::wstring& plain) {
+    if (plain == Root(plain)) return {};
+    const std::size_t separator = plain.rfind(L'\\');
+    return separator == std::wstring::npos ? std::wstring() : plain.substr(0, separator);
+  }
+  // "C:" or "\\server\share" of a path.
+  static std::wstring Root(const std::wstring& path) {
+    const std::wstring plain = Plain(path);
+    const bool share = plain.starts_with(L"\\\\");
+    const std::size_t server = share ? plain.find(L'\\', 2) : std::wstring::npos;
+    const std::size_t end = plain.find(L'\\', share && server != plain.npos ? server + 1 : 2);
+    return plain.substr(0, end);
+  }
+
+  const Entry* Find(const std::wstring& path) const {
+    const auto found = entries_.find(Key(path));
+    return path.empty() || found == entries_.end() ? nullptr : &found->second;
+  }
+  bool NextOperationFails() { return ++operations_ == failing_; }
+  [[noreturn]] static void Fail(const std::wstring& what, const std::wstring& path) {
+    throw Error(kPathFileAccess, L"FakeSharedUtil",
+                what + L" \"" + path + L"\": Access is denied.");
+  }
+  template <typename T>
+  static std::optional<T> Take(std::deque<T>* script, const wchar_t* what,
+                               const std::wstring& shown) {
+    if (script->empty()) {
+      ADD_FAILURE() << "unexpected " << text::ToUtf8(what) << ": " << text::ToUtf8(shown);
+      return std::nullopt;
+    }
+    T first = std::move(script->front());
+    script->pop_front();
+    return first;
+  }
+
+  std::map<std::wstring, Entry> entries_;
+  std::map<std::wstring, DriveKind> drives_;
+  std::deque<MessageAnswer> answers_;
+  std::deque<std::wstring> picks_;
+  std::vector<ShownMessage> messages_;
+  std::vector<std::wstring> prompts_;
+  std::vector<std::wstring> documents_;
+  int operations_ = 0;
+  int failing_ = 0;
+};
+
+}  // namespace postrove::testing
