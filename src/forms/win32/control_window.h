@@ -1,0 +1,111 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+#include "forms/kit/control.h"
+#include "forms/win32/fonts.h"
+
+namespace postrove::forms {
+
+// Messages that a control's window gives its dialog.
+enum DialogMessage : UINT {
+  kFocusMoved = WM_APP + 1,  // posted: the focus came to or left a control
+  kEnterPressed,             // sent: Enter arrived as a character
+  kListClosed,               // posted: a combo box closed its list; lParam is its window
+  kFormActivated,            // posted by the dialog to itself
+};
+
+// What the windows of a dialog are made with.
+struct WindowParts {
+  HINSTANCE module;
+  const wchar_t* richEditClass;  // null: a plain text box stands in for it
+};
+
+// The real window of one control: made from the model, changed with it, and telling it what the
+// user does. The dialog's window destroys it; this object must live until then.
+class ControlWindow {
+ public:
+  explicit ControlWindow(Control& control) : control_(&control), kind_(control.Kind()) {}
+  ~ControlWindow();
+  ControlWindow(const ControlWindow&) = delete;
+  ControlWindow& operator=(const ControlWindow&) = delete;
+
+  // `group` starts a new group of option buttons. Throws Error when Windows makes no window.
+  void Create(HWND dialog, int id, bool group, const WindowParts& parts);
+
+  // The model, or null after LetGo: the form is unloaded, its controls may be gone at any moment.
+  Control* Model() const { return control_; }
+  void LetGo() { control_ = nullptr; }
+
+  HWND Window() const { return window_; }
+  bool Has(HWND window) const;  // its window or a part of it
+  bool IsButton() const { return kind_ == ControlKind::CommandButton; }
+  bool IsLink() const { return link_; }
+
+  void Apply(Property property);
+  void SetFont(Fonts& fonts);
+  void MoveTo(const RECT& place, int listHeight);
+
+  // Gives the window the focus, and as Windows' dialogs do selects all of its text on request.
+  void Focus(bool selectAll);
+  bool CanFocus() const;
+
+  // Draws a button as the one that Enter presses.
+  void ShowDefault(bool isDefault);
+
+  // A notification of the window.
+  void Command(UINT code);
+
+  // Prepares for painting and answers the background; null lets Windows choose.
+  HBRUSH Colors(HDC dc);
+
+  // A key on its way to the model; true when it was swallowed.
+  bool Pressed(int key);
+
+  bool ListIsDown() const;
+  void DropDownList();
+  // The list was closed: takes over what that did to the text.
+  void ListClosed();
+  // Closes the dropped-down list as the key does.
+  void CloseListBy(WORD key);
+
+ private:
+  static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  LRESULT Handle(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  LRESULT Pass(HWND window, UINT message, WPARAM wParam, LPARAM lParam) const;
+  WNDPROC Subclass(HWND window);
+  void Unsubclass(HWND window);
+  void PressMouse(int button, LPARAM position);
+  void PaintFocus();
+  void LoadIcon(Fonts& fonts);
+
+  void SetWindowTextNow();
+  void SetSelectionNow();
+  void ReadCaret();
+  void ReadText();
+  void FillList();
+
+  class Applying;  // notifications of our own changes are no news
+
+  Control* control_;
+  const ControlKind kind_;
+  bool link_ = false;
+  bool multiLine_ = false;
+  HWND dialog_ = nullptr;
+  HWND window_ = nullptr;
+  HWND edit_ = nullptr;  // the text box: the window itself, or the combo box's part
+  HWND list_ = nullptr;  // the combo box's list
+  WNDPROC windowProcedure_ = nullptr;
+  WNDPROC editProcedure_ = nullptr;
+  HINSTANCE module_ = nullptr;
+  HICON icon_ = nullptr;
+  HBRUSH brush_ = nullptr;
+  COLORREF brushColor_ = CLR_INVALID;
+  int unitsPerInch_ = 0;
+  int applying_ = 0;
+  bool listFilled_ = false;
+};
+
+}  // namespace postrove::forms

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+namespace postrove::forms {
+
+// The tool-tip window of one dialog; it is owned by the dialog's window and goes with it.
+class ToolTips {
+ public:
+  // A dialog without tool tips works: failures are passed over.
+  void Create(HWND dialog, HINSTANCE module);
+
+  // Sets, changes or (empty) removes the tip of a child window.
+  void Set(HWND child, const std::wstring& tip);
+  void SetFont(HFONT font, int maxWidth);
+
+ private:
+  HWND dialog_ = nullptr;
+  HWND window_ = nullptr;
+};
+
+}  // namespace postrove::forms
