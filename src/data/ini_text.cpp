@@ -179,7 +179,8 @@ Place Locate(const Document& document, std::wstring_view section, std::wstring_v
     if (!place.sectionFound) continue;
     place.sectionEnd = line.next;
     const std::size_t equals = document.Find(content, '=');
-    if (equals == content.end || document.UnitAt(content.begin) == '[') continue;
+    const bool hasKey = equals != content.begin && equals != content.end;
+    if (!hasKey || document.UnitAt(content.begin) == '[') continue;
     if (text::EqualsIgnoreCase(document.Decode(document.Trim({content.begin, equals})), key)) {
       place.keyFound = true;
       place.value = document.Trim({equals + document.UnitSize(), line.content.end});

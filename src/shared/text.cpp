@@ -150,7 +150,7 @@ std::wstring FromNumber(long long value) {
 
 double LeadingNumber(std::wstring_view text) {
   // Digits further behind the point than a double can hold are read and ignored.
-  constexpr double kFinestFraction = 1e15;
+  constexpr double kFinestFraction = 1e17;
   double number = 0;
   double fraction = 1;
   bool started = false;

@@ -1,0 +1,298 @@
+#include "data/ini_text.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+#include <vector>
+
+#include "shared/error.h"
+#include "shared/text.h"
+
+namespace postrove {
+namespace {
+
+// Latin-1 stands for the system's code page.
+const ini::CodePage kLatin1{[](const std::string& bytes) {
+                              std::wstring text;
+                              for (const char byte : bytes) {
+                                text.push_back(static_cast<unsigned char>(byte));
+                              }
+                              return text;
+                            },
+                            [](const std::wstring& text) {
+                              std::string bytes;
+                              for (const wchar_t c : text) {
+                                bytes.push_back(c >= 0 && c <= 0xFF ? static_cast<char>(c) : '?');
+                              }
+                              return bytes;
+                            }};
+
+// A code page in which the second byte of a character can be "[", "]" or "\": a byte from 0x81 on
+// and the next one are one character.
+const ini::CodePage kDoubleByte{[](const std::string& bytes) {
+                                  std::wstring text;
+                                  for (std::size_t i = 0; i < bytes.size(); ++i) {
+                                    unsigned c = static_cast<unsigned char>(bytes[i]);
+                                    if (c > 0x80 && i + 1 < bytes.size()) {
+                                      c = c << 8 | static_cast<unsigned char>(bytes[++i]);
+                                    }
+                                    text.push_back(static_cast<wchar_t>(c));
+                                  }
+                                  return text;
+                                },
+                                [](const std::wstring& text) {
+                                  std::string bytes;
+                                  for (const wchar_t c : text) {
+                                    if (c > 0xFF) bytes.push_back(static_cast<char>(c >> 8));
+                                    bytes.push_back(static_cast<char>(c & 0xFF));
+                                  }
+                                  return bytes;
+                                }};
+
+std::string Utf8(const std::wstring& text) { return "\xEF\xBB\xBF" + text::ToUtf8(text); }
+
+std::string Utf16(const std::wstring& text) {
+  std::string bytes = "\xFF\xFE";
+  for (const char16_t unit : text::ToUtf16(text)) {
+    bytes.push_back(static_cast<char>(unit & 0xFF));
+    bytes.push_back(static_cast<char>(unit >> 8));
+  }
+  return bytes;
+}
+
+std::wstring Read(const std::string& bytes, std::wstring_view section, std::wstring_view key) {
+  return ini::Read(bytes, section, key, kLatin1).value_or(L"(nothing)");
+}
+
+std::string Write(const std::string& bytes, std::wstring_view section, std::wstring_view key,
+                  std::wstring_view value) {
+  return ini::Write(bytes, section, key, value, kLatin1);
+}
+
+TEST(IniRead, FindsTheValue) {
+  constexpr wchar_t kNone[] = L"(nothing)";
+  const struct {
+    const char* file;
+    const wchar_t* section;
+    const wchar_t* key;
+    const wchar_t* value;
+  } kTable[] = {
+      {"", L"S", L"k", kNone},
+      {"[S]", L"S", L"k", kNone},
+      {"k=outside\n[S]\nx=1", L"S", L"k", kNone},
+      {"[S]\nk=1", L"T", L"k", kNone},
+      {"[S]\nk=1", L"S", L"k", L"1"},
+      {"[S]\r\nk=1\r\n", L"S", L"k", L"1"},
+      {"[S]\rk=1\rj=2", L"S", L"j", L"2"},
+      {"\n\n  [ Setup ]  \n\t Root \t=  C:\\  \n", L"sETUP", L"rOOT", L"C:\\"},
+      {"[S]\nk=1", L" S\t", L"\tk ", L"1"},
+      {"[\xC4rger]\n\xD6l=1", L"ärger", L"öl", L"1"},
+      // Values.
+      {"[S]\nk=", L"S", L"k", L""},
+      {"[S]\nk=   ", L"S", L"k", L""},
+      {"[S]\nk", L"S", L"k", kNone},
+      {"[S]\nk=a=b]=[c;d#e", L"S", L"k", L"a=b]=[c;d#e"},
+      {"[S]\nk=1 ; no comment", L"S", L"k", L"1 ; no comment"},
+      {"[S]\nk=caf\xE9", L"S", L"k", L"café"},
+      {"[S]\n=1", L"S", L"", kNone},
+      // Quotes.
+      {"[S]\nk=\" - \"", L"S", L"k", L" - "},
+      {"[S]\nk= \"\" ", L"S", L"k", L""},
+      {"[S]\nk=\"", L"S", L"k", L"\""},
+      {"[S]\nk=\"\"\"", L"S", L"k", L"\""},
+      {"[S]\nk=\"\"a\"\"", L"S", L"k", L"\"a\""},
+      {"[S]\nk=\"a", L"S", L"k", L"\"a"},
+      {"[S]\nk='a'", L"S", L"k", L"'a'"},
+      // Comments, and lines that are neither.
+      {"[S]\n;k=1\n#k=2\n  ;k=3\nk=4", L"S", L"k", L"4"},
+      {";[S]\nk=1", L"S", L"k", kNone},
+      {"[S]\nnonsense\n[T\nk=1", L"S", L"k", L"1"},
+      {"[S]\n[k=1", L"S", L"[k", kNone},
+      {"[S] trailing ] words\nk=1", L"S", L"k", L"1"},
+      // What stands twice.
+      {"[S]\nk=1\nK=2", L"S", L"k", L"1"},
+      {"[S]\nj=1\n[T]\nk=2\n[s]\nk=3", L"S", L"k", kNone},
+      {"[S]\nj=1\n[S]\nk=2", L"S", L"k", kNone},
+      {"[T]\nk=1\n[S]\nk=2", L"S", L"k", L"2"},
+  };
+  for (const auto& [file, section, key, value] : kTable) {
+    EXPECT_EQ(Read(file, section, key), value) << file;
+  }
+}
+
+TEST(IniRead, KnowsTheEncodings) {
+  const std::wstring file = L"[Žlutý]\r\nkůň=日本語 \U0001F600\r\n[T]\r\nk=2";
+  for (const std::string& bytes : {Utf8(file), Utf16(file), Utf16(file) + "x"}) {
+    EXPECT_EQ(Read(bytes, L"žLUTÝ", L"KŮŇ"), L"日本語 \U0001F600");
+    EXPECT_EQ(Read(bytes, L"T", L"k"), L"2");
+  }
+  // U+0A0D and U+5B5D are characters, not line breaks and brackets.
+  EXPECT_EQ(Read(Utf16(L"[S]\nk=\u0A0D\u5B5D\u3D3D\n"), L"S", L"k"), L"\u0A0D\u5B5D\u3D3D");
+  EXPECT_EQ(Read("\xEF\xBB\xBF[S]\nk=\xC3(\n", L"S", L"k"), L"\uFFFD(");
+  EXPECT_EQ(Read("\xEF\xBB\xBF", L"S", L"k"), L"(nothing)");
+  EXPECT_EQ(Read("\xFF\xFE[", L"S", L"k"), L"(nothing)");
+
+  const std::string doubleByte = "[\x83]\x95\x5D]\nk\x83[\x83\\=\x81]x";
+  EXPECT_EQ(ini::Read(doubleByte, L"\u835D\u955D", L"k\u835B\u835C", kDoubleByte), L"\u815Dx");
+}
+
+TEST(IniWrite, ChangesOneValueOnly) {
+  const struct {
+    const char* before;
+    const wchar_t* section;
+    const wchar_t* key;
+    const wchar_t* value;
+    const char* after;
+  } kTable[] = {
+      // A new file, section, key.
+      {"", L"Setup", L"Root", L"C:\\", "[Setup]\r\nRoot=C:\\\r\n"},
+      {"[S]\na=1\n", L"T", L"k", L"2", "[S]\na=1\n\n[T]\nk=2\n"},
+      {"[S]\r\na=1", L"T", L"k", L"2", "[S]\r\na=1\r\n\r\n[T]\r\nk=2\r\n"},
+      {"[S]\na=1\n", L"S", L"k", L"2", "[S]\na=1\nk=2\n"},
+      {"[S]", L"s", L"k", L"2", "[S]\r\nk=2\r\n"},
+      {"[S]\r\na=1", L"S", L"k", L"2", "[S]\r\na=1\r\nk=2\r\n"},
+      {"[S]\n\n; of T\n[T]\n", L"S", L"k", L"2", "[S]\nk=2\n\n; of T\n[T]\n"},
+      {"[S]\na=1\n; more\nb=2\n\n# of T\n[T]\nk=1\n", L"S", L"k", L"2",
+       "[S]\na=1\n; more\nb=2\nk=2\n\n# of T\n[T]\nk=1\n"},
+      {"; only a remark", L"S", L"k", L"2", "; only a remark\r\n\r\n[S]\r\nk=2\r\n"},
+      {"[S]\rk=1\r", L"S", L"j", L"2", "[S]\rk=1\rj=2\r"},
+      // A value in its place.
+      {"[S]\n k\t=  1  \nj=2\n", L"S", L"K", L"new", "[S]\n k\t=  new  \nj=2\n"},
+      {"[S]\nk=1", L"S", L"k", L"2", "[S]\nk=2"},
+      {"[S]\nk=\n", L"S", L"k", L"2", "[S]\nk=2\n"},
+      {"[S]\nk=1\r\nj=2\n\r\n", L"S", L"k", L"", "[S]\nk=\r\nj=2\n\r\n"},
+      {"[S]\nk=1\nk=2\n[S]\nk=3", L"S", L"k", L"x", "[S]\nk=x\nk=2\n[S]\nk=3"},
+      {"[S]\nj=1\n[S]\nk=3", L"S", L"k", L"x", "[S]\nj=1\nk=x\n[S]\nk=3"},
+      {";k=0\n[T]\nk=0\n[S]\n;k=0\nk=1\n", L"S", L"k", L"2", ";k=0\n[T]\nk=0\n[S]\n;k=0\nk=2\n"},
+      // Quotes as needed.
+      {"[S]\nk=\"x\"\n", L"S", L"k", L"y", "[S]\nk=y\n"},
+      {"[S]\nk=x\n", L"S", L"k", L" - ", "[S]\nk=\" - \"\n"},
+      {"[S]\nk=x\n", L"S", L"k", L"a\t", "[S]\nk=\"a\t\"\n"},
+      {"[S]\nk=x\n", L"S", L"k", L"\"", "[S]\nk=\"\"\"\n"},
+      {"[S]\nk=x\n", L"S", L"k", L"\"a\" b", "[S]\nk=\"\"a\" b\"\n"},
+      {"[S]\nk=x\n", L"S", L"k", L"a \"b\" c", "[S]\nk=a \"b\" c\n"},
+      {"[S]\nk=x\n", L"S", L"k", L"=>;[x]#", "[S]\nk==>;[x]#\n"},
+      // Nothing to do.
+      {"[S]\nk=\"x\"", L"S", L"k", L"x", "[S]\nk=\"x\""},
+      // Bytes outside the value are not looked at.
+      {"\x81\xFF\x1A[S]\n[S]\nk=\xE9\n\x90", L"S", L"k", L"é!",
+       "\x81\xFF\x1A[S]\n[S]\nk=\xE9!\n\x90"},
+  };
+  for (const auto& [before, section, key, value, after] : kTable) {
+    EXPECT_EQ(Write(before, section, key, value), after) << before;
+    EXPECT_EQ(Read(after, section, key), value) << after;
+  }
+}
+
+TEST(IniWrite, KeepsTheEncoding) {
+  for (const auto encode : {Utf8, Utf16}) {
+    EXPECT_EQ(Write(encode(L"; č\n[S]\n k = 1 \n; é"), L"S", L"k", L"日本\U0001F600"),
+              encode(L"; č\n[S]\n k = 日本\U0001F600 \n; é"));
+    EXPECT_EQ(Write(encode(L"[S]\r\nk=1"), L"Ž", L"č", L"x"),
+              encode(L"[S]\r\nk=1\r\n\r\n[Ž]\r\nč=x\r\n"));
+    EXPECT_EQ(Write(encode(L""), L"S", L"k", L"x"), encode(L"[S]\r\nk=x\r\n"));
+  }
+  EXPECT_EQ(Write(Utf16(L"[S]\n") + "x", L"S", L"k", L"1"), Utf16(L"[S]\nk=1\n"))
+      << "half a unit is dropped, or everything behind it would be shifted";
+  EXPECT_EQ(ini::Write("[\x83]]\nk=\x81]\n", L"\u835D", L"k", L"\u835C", kDoubleByte),
+            "[\x83]]\nk=\x83\\\n");
+}
+
+TEST(IniWrite, TurnsTheFileIntoUtf8ForWhatTheCodePageLacks) {
+  const std::string before = "; caf\xE9\r\n[S]\r\nk=1\r\n";
+  EXPECT_EQ(Write(before, L"S", L"k", L"Łódź"), Utf8(L"; café\r\n[S]\r\nk=Łódź\r\n"));
+  EXPECT_EQ(Write(before, L"S", L"Ł", L"1"), Utf8(L"; café\r\n[S]\r\nk=1\r\nŁ=1\r\n"));
+  EXPECT_EQ(Write(before, L"Ł", L"k", L"1"), Utf8(L"; café\r\n[S]\r\nk=1\r\n\r\n[Ł]\r\nk=1\r\n"));
+  EXPECT_EQ(Write(before, L"S", L"k", L"?"), "; caf\xE9\r\n[S]\r\nk=?\r\n");
+}
+
+TEST(IniWrite, RefusesWhatTheFormatCannotHold) {
+  const std::wstring null(1, L'\0');
+  const std::wstring half(1, static_cast<wchar_t>(0xD83D));
+  const struct {
+    std::wstring section;
+    std::wstring key;
+    std::wstring value;
+  } kTable[] = {
+      {L"", L"k", L"v"},        {L" \t", L"k", L"v"},      {L"S", L"", L"v"},
+      {L"S", L" ", L"v"},       {L"S", L"k", L"a\nb"},     {L"S", L"k", L"a\r"},
+      {L"S", L"k", null},       {L"S\n", L"k", L"v"},      {L"S", L"k\r", L"v"},
+      {L"S" + null, L"k", L""}, {L"S", L"a=b", L"v"},      {L"S", L";k", L"v"},
+      {L"S", L"#k", L"v"},      {L"S", L"[k", L"v"},       {L"S", L"[k]", L"v"},
+      {L"S]", L"k", L"v"},      {L"S", L"k", L"a" + half}, {half, L"k", L"v"},
+  };
+  for (const auto& [section, key, value] : kTable) {
+    for (const std::string& file : {std::string(), std::string("[S]\nk=1\n")}) {
+      try {
+        const std::string written = Write(file, section, key, value);
+        ADD_FAILURE() << text::ToUtf8(section + L"|" + key + L"|" + value) << " gave " << written;
+      } catch (const Error& error) {
+        EXPECT_EQ(error.Number(), kInvalidArgument);
+      }
+    }
+  }
+  EXPECT_EQ(Read(Write(Utf16(L""), L"S", L"k", half), L"S", L"k"), half) << "UTF-16 can";
+}
+
+// A file thrown together from lines of all kinds.
+std::wstring AnyFile(std::mt19937* random) {
+  const std::wstring lines[] = {
+      L"[A]", L" [b] ", L"[ä] x",   L"k=1",       L"K = 2 ", L"j=\" \"",     L";k=3",   L"# x",
+      L"",    L"  ",    L"[broken", L"no equals", L"=empty", L"ö=é \"q\" ü", L"k2=a=b]"};
+  const std::wstring breaks[] = {L"\r\n", L"\n", L"\r"};
+  const std::wstring& usual = breaks[(*random)() % 3];
+  std::wstring file;
+  for (auto count = (*random)() % 12; count > 0; --count) {
+    file += lines[(*random)() % std::size(lines)];
+    file += (*random)() % 8 == 0 ? breaks[(*random)() % 3] : usual;
+  }
+  if ((*random)() % 3 == 0) file += lines[(*random)() % std::size(lines)];
+  return file;
+}
+
+// Whether `after` is `before` with one stretch replaced or put in; at most `most` bytes of it gone.
+bool DiffersInOnePlace(const std::string& before, const std::string& after, std::size_t most) {
+  std::size_t same = 0;
+  while (same < before.size() && same < after.size() && before[same] == after[same]) ++same;
+  std::size_t tail = 0;
+  while (tail < before.size() - same && tail < after.size() - same &&
+         before[before.size() - 1 - tail] == after[after.size() - 1 - tail]) {
+    ++tail;
+  }
+  return before.size() - same - tail <= most;
+}
+
+TEST(IniWrite, ReadsBackAndLeavesTheRestForAnyFile) {
+  const std::wstring sections[] = {L"a", L"B", L"Ä", L"New"};
+  const std::wstring keys[] = {L"k", L"J", L"Ö", L"new", L"k2"};
+  const std::wstring values[] = {L"",     L"x", L" - ", L"\"", L"=>",   L"é]",
+                                 L"a  b", L";", L"[A]", L"\t", L"日本", L"\"\""};
+  std::mt19937 random(31415);
+  for (int run = 0; run < 5000; ++run) {
+    const std::wstring content = AnyFile(&random);
+    const auto encoding = random() % 3;
+    const std::string before = encoding == 0   ? kLatin1.encode(content)
+                               : encoding == 1 ? Utf8(content)
+                                               : Utf16(content);
+    const std::wstring& section = sections[random() % std::size(sections)];
+    const std::wstring& key = keys[random() % std::size(keys)];
+    const std::wstring& value = values[random() % std::size(values)];
+    const std::string after = Write(before, section, key, value);
+    SCOPED_TRACE(text::ToUtf8(L"[" + section + L"] " + key + L"=" + value + L" in\n" + content));
+    ASSERT_EQ(Read(after, section, key), value);
+    ASSERT_EQ(Write(after, section, key, value), after);
+    for (const std::wstring& otherSection : sections) {
+      for (const std::wstring& otherKey : keys) {
+        if (otherSection == section && otherKey == key) continue;
+        ASSERT_EQ(Read(after, otherSection, otherKey), Read(before, otherSection, otherKey));
+      }
+    }
+    // The longest value in the lines has seven characters.
+    const bool converted = encoding == 0 && after.starts_with("\xEF\xBB\xBF");
+    ASSERT_TRUE(DiffersInOnePlace(converted ? Utf8(content) : before, after, 2 * 7));
+  }
+}
+
+}  // namespace
+}  // namespace postrove

@@ -1,0 +1,106 @@
+#include "shared/clsSharedUtil.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <string>
+
+#include "support/FakeSharedUtil.h"
+
+namespace postrove {
+namespace {
+
+using testing::FakeSharedUtil;
+using testing::ShownMessage;
+
+constexpr wchar_t kFile[] = L"C:\\ProgramData\\Postrove\\Postrove.ini";
+
+bool Contains(const std::wstring& text, const std::wstring& part) {
+  return text.find(part) != std::wstring::npos;
+}
+
+TEST(SharedUtil, ReadsWhatItWrote) {
+  FakeSharedUtil utility;
+  EXPECT_EQ(utility.ReadSetting(L"Postrove", L"Setup", L"Root", L"C:\\", kFile), L"C:\\");
+  utility.WriteSetting(L"Postrove", L"Setup", L"Root", L"", kFile);
+  EXPECT_EQ(utility.ReadSetting(L"Postrove", L"Setup", L"Root", L"C:\\", kFile), L"")
+      << "an empty value is a value";
+  utility.WriteSetting(L"Quillion", L"FilePathsPrj", L"1", L"D:\\Jobs\\", kFile);
+  EXPECT_EQ(utility.ReadSetting(L"Postrove", L"filepathsprj", L"1", L"",
+                                L"c:\\PROGRAMDATA\\postrove\\postrove.INI"),
+            L"D:\\Jobs\\");
+  EXPECT_EQ(utility.ReadSetting(L"Postrove", L"Setup", L"WorkUnit", L"Project", kFile), L"Project");
+  EXPECT_EQ(utility.File(kFile), "[Setup]\r\nRoot=\r\n\r\n[FilePathsPrj]\r\n1=D:\\Jobs\\\r\n");
+}
+
+TEST(SharedUtil, KeepsTheOldFileWhenAWriteFails) {
+  FakeSharedUtil utility;
+  utility.AddFile(kFile, "[Setup]\nRoot=old\n");
+  const auto write = [&](const wchar_t* value) {
+    utility.WriteSetting(L"Postrove", L"Setup", L"Root", value, kFile);
+  };
+  EXPECT_THROW(write(L"two\nlines"), Error);
+  utility.FailFileOperation(1);
+  EXPECT_THROW(write(L"new"), Error);
+  utility.SetReadOnly(kFile);
+  EXPECT_THROW(write(L"new"), Error);
+  EXPECT_EQ(utility.File(kFile), "[Setup]\nRoot=old\n");
+  utility.FailFileOperation(1);
+  EXPECT_EQ(utility.ReadSetting(L"Postrove", L"Setup", L"Root", L"default", kFile), L"default");
+  EXPECT_THROW(utility.WriteSetting(L"Postrove", L"S", L"k", L"v", L"Q:\\x.ini"), Error);
+}
+
+TEST(SharedUtil, ReportsErrors) {
+  FakeSharedUtil utility;
+  utility.ExpectMessage();
+  utility.ReportError(Error(kFileNotFound, L"LabelFile", L"The label file is missing."),
+                      L"clsPostrove", L"PostroveMenuButton_Click()", L"Labels keep their words.");
+  utility.ExpectMessage();
+  utility.ReportError(Error(static_cast<long>(-2147352567), L"", L""), L"clsPostrove", L"Save()");
+
+  ASSERT_EQ(utility.Messages().size(), 2u);
+  for (const ShownMessage& message : utility.Messages()) {
+    EXPECT_EQ(message.title, L"Postrove");
+    EXPECT_EQ(message.buttons, MessageButtons::Ok);
+    EXPECT_EQ(message.icon, MessageIcon::Error);
+  }
+  const std::wstring& first = utility.Messages()[0].text;
+  EXPECT_TRUE(first.starts_with(L"The label file is missing."));
+  for (const wchar_t* part :
+       {L"Labels keep their words.", L"clsPostrove.PostroveMenuButton_Click()", L"53",
+        L"Source: LabelFile", L"Check that"}) {
+    EXPECT_TRUE(Contains(first, part)) << text::ToUtf8(part);
+  }
+  const std::wstring& second = utility.Messages()[1].text;
+  EXPECT_TRUE(Contains(second, L"0x80020009"));
+  EXPECT_FALSE(second.starts_with(L"\n")) << "an error without a description says so";
+  EXPECT_FALSE(Contains(second, L"Source:"));
+}
+
+// A utility object whose message boxes cannot be shown.
+class MuteUtility : public FakeSharedUtil {
+ public:
+  MessageAnswer ShowMessage(const std::wstring&, const std::wstring&, MessageButtons,
+                            MessageIcon) override {
+    throw std::runtime_error("no desktop");
+  }
+};
+
+TEST(SharedUtil, LetsNoExceptionOut) {
+  FakeSharedUtil utility;
+  EXPECT_TRUE(Reporting(utility, L"clsPostrove", L"Quiet()", [] {}));
+  EXPECT_TRUE(utility.Messages().empty());
+
+  utility.ExpectMessage();
+  EXPECT_FALSE(
+      Reporting(utility, L"clsPostrove", L"Throw()", [] { throw std::logic_error("odd"); }));
+  ASSERT_EQ(utility.Messages().size(), 1u);
+  EXPECT_TRUE(Contains(utility.Messages()[0].text, L"odd"));
+  EXPECT_TRUE(Contains(utility.Messages()[0].text, L"clsPostrove.Throw()"));
+
+  MuteUtility mute;
+  EXPECT_FALSE(Reporting(mute, L"clsPostrove", L"Throw()", [] { throw 42; }));
+}
+
+}  // namespace
+}  // namespace postrove
