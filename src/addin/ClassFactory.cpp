@@ -36,8 +36,7 @@ STDMETHODIMP ClassFactory::CreateInstance(IUnknown* outer, REFIID iid, void** ob
     return S_OK;
   });
   return Guarded([&] {
-    Microsoft::WRL::ComPtr<Connect> connect;
-    connect.Attach(new Connect);
+    Microsoft::WRL::ComPtr<Connect> connect(new Connect);
     return connect->QueryInterface(iid, object);
   });
 }

@@ -14,7 +14,6 @@ namespace postrove::addin {
 // all the same, so that the add-in stays loaded and silent.
 class ClassFactory final : public IClassFactory, private com::LiveObject {
  public:
-  // Made with one reference.
   ClassFactory() = default;
 
   STDMETHODIMP QueryInterface(REFIID iid, void** object) override;
@@ -27,7 +26,7 @@ class ClassFactory final : public IClassFactory, private com::LiveObject {
  private:
   ~ClassFactory() = default;
 
-  std::atomic<ULONG> references_{1};
+  std::atomic<ULONG> references_{0};
 };
 
 }  // namespace postrove::addin

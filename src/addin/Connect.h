@@ -18,7 +18,6 @@ namespace postrove::addin {
 // arguments do not fit.
 class Connect final : public IDTExtensibility2, private com::LiveObject {
  public:
-  // Made with one reference.
   Connect() = default;
 
   STDMETHODIMP QueryInterface(REFIID iid, void** object) override;
@@ -44,7 +43,7 @@ class Connect final : public IDTExtensibility2, private com::LiveObject {
  private:
   ~Connect() = default;
 
-  std::atomic<ULONG> references_{1};
+  std::atomic<ULONG> references_{0};
 };
 
 }  // namespace postrove::addin

@@ -19,8 +19,8 @@ STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** object) {
   *object = nullptr;
   if (clsid != __uuidof(::Connect)) return CLASS_E_CLASSNOTAVAILABLE;
   return Guarded([&] {
-    Microsoft::WRL::ComPtr<postrove::addin::ClassFactory> factory;
-    factory.Attach(new postrove::addin::ClassFactory);
+    Microsoft::WRL::ComPtr<postrove::addin::ClassFactory> factory(
+        new postrove::addin::ClassFactory);
     return factory->QueryInterface(iid, object);
   });
 }

@@ -2,6 +2,7 @@
 
 #include <wrl/client.h>
 
+#include <limits>
 #include <new>
 
 #include "outlook/com/dispatch_object.h"
@@ -47,18 +48,18 @@ struct VariantWriter {
   }
 };
 
-office::Value FromNumber(VARIANT& variant, const wchar_t* source) {
+double FromNumber(VARIANT& variant, const wchar_t* source) {
   Variant number;
   if (FAILED(VariantChangeType(number.Get(), &variant, 0, VT_R8))) ThrowMismatch(source);
   return number->dblVal;
 }
 
 office::Value FromWholeNumber(VARIANT& variant, const wchar_t* source) {
-  Variant number;
-  if (SUCCEEDED(VariantChangeType(number.Get(), &variant, 0, VT_I4))) {
-    return std::int32_t{number->lVal};
-  }
-  return FromNumber(variant, source);
+  // Every 32-bit number is exact as a double.
+  const double number = FromNumber(variant, source);
+  using Limits = std::numeric_limits<std::int32_t>;
+  if (number < Limits::min() || number > Limits::max()) return number;
+  return static_cast<std::int32_t>(number);
 }
 
 }  // namespace
