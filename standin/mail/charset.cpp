@@ -4,6 +4,7 @@
 #include <gmime/gmime.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <optional>
 #include <utility>
@@ -23,7 +24,8 @@ std::string MeantCharset(std::string_view bytes, std::string_view charset) {
   if (name == "gb2312" || name == "gbk") return "gb18030";
   if (name == "ks_c_5601-1987" || name == "euc-kr") return "cp949";
   if (name == "iso-8859-1" || name == "latin1") return "windows-1252";
-  if (name.empty() || name == "us-ascii" || name == "ascii") {
+  const std::array kNothingSaid = {"", "us-ascii", "ascii", "x-unknown", "unknown-8bit"};
+  if (std::find(kNothingSaid.begin(), kNothingSaid.end(), name) != kNothingSaid.end()) {
     return IsUtf8(bytes) ? "utf-8" : "windows-1252";
   }
   return name;
