@@ -1,0 +1,130 @@
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "shared/file_name.h"
+#include "shared/text.h"
+#include "shared/win32/WinSharedUtil.h"
+#include "temporary_folder.h"
+
+namespace postrove {
+namespace {
+
+class Folders : public testing::Test {
+ protected:
+  // The Error that making a folder throws; number 0 when it throws none.
+  Error CreateError(const std::wstring& folder) {
+    try {
+      utility_->CreateFolder(folder);
+    } catch (const Error& error) {
+      return error;
+    }
+    return Error(0, {}, {});
+  }
+
+  const std::shared_ptr<clsSharedUtil> utility_ = CreateWinSharedUtil();
+  const TemporaryFolder folder_;
+};
+
+TEST_F(Folders, AndFilesAreToldApart) {
+  MakeFile(folder_.Path() + L"Ärger.msg", "12345");
+  const std::wstring bare = folder_.Path().substr(0, folder_.Path().size() - 1);
+  const std::pair<std::wstring, bool> kFolders[] = {
+      {folder_.Path(), true},
+      {bare, true},
+      {L"C:\\", true},
+      {L"", false},
+      {folder_.Path() + L"none", false},
+      {folder_.Path() + L"Ärger.msg", false},
+      {folder_.Path() + L"*", false},
+      {folder_.Path() + std::wstring(1, L'\0') + L"none", false},
+      {L"Q:\\", false},
+  };
+  for (const auto& [folder, exists] : kFolders) {
+    EXPECT_EQ(utility_->FolderExists(folder), exists) << text::ToUtf8(folder);
+  }
+  const struct {
+    std::wstring folder;
+    std::wstring file;
+    bool exists;
+  } kFiles[] = {
+      {folder_.Path(), L"Ärger.msg", true},
+      {bare, L"Ärger.msg", true},
+      {bare, L"äRGER.MSG", true},
+      {bare, L"other.msg", false},
+      {bare, L"", false},
+      {L"", folder_.Path() + L"Ärger.msg", false},
+      {L"C:\\", L"windows", false},
+      {bare, L"*.msg", false},
+      {bare, L"?rger.msg", false},
+      {bare + L"\\none", L"Ärger.msg", false},
+  };
+  for (const auto& [folder, file, exists] : kFiles) {
+    EXPECT_EQ(utility_->FileExists(folder, file), exists) << text::ToUtf8(folder + L" | " + file);
+  }
+  EXPECT_EQ(utility_->FileSize(folder_.Path() + L"Ärger.msg"), 5);
+  EXPECT_EQ(utility_->FileSize(folder_.Path() + L"none"), -1);
+  EXPECT_EQ(utility_->FileSize(bare), -1);
+  EXPECT_EQ(utility_->FileSize(L""), -1);
+}
+
+TEST_F(Folders, AreMadeWithThoseAboveThem) {
+  for (const wchar_t* folder : {L"a\\b\\c", L"a\\b\\c", L"d\\e\\", L"f//g/h", L"ö\\日本"}) {
+    utility_->CreateFolder(folder_.Path() + folder);
+    EXPECT_TRUE(utility_->FolderExists(folder_.Path() + folder)) << text::ToUtf8(folder);
+  }
+  utility_->CreateFolder(L"C:\\");
+}
+
+TEST_F(Folders, NameThePathAndTheReasonWhenTheyCannotBeMade) {
+  MakeFile(folder_.Path() + L"file", "");
+  const std::pair<std::wstring, long> kTable[] = {
+      {folder_.Path() + L"file", kPathFileAccess},
+      {folder_.Path() + L"file\\below", kPathFileAccess},
+      {folder_.Path() + L"a?b", kPathFileAccess},
+      {folder_.Path() + std::wstring(kMaxPath, L'x'), kPathFileAccess},
+      {L"Q:\\x\\y", kFileNotFound},
+      {L"", kPathFileAccess},
+  };
+  for (const auto& [folder, number] : kTable) {
+    const Error error = CreateError(folder);
+    EXPECT_EQ(error.Number(), number) << text::ToUtf8(error.Description());
+    const std::wstring lead = L"Cannot make the folder \"" + folder + L"\": ";
+    EXPECT_TRUE(error.Description().starts_with(lead));
+    EXPECT_GT(error.Description().size(), lead.size() + 5) << "the system's reason is missing";
+    EXPECT_NE(error.Description().back(), L'\n');
+  }
+}
+
+TEST_F(Folders, LieOnDrives) {
+  EXPECT_EQ(utility_->DriveType(L"C:\\"), DriveKind::Fixed);
+  EXPECT_EQ(utility_->DriveType(L"Q:\\"), DriveKind::NoRoot);
+}
+
+// Windows itself accepts the cleaned names, under just these names.
+TEST_F(Folders, TakeFilesWithCleanedNames) {
+  for (const wchar_t* text : {L"RE: a/b\\c?", L"con", L"nul.msg", L"..\\..\\x", L"trailing. . .",
+                              L"日本語 \U0001F600", L"tab\there", L"\u202Egsm.exe"}) {
+    const std::wstring name = utility_->MakeFileName(text);
+    const TemporaryFolder own;
+    MakeFile(own.Path() + name, "x");
+    EXPECT_EQ(own.Names(), std::vector<std::wstring>{name}) << text::ToUtf8(text);
+  }
+}
+
+TEST_F(Folders, OpenOnlyWhatIsThere) {
+  const std::wstring missing = folder_.Path() + L"missing.htm";
+  try {
+    utility_->OpenDocument(missing);
+    ADD_FAILURE() << "a missing document was opened";
+  } catch (const Error& error) {
+    EXPECT_EQ(error.Number(), kFileNotFound);
+    EXPECT_NE(error.Description().find(missing), std::wstring::npos);
+  }
+}
+
+}  // namespace
+}  // namespace postrove

@@ -1,0 +1,101 @@
+#include <gtest/gtest.h>
+#include <objbase.h>
+#include <windows.h>
+
+#include <memory>
+#include <string>
+#include <thread>
+
+#include "shared/text.h"
+#include "shared/win32/WinSharedUtil.h"
+
+namespace postrove {
+namespace {
+
+struct Dialog {
+  HWND owner = nullptr;
+  bool topmost = false;
+  bool hasYes = false;
+};
+
+// The dialog with a title once it stands on the screen.
+HWND WaitForDialog(const wchar_t* title) {
+  for (;;) {
+    const HWND dialog = FindWindowW(L"#32770", title);
+    if (dialog && IsWindowVisible(dialog)) return dialog;
+    std::this_thread::yield();
+  }
+}
+
+// A user that presses one button of the next dialog with the title, and what that dialog was.
+class ScriptedUser {
+ public:
+  ScriptedUser(const wchar_t* title, int button)
+      : thread_([this, title, button] {
+          const HWND dialog = WaitForDialog(title);
+          seen_.owner = GetWindow(dialog, GW_OWNER);
+          seen_.topmost = (GetWindowLongPtrW(dialog, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0;
+          seen_.hasYes = GetDlgItem(dialog, IDYES) != nullptr;
+          // A press too early is lost, so it is repeated until the dialog is gone.
+          while (IsWindow(dialog)) {
+            SendMessageTimeoutW(dialog, WM_COMMAND, static_cast<WPARAM>(button), 0,
+                                SMTO_ABORTIFHUNG, 100, nullptr);
+          }
+        }) {}
+  Dialog Seen() {
+    thread_.join();
+    return seen_;
+  }
+
+ private:
+  Dialog seen_;
+  std::thread thread_;
+};
+
+class Messages : public testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_TRUE(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)));
+    window_ = CreateWindowExW(WS_EX_TOPMOST, L"STATIC", L"owner", WS_POPUP | WS_VISIBLE, 0, 0, 200,
+                              100, nullptr, nullptr, GetModuleHandleW(nullptr), nullptr);
+    ASSERT_TRUE(window_);
+    SetActiveWindow(window_);
+  }
+  void TearDown() override {
+    DestroyWindow(window_);
+    CoUninitialize();
+  }
+
+  const std::shared_ptr<clsSharedUtil> utility_ = CreateWinSharedUtil();
+  HWND window_ = nullptr;
+};
+
+TEST_F(Messages, StandAboveTheTopmostActiveWindow) {
+  const struct {
+    MessageButtons buttons;
+    int pressed;
+    MessageAnswer answer;
+  } kTable[] = {
+      {MessageButtons::Ok, IDOK, MessageAnswer::Ok},
+      {MessageButtons::YesNo, IDYES, MessageAnswer::Yes},
+      {MessageButtons::YesNo, IDNO, MessageAnswer::No},
+  };
+  for (const auto& [buttons, pressed, answer] : kTable) {
+    ScriptedUser user(L"Cannot Save", pressed);
+    EXPECT_EQ(utility_->ShowMessage(L"Text", L"Cannot Save", buttons, MessageIcon::Question),
+              answer);
+    const Dialog seen = user.Seen();
+    EXPECT_EQ(seen.owner, window_);
+    EXPECT_TRUE(seen.topmost);
+    EXPECT_EQ(seen.hasYes, buttons == MessageButtons::YesNo);
+  }
+}
+
+TEST_F(Messages, CancelledFolderPickerGivesNothing) {
+  ScriptedUser user(L"Select a folder", IDCANCEL);
+  EXPECT_EQ(utility_->BrowseForFolder(L"Select a folder"), L"");
+  EXPECT_EQ(user.Seen().owner, window_);
+}
+
+}  // namespace
+}  // namespace postrove
