@@ -127,7 +127,7 @@ Control& frmPostrove::Design() {
       Add(ControlKind::Label, L"lblWebSite", -1, {kMargin, 4425, 3300, 240}, kWebSite);
   webSite.anchors = kLeft | kBottom;
   webSite.link = true;
-  webSite.SetForeColor(kSystemHotlight);
+  webSite.SetForeColor(kLinkBlue);
   webSite.SetToolTip(L"Click here to go to the Postrove website");
   Control& version =
       Add(ControlKind::Label, L"lblVersion", -1, {kMargin, kHeight - 300, 3300, 300});

@@ -38,9 +38,9 @@ inline constexpr Color kSystemButtonText = 0x80000012;
 inline constexpr Color kSystemHighlight = 0x8000000D;
 inline constexpr Color kSystemInfoText = 0x80000017;
 inline constexpr Color kSystemInfoBack = 0x80000018;
-inline constexpr Color kSystemHotlight = 0x8000001A;
 inline constexpr Color kRed = 255;
 inline constexpr Color kYellow = 65535;
+inline constexpr Color kLinkBlue = 0x00CC6600;
 
 // Positions and sizes are in twips (1440 to an inch, 15 to a pixel at 100 %).
 struct Box {

@@ -12,6 +12,9 @@
 namespace postrove::forms {
 namespace {
 
+constexpr int kTwipsPerInch = 1440;
+constexpr int kTextInset = 90;
+
 struct Look {
   const wchar_t* windowClass;
   DWORD style;
@@ -247,7 +250,7 @@ void ControlWindow::SetFont(Fonts& fonts) {
   if (!control_ || !window_) return;
   const HFONT font = fonts.Get(control_->fontPoints, control_->bold, link_);
   SendMessageW(window_, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
-  unitsPerInch_ = fonts.Pixels(1440);
+  unitsPerInch_ = fonts.Pixels(kTwipsPerInch);
   if (control_->icon) LoadIcon(fonts);
 }
 
@@ -281,6 +284,14 @@ void ControlWindow::MoveTo(const RECT& place, int listHeight) {
   }
   SetWindowPos(window_, nullptr, place.left, place.top, place.right - place.left, height,
                SWP_NOZORDER | SWP_NOACTIVATE);
+  if (kind_ == ControlKind::RichTextBox) {
+    // The text keeps off the frame.
+    RECT text;
+    GetClientRect(window_, &text);
+    InflateRect(&text, -MulDiv(kTextInset, unitsPerInch_, kTwipsPerInch),
+                -MulDiv(kTextInset, unitsPerInch_, kTwipsPerInch) / 2);
+    SendMessageW(window_, EM_SETRECT, 0, reinterpret_cast<LPARAM>(&text));
+  }
   // A combo box selects its text when it is resized.
   if (kind_ == ControlKind::ComboBox)
     SendMessageW(edit_, EM_SETSEL, start, static_cast<LPARAM>(end));
@@ -475,7 +486,7 @@ LRESULT ControlWindow::Handle(HWND window, UINT message, WPARAM wParam, LPARAM l
 void ControlWindow::PressMouse(int button, LPARAM position) {
   if (!control_ || !unitsPerInch_) return;
   const auto twips = [this](int pixels) {
-    return static_cast<float>(MulDiv(pixels, 1440, unitsPerInch_));
+    return static_cast<float>(MulDiv(pixels, kTwipsPerInch, unitsPerInch_));
   };
   Guarded([&] {
     control_->UserMouseDown(button, ShiftState(), twips(GET_X_LPARAM(position)),
