@@ -194,11 +194,13 @@ void clsPROutlook::InspectorClose() {
 }
 
 void clsPROutlook::Quit() {
+  // The user switched the add-in off before: no OnBeginShutdown will come.
+  const bool disconnected = !shared_.gController;
   shared_.gController.reset();
   // Outlook 2000 and 2003 count references and wait for the last one before they end; for the other
   // versions OnBeginShutdown releases the tracker.
   const double version = text::LeadingNumber(m_olApp.object.Version());
-  if (version == 9 || version == 11) {
+  if (disconnected || version == 9 || version == 11) {
     SetApp({});
     shared_.gOutlook.reset();
   }

@@ -137,6 +137,15 @@ TEST(Tracker, QuitReleasesByVersion) {
   }
 }
 
+TEST(Tracker, QuitAfterADisconnectionReleasesInEveryVersion) {
+  Product product(L"16.0.0.4266");
+  product.Start();
+  product.shared.gController.reset();
+  product.outlook.app->Raise(office::kApplicationEvents, office::kApplicationQuit);
+  EXPECT_FALSE(product.shared.gOutlook);
+  EXPECT_EQ(product.outlook.app->SinkCount() + product.outlook.inspectors->SinkCount(), 0u);
+}
+
 // Makes each call of loading and of one new inspector fail in turn: the next mail still gets its
 // one button, and the last listener is the only one.
 TEST(Tracker, NoSingleFailureCostsTheNextMailItsButton) {
