@@ -14,9 +14,9 @@ foreach(import IN LISTS imports)
   endif()
 endforeach()
 
-string(REGEX MATCH "\\[Ordinal/Name Pointer\\] Table(.*)" table "${headers}")
-string(REGEX MATCHALL "\\] [A-Za-z_@0-9]+" exports "${CMAKE_MATCH_1}")
-list(TRANSFORM exports REPLACE "\\] " "")
+# "[   0] Name" lines; relocations are "[ab] ADDRESS [offset] KIND".
+string(REGEX MATCHALL "\n\t\\[ *[0-9]+\\] [A-Za-z][A-Za-z_@0-9]*" exports "${headers}")
+list(TRANSFORM exports REPLACE ".*\\] " "")
 list(SORT exports)
 if(NOT exports STREQUAL "DllCanUnloadNow;DllGetClassObject;DllRegisterServer;DllUnregisterServer")
   message(SEND_ERROR "exports ${exports}")

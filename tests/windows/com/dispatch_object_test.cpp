@@ -252,13 +252,14 @@ TEST(DispatchObject, AResultThatIsNoValueNamesTheMember) {
   EXPECT_EQ(L"Names", error.Source());
 }
 
+HRESULT STDAPICALLTYPE FillInLater(EXCEPINFO* exception) {
+  exception->scode = E_ACCESSDENIED;
+  exception->bstrDescription = SysAllocString(L"said later");
+  return S_OK;
+}
+
 TEST(DispatchObject, FailuresBecomeErrors) {
   const HRESULT wrongName = 0x800300FC;  // STG_E_INVALIDNAME
-  const auto deferred = [](EXCEPINFO* exception) -> HRESULT {
-    exception->scode = E_ACCESSDENIED;
-    exception->bstrDescription = SysAllocString(L"said later");
-    return S_OK;
-  };
   struct Case {
     const char* name;
     HRESULT result;
@@ -284,7 +285,7 @@ TEST(DispatchObject, FailuresBecomeErrors) {
          e.bstrDescription = SysAllocString(L"Object variable not set");
        },
        static_cast<HRESULT>(0x800A005B), L"Object variable not set"},
-      {"filled in later", DISP_E_EXCEPTION, [&](EXCEPINFO& e) { e.pfnDeferredFillIn = deferred; },
+      {"filled in later", DISP_E_EXCEPTION, [](EXCEPINFO& e) { e.pfnDeferredFillIn = FillInLater; },
        E_ACCESSDENIED, L"said later"},
       {"nothing at all", DISP_E_EXCEPTION, nullptr, DISP_E_EXCEPTION,
        com::SystemText(DISP_E_EXCEPTION)},
