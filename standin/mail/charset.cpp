@@ -100,7 +100,7 @@ std::string NameUtf8(std::string html) {
 std::string OneLine(std::string_view utf8) {
   std::string result;
   for (size_t i = 0; i < utf8.size(); ++i) {
-    const unsigned char c = static_cast<unsigned char>(utf8[i]);
+    const auto c = static_cast<unsigned char>(utf8[i]);
     if (c == '\r' && i + 1 < utf8.size() && utf8[i + 1] == '\n') continue;
     // U+0080 to U+009F are control characters as well.
     if (c == 0xC2 && i + 1 < utf8.size() && static_cast<unsigned char>(utf8[i + 1]) < 0xA0) {

@@ -97,7 +97,7 @@ std::string UtcDate(GMimeMessage* message) {
   GDateTime* utc = g_date_time_to_utc(local);
   if (utc == nullptr) return {};
   gchar* text = g_date_time_format(utc, "%Y-%m-%dT%H:%M:%SZ");
-  const std::string result = Text(text);
+  std::string result = Text(text);
   g_free(text);
   g_date_time_unref(utc);
   return result;
@@ -223,7 +223,7 @@ class PartReader {
 
   static std::string MimeType(GMimeObject* part) {
     gchar* type = g_mime_content_type_get_mime_type(g_mime_object_get_content_type(part));
-    const std::string result = LowerAscii(OneLine(Text(type)));
+    std::string result = LowerAscii(OneLine(Text(type)));
     g_free(type);
     return result;
   }
