@@ -2,8 +2,6 @@
 
 #include <oleauto.h>
 
-#include <cwchar>
-
 #include "shared/error.h"
 
 namespace postrove::com {
@@ -15,8 +13,11 @@ std::wstring SystemText(HRESULT result) {
       nullptr, static_cast<DWORD>(result), 0, buffer, 512, nullptr);
   while (length > 0 && buffer[length - 1] <= L' ') --length;
   if (length > 0) return std::wstring(buffer, length);
-  std::swprintf(buffer, 512, L"Error 0x%08lX", static_cast<unsigned long>(result));
-  return buffer;
+  std::wstring number = L"Error 0x";
+  for (int shift = 28; shift >= 0; shift -= 4) {
+    number += L"0123456789ABCDEF"[static_cast<unsigned long>(result) >> shift & 0xF];
+  }
+  return number;
 }
 
 void ThrowHresult(HRESULT result, const wchar_t* member) {
