@@ -17,7 +17,7 @@ and files the message. Sets up and builds what is missing.
   --name TEXT         the file name to type
   --editor text|html|word
                       the kind of message or its editor
-  --outlook 9..16     the version to behave like
+  --outlook 9..16     the version to behave like (there was no 13)
   --answer TITLE=BUTTON
                       the button to press in each message box of that title; may be repeated
   --screenshots DIR   leaves a picture of every dialog there, as PNG files
@@ -31,8 +31,8 @@ Prints each message box as "Message: TITLE | TEXT", then "Filed: PATH" and, for 
 HELP
 }
 
-# need OPTION VALUES...: the option's value is missing or empty.
-need() { [[ $# -gt 1 && -n $2 ]] || die "$1 needs a value (see --help)"; }
+# need OPTION VALUE...: the value may be empty, but has to be there.
+need() { [[ $# -gt 1 ]] || die "$1 needs a value (see --help)"; }
 
 POSTROVE_DISPLAY=''
 new=no interactive=no project='Harbour Bridge: 2231' screenshots='' eml='' options=()
@@ -58,7 +58,7 @@ while [[ $# -gt 0 ]]; do
       ;;
     --outlook)
       need "$@"
-      [[ $2 =~ ^(9|1[0-6])$ ]] || die "--outlook is a number from 9 to 16, not $2"
+      [[ $2 =~ ^(9|1[0-24-6])$ ]] || die "--outlook is 9, 10, 11, 12, 14, 15 or 16, not $2"
       options+=(--outlook "$2")
       shift
       ;;
@@ -68,7 +68,12 @@ while [[ $# -gt 0 ]]; do
       options+=(--answer "$2")
       shift
       ;;
-    --screenshots) need "$@"; screenshots=$(realpath -m -- "$2"); shift ;;
+    --screenshots)
+      need "$@"
+      [[ -n $2 ]] || die "--screenshots needs a folder"
+      screenshots=$(realpath -m -- "$2")
+      shift
+      ;;
     -*) die "unknown option $1 (see --help)" ;;
     *) [[ -z $eml ]] || die "one message at a time: $eml or $1"; eml=$1 ;;
   esac

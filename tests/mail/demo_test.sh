@@ -51,8 +51,8 @@ refused() {
 }
 
 refused 'unknown option --wrong' --wrong
-refused '--outlook is a number' --outlook 8
-refused '--outlook is a number' --outlook 17
+refused '--outlook is 9, 10' --outlook 8
+refused '--outlook is 9, 10' --outlook 13
 refused '--editor is text' --editor rich
 refused '--answer is TITLE=BUTTON' --answer Yes
 refused '--name needs a value' --name
@@ -80,8 +80,8 @@ exists Filed
 exists Sent
 check "pictures" compgen -G 'pictures/*.png' >/dev/null
 
-# Saving nowhere is refused, and the refusal ends the run.
-demo 2 --name ' '
+# Without a name saving is refused, and the refusal ends the run.
+demo 2 --name ''
 prints out 'Message: Cannot Save \| .*'
 check "a filed message" [ "$(grep -c '^Filed' out)" -eq 0 ]
 
