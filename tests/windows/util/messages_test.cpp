@@ -2,6 +2,8 @@
 #include <objbase.h>
 #include <windows.h>
 
+#include <cstdio>
+#include <cstdlib>
 #include <memory>
 #include <string>
 #include <thread>
@@ -18,11 +20,18 @@ struct Dialog {
   bool hasYes = false;
 };
 
-// The dialog with a title once it stands on the screen.
+// The dialog with a title once it stands on the screen. The program ends when none comes, since the
+// thread that should show it may be waiting for something else for ever.
 HWND WaitForDialog(const wchar_t* title) {
+  constexpr ULONGLONG kMilliseconds = 60000;
+  const ULONGLONG start = GetTickCount64();
   for (;;) {
     const HWND dialog = FindWindowW(L"#32770", title);
     if (dialog && IsWindowVisible(dialog)) return dialog;
+    if (GetTickCount64() - start > kMilliseconds) {
+      std::fprintf(stderr, "no dialog \"%ls\" within a minute\n", title);
+      std::_Exit(1);
+    }
     std::this_thread::yield();
   }
 }

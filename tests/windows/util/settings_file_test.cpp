@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <atomic>
 #include <memory>
 #include <string>
 #include <thread>
@@ -110,9 +111,14 @@ TEST_F(SettingsFile, WaitsForAReaderToFinish) {
   const HANDLE reader =
       CreateFileW(file_.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
   std::wstring error;
-  std::thread writer([&] { error = WriteError(); });
-  // From here on the writer tries to put the new file in the place of the old one.
-  while (!Bytes(file_ + L".tmp")) std::this_thread::yield();
+  std::atomic<bool> finished = false;
+  std::thread writer([&] {
+    error = WriteError();
+    finished = true;
+  });
+  // Once its temporary file is there the writer tries to put it in the place of the old one.
+  while (!Bytes(file_ + L".tmp") && !finished) std::this_thread::yield();
+  EXPECT_FALSE(finished);
   CloseHandle(reader);
   writer.join();
   EXPECT_EQ(error, L"");
