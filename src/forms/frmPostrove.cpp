@@ -150,6 +150,11 @@ void frmPostrove::Connect(std::weak_ptr<frmPostroveEvents> events) {
       raise(&Events::frmPostroveEvent_ButtonClicked, index);
     };
   }
+  // The close button's own work is the form's: it goes as by its title bar.
+  cmdPostrove(kCloseButton).onClick = [this, raise] {
+    raise(&Events::frmPostroveEvent_ButtonClicked, static_cast<int>(kCloseButton));
+    UserClosed();
+  };
   onUnload = [raise](bool& cancel) { raise(&Events::frmPostroveEvent_FormUnload, cancel); };
   onActivate = [raise] { raise(&Events::frmPostroveEvent_FormActivate); };
 

@@ -222,6 +222,17 @@ TEST_F(Filing, WithoutRecipientsNothingIsWritten) {
   }
 }
 
+TEST_F(Filing, TheCloseButtonClosesWithoutSaving) {
+  Open(false);
+  product_->forms->Expect([](forms::Form& form) {
+    form.Find(L"cmdPostrove", forms::kCloseButton).UserClicked();
+    EXPECT_TRUE(form.IsUnloaded());
+  });
+  mail_->buttons.at(0)->Raise(office::kCommandBarButtonEvents, office::kButtonClick, {});
+  EXPECT_TRUE(saved_.empty());
+  EXPECT_EQ(sent_, 0);
+}
+
 TEST_F(Filing, ASecondClickBringsTheOpenDialogToTheFront) {
   Open(true);
   product_->forms->Expect([this](forms::Form& form) {
