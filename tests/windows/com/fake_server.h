@@ -3,8 +3,8 @@
 #include <windows.h>
 
 #include <ocidl.h>
-#include <olectl.h>
 #include <oleauto.h>
+#include <olectl.h>
 
 #include <functional>
 #include <iterator>
@@ -51,6 +51,16 @@ class FakeServer final : public IDispatch,
       return S_OK;
     };
   }
+
+  // One that answers a number, and one that takes what it is given.
+  static Member Answers(LONG number) {
+    return [number](WORD, DISPPARAMS&, VARIANT* result, EXCEPINFO*) {
+      result->vt = VT_I4;
+      result->lVal = number;
+      return S_OK;
+    };
+  }
+  static HRESULT Accepts(WORD, DISPPARAMS&, VARIANT*, EXCEPINFO*) { return S_OK; }
 
   // Raises an event to every sink; arguments in reverse order. The last sink's answer.
   HRESULT Fire(DISPID id, std::vector<VARIANT> reversed) {

@@ -14,6 +14,9 @@ namespace {
 using Microsoft::WRL::ComPtr;
 
 const GUID kApplicationEvents = {0x0006304E, 0, 0, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
+const GUID kButtonEvents = {0x000C0351, 0, 0, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
+const GUID kInspectorEvents = {0x0006307D, 0, 0, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
+const GUID kButton = {0x000C030E, 0, 0, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
 const GUID kInspectorsEvents = {0x00063079, 0, 0, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
 
 class Apartment {
@@ -41,6 +44,35 @@ class FakeApplication {
   }
 
   FakeServer application, nameSpace, inspectors;
+};
+
+// The window of a new mail, and the one button that its bar can get.
+class FakeInspector {
+ public:
+  explicit FakeInspector(FakeApplication& host) {
+    host.inspectors.members[L"Count"] = FakeServer::Answers(1);
+    inspector.members[L"CurrentItem"] = FakeServer::Returns(item);
+    inspector.members[L"CommandBars"] = FakeServer::Returns(bars);
+    inspector.members[L"IsWordMail"] = FakeServer::Answers(0);
+    inspector.eventInterface = kInspectorEvents;
+    item.members[L"Class"] = FakeServer::Answers(43);
+    item.members[L"Sent"] = FakeServer::Answers(0);
+    bars.members[L"FindControl"] = FakeServer::Accepts;
+    bars.members[L"Item"] = FakeServer::Returns(bar);
+    bar.members[L"Controls"] = FakeServer::Returns(controls);
+    controls.members[L"Add"] = FakeServer::Returns(button);
+    button.members[L"Tag"] = FakeServer::Accepts;
+    button.eventInterface = kButtonEvents;
+    button.otherInterface = kButton;
+    button.other = &button;
+
+    VARIANT argument{};
+    argument.vt = VT_DISPATCH;
+    argument.pdispVal = &inspector;
+    host.inspectors.Fire(61441, {argument});
+  }
+
+  FakeServer inspector, item, bars, bar, controls, button;
 };
 
 class Server : public testing::Test {
@@ -271,10 +303,19 @@ TEST_F(Server, WorksAgainAfterTheUserSwitchedItOffAndOn) {
   EXPECT_EQ(2u, host.Sinks()) << "switching off keeps the tracker";
   EXPECT_EQ(S_FALSE, module_.CanUnloadNow());
 
-  connect = NewConnect();
-  ConnectTo(*connect.Get(), host);
-  EXPECT_EQ(2u, host.Sinks());
-  ShutDown(*connect.Get());
+  {
+    const FakeInspector opened(host);
+    EXPECT_EQ(0u, opened.button.sinks.size()) << "a button that nobody handles";
+
+    connect = NewConnect();
+    ConnectTo(*connect.Get(), host);
+    EXPECT_EQ(2u, host.Sinks());
+    const FakeInspector openedLater(host);
+    EXPECT_EQ(1u, openedLater.button.sinks.size());
+    ShutDown(*connect.Get());
+    EXPECT_EQ(1u, openedLater.button.References());
+    EXPECT_EQ(1u, openedLater.inspector.References());
+  }
   host.ExpectLetGo();
 
   connect = NewConnect();
