@@ -68,6 +68,9 @@ TEST(Text, FindsAndReplaces) {
   EXPECT_TRUE(text::StartsWithIgnoreCase(L"Überfall", L"über"));
   EXPECT_TRUE(text::StartsWithIgnoreCase(L"x", L""));
   EXPECT_FALSE(text::StartsWithIgnoreCase(L"x", L"xy"));
+  const std::wstring_view cut = std::wstring_view(L"abc").substr(0, 2);
+  EXPECT_FALSE(text::StartsWithIgnoreCase(cut, L"abc")) << "what lies behind a text is not read";
+  EXPECT_EQ(text::FindIgnoreCase(cut, L"bc"), kNone);
 
   EXPECT_EQ(text::Replace(L"aXbXc", L"X", L"--"), L"a--b--c");
   EXPECT_EQ(text::Replace(L"aXb", L"x", L"-"), L"aXb");
