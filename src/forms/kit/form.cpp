@@ -1,6 +1,7 @@
 #include "forms/kit/form.h"
 
 #include "shared/error.h"
+#include "shared/text.h"
 
 namespace postrove::forms {
 
@@ -22,7 +23,7 @@ Control& Form::Find(const std::wstring& name, int index) const {
     if (control->Index() == index && control->Name() == name) return *control;
   }
   throw Error(kInvalidArgument, name_,
-              L"Control not found: " + name + L"(" + std::to_wstring(index) + L")");
+              L"Control not found: " + name + L"(" + text::FromNumber(index) + L")");
 }
 
 Control& Form::Add(ControlKind kind, std::wstring name, int index, Box place, std::wstring text) {
