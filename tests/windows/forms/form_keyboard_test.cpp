@@ -1,0 +1,283 @@
+// What the user does to a dialog with keyboard and mouse, and the events that come of it.
+#include <string>
+#include <vector>
+
+#include "dialog_user.h"
+#include "forms/frmFolderMessage.h"
+#include "forms/frmPostrove.h"
+#include "forms/win32/WinFormHost.h"
+#include "gtest/gtest.h"
+
+namespace postrove::forms {
+namespace {
+
+using testing::Dialog;
+using testing::DialogUser;
+using testing::EventLog;
+using testing::OwnerWindow;
+using testing::Record;
+using testing::WaitFor;
+using Events = std::vector<std::string>;
+
+class FormKeyboard : public ::testing::Test {
+ protected:
+  FormKeyboard() {
+    form.cboPostrove.SetItems({L"Alpha: 1", L"Beta: 2", L"Gamma: 3"});
+    Record(form, log);
+  }
+
+  // Shows the dialog to a user who starts when the first field has the focus, and closes it.
+  void Use(const std::function<void(Dialog&)>& steps) {
+    const DialogUser user([&] {
+      Dialog dialog(L"Postrove");
+      WaitFor("the first focus", [&] { return log.Has("cboPostrove got"); });
+      end = start = log.Count();
+      steps(dialog);
+      end = log.Count();
+      if (IsWindow(dialog.Window())) PostMessageW(dialog.Window(), WM_CLOSE, 0, 0);
+      dialog.WaitForEnd();
+    });
+    host->ShowModal(form);
+  }
+
+  // The events between the user's first and last step.
+  Events UserEvents() const {
+    const Events all = log.All();
+    return {all.begin() + static_cast<std::ptrdiff_t>(start),
+            all.begin() + static_cast<std::ptrdiff_t>(end)};
+  }
+  void WaitForEvent(const std::string& event) {
+    WaitFor(event.c_str(), [&] { return log.Has(event); });
+  }
+
+  OwnerWindow owner;
+  std::shared_ptr<FormHost> host = CreateWinFormHost(GetModuleHandleW(nullptr));
+  EventLog log;
+  frmPostrove form{{}};
+  std::size_t start = 0;
+  std::size_t end = 0;
+};
+
+TEST_F(FormKeyboard, OpensWithItsFirstFieldActive) {
+  Use([](Dialog&) {});
+  EXPECT_EQ(log.All(), (Events{"activate", "cboPostrove got", "unload"}));
+}
+
+TEST_F(FormKeyboard, TakesTypedTextIntoTheModel) {
+  Use([&](Dialog& dialog) {
+    dialog.Press(form.cboPostrove, VK_TAB);
+    host->SetFocus(form.txtSaveAsName);
+    dialog.Type(form.txtSaveAsName, L"ab");
+    WaitForEvent("txtSaveAsName change ab");
+    dialog.Type(form.cboPostrove, L"z");
+    WaitForEvent("cboPostrove change z");
+  });
+  EXPECT_EQ(form.txtSaveAsName.Text(), L"ab");
+  EXPECT_EQ(form.txtSaveAsName.SelectionStart(), 2);
+  EXPECT_EQ(form.cboPostrove.Text(), L"z");
+}
+
+TEST_F(FormKeyboard, TabsThroughTheFieldsInOrder) {
+  Use([&](Dialog& dialog) {
+    for (const Control* control :
+         {&form.cmdPostrove(kAddProjectButton), &form.cmdPostrove(kEditProjectButton),
+          &form.txtSaveFolder, &form.cmdPostrove(kBrowseFolderButton), &form.txtSaveAsName,
+          &form.cmdPostrove(kMainButton), &form.cmdPostrove(kCloseButton),
+          &form.cmdPostrove(kDefaultsButton), &form.cmdPostrove(kHelpButton), &form.lblWebSite,
+          &form.cboPostrove}) {
+      PostMessageW(dialog.Focus(), WM_KEYDOWN, VK_TAB, 1);
+      dialog.WaitForFocus(*control);
+    }
+    WaitFor("the last event", [&] { return log.Count() == start + 22; });
+  });
+  const Events events = UserEvents();
+  ASSERT_EQ(events.size(), 22u);
+  EXPECT_EQ((Events{events.begin(), events.begin() + 6}),
+            (Events{"cboPostrove lost", "cmdPostrove2 got", "cmdPostrove2 lost", "cmdPostrove8 got",
+                    "cmdPostrove8 lost", "txtSaveFolder got"}));
+}
+
+// A field learns that it was left before the button acts on what it held.
+TEST_F(FormKeyboard, EnterPressesTheDefaultButtonAfterTheFieldWasLeft) {
+  Use([&](Dialog& dialog) {
+    dialog.Press(form.cboPostrove, VK_RETURN);
+    WaitForEvent("cmdPostrove0 click");
+  });
+  EXPECT_EQ(UserEvents(), (Events{"cboPostrove lost", "cmdPostrove0 got", "cmdPostrove0 click"}));
+}
+
+TEST_F(FormKeyboard, EnterPressesTheButtonThatHasTheFocus) {
+  form.cmdPostrove(kHelpButton).onClick = [this] {
+    log.Add("help");
+    host->SetFocus(form.lblWebSite);
+  };
+  Use([&](Dialog& dialog) {
+    dialog.PressAlt(L'h');
+    WaitForEvent("help");
+    dialog.WaitForFocus(form.lblWebSite);
+    PostMessageW(dialog.Focus(), WM_KEYDOWN, VK_RETURN, 1);
+    WaitForEvent("lblWebSite click");
+  });
+  EXPECT_FALSE(log.Has("cmdPostrove0 click"));
+}
+
+// The key that answered a message box is still down when the dialog is active again.
+TEST_F(FormKeyboard, IgnoresAHeldDownEnter) {
+  Use([&](Dialog& dialog) {
+    PostMessageW(dialog.Focus(), WM_KEYDOWN, VK_RETURN, 1 | (1 << 30));
+    dialog.Type(form.cboPostrove, L"z");
+    WaitForEvent("cboPostrove change z");
+  });
+  EXPECT_FALSE(log.Has("cmdPostrove0 click"));
+}
+
+TEST_F(FormKeyboard, GivesKeysToTheModelBeforeTheText) {
+  std::vector<int> keys;
+  form.cboPostrove.onKeyPress = [&](int& key) {
+    keys.push_back(key);
+    EXPECT_EQ(form.cboPostrove.SelectionStart(), static_cast<int>(form.cboPostrove.Text().size()));
+    if (key == 13) {
+      host->SendTab(form);
+      key = 0;
+      log.Add("enter");
+    }
+    if (key == 'x') key = 0;
+  };
+  Use([&](Dialog& dialog) {
+    dialog.Type(form.cboPostrove, L"axb");
+    WaitForEvent("cboPostrove change ab");
+    dialog.Press(form.cboPostrove, VK_RETURN);
+    WaitForEvent("cmdPostrove2 got");
+  });
+  EXPECT_EQ(keys, (std::vector<int>{'a', 'x', 'b', 13}));
+  EXPECT_FALSE(log.Has("cmdPostrove0 click"));
+  const Events events = UserEvents();
+  EXPECT_EQ((Events{events.end() - 3, events.end()}),
+            (Events{"enter", "cboPostrove lost", "cmdPostrove2 got"}));
+}
+
+TEST_F(FormKeyboard, EscapePressesTheCancelButton) {
+  form.cmdPostrove(kCloseButton).onClick = [this] {
+    log.Add("close");
+    form.Unload();
+  };
+  Use([&](Dialog& dialog) {
+    dialog.Press(form.cboPostrove, VK_ESCAPE);
+    dialog.WaitForEnd();
+  });
+  EXPECT_EQ(UserEvents(), (Events{"close", "unload"}));
+}
+
+TEST_F(FormKeyboard, MnemonicsReachFieldsAndButtons) {
+  Use([&](Dialog& dialog) {
+    dialog.PressAlt(L'n');
+    dialog.WaitForFocus(form.txtSaveAsName);
+    dialog.PressAlt(L'f');
+    dialog.WaitForFocus(form.txtSaveFolder);
+    dialog.PressAlt(L'd');
+    WaitForEvent("cmdPostrove3 click");
+  });
+  EXPECT_TRUE(log.Has("txtSaveAsName lost"));
+  EXPECT_TRUE(log.Has("txtSaveFolder lost"));
+}
+
+TEST_F(FormKeyboard, ArrowKeysPickFromTheClosedList) {
+  Use([&](Dialog& dialog) {
+    dialog.Press(form.cboPostrove, VK_DOWN);
+    WaitForEvent("cboPostrove click");
+    WaitFor("the text", [&] { return dialog.TextOf(form.cboPostrove) == L"Alpha: 1"; });
+  });
+  EXPECT_EQ(UserEvents(), (Events{"cboPostrove change Alpha: 1", "cboPostrove click"}));
+  EXPECT_EQ(form.cboPostrove.ListIndex(), 0);
+}
+
+// The type-ahead of the project box as the controller does it.
+TEST_F(FormKeyboard, CompletesWhileTyping) {
+  form.cboPostrove.onKeyPress = [this](int& key) {
+    if (key != 'B') return;
+    host->DropDownList(form.cboPostrove);
+    form.cboPostrove.SetListIndex(1);
+    form.cboPostrove.Select(1, 6);
+    key = 0;
+    log.Add("completed");
+  };
+  Use([&](Dialog& dialog) {
+    dialog.Type(form.cboPostrove, L"B");
+    WaitForEvent("completed");
+    const HWND combo = dialog.Item(form.cboPostrove);
+    EXPECT_EQ(SendMessageW(combo, CB_GETDROPPEDSTATE, 0, 0), TRUE);
+    EXPECT_EQ(SendMessageW(combo, CB_GETCURSEL, 0, 0), 1);
+    EXPECT_EQ(dialog.TextOf(form.cboPostrove), L"Beta: 2");
+    EXPECT_EQ(SendMessageW(dialog.Edit(form.cboPostrove), EM_GETSEL, 0, 0), MAKELONG(1, 7));
+    dialog.Type(form.cboPostrove, L"x");
+    WaitForEvent("cboPostrove change Bx");
+    dialog.Press(form.cboPostrove, VK_ESCAPE);
+    WaitFor("the closed list", [&] { return !SendMessageW(combo, CB_GETDROPPEDSTATE, 0, 0); });
+  });
+  EXPECT_EQ(UserEvents(),
+            (Events{"cboPostrove change Beta: 2", "completed", "cboPostrove change Bx"}));
+  EXPECT_EQ(form.cboPostrove.Text(), L"Bx");
+  EXPECT_EQ(form.cboPostrove.ListIndex(), -1);
+}
+
+// A press on Cancel is known before the field that is being left would check itself.
+TEST_F(FormKeyboard, MousePressComesBeforeTheLossOfFocus) {
+  Control& close = form.cmdPostrove(kCloseButton);
+  close.onMouseDown = [this](int button, int, float x, float y) {
+    log.Add("down " + std::to_string(button) + (x == 45.0f && y == 60.0f ? "" : " elsewhere"));
+  };
+  const unsigned dpi = [] {
+    const HDC screen = GetDC(nullptr);
+    const int value = GetDeviceCaps(screen, LOGPIXELSY);
+    ReleaseDC(nullptr, screen);
+    return static_cast<unsigned>(value);
+  }();
+  if (dpi != USER_DEFAULT_SCREEN_DPI) GTEST_SKIP() << "expects twips of a screen at 100 %";
+  Use([&](Dialog& dialog) {
+    const HWND button = dialog.Item(close);
+    PostMessageW(button, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(3, 4));
+    PostMessageW(button, WM_LBUTTONUP, 0, MAKELPARAM(3, 4));
+    WaitForEvent("cmdPostrove4 click");
+  });
+  EXPECT_EQ(UserEvents(),
+            (Events{"down 1", "cboPostrove lost", "cmdPostrove4 got", "cmdPostrove4 click"}));
+}
+
+TEST_F(FormKeyboard, ADisabledFieldPassesTheFocusOn) {
+  form.cmdPostrove(kDefaultsButton).onClick = [this] {
+    form.cmdPostrove(kDefaultsButton).SetEnabled(false);
+  };
+  Use([&](Dialog& dialog) {
+    dialog.Click(form.cmdPostrove(kDefaultsButton));
+    dialog.WaitForFocus(form.cmdPostrove(kHelpButton));
+  });
+}
+
+TEST(FolderMessage, OnlyItsButtonsCloseIt) {
+  const OwnerWindow owner;
+  const auto host = CreateWinFormHost(GetModuleHandleW(nullptr));
+  EventLog log;
+  frmFolderMessage form({});
+  Record(form, log);
+  form.txtFolderMessage(0).SetText(L"The file \r\n\"a\"\r\n already exists.");
+  form.onActivate = [&] { host->SetFocus(form.txtFolderMessage(1)); };
+  form.cmdFolderMessage(1).onClick = [&] { form.Unload(); };
+  const DialogUser user([&] {
+    const Dialog dialog(form.Caption());
+    WaitFor("the name's focus", [&] { return log.Has("txtFolderMessage1 got"); });
+    EXPECT_EQ(GetWindowLongPtrW(dialog.Window(), GWL_STYLE) & WS_SYSMENU, 0);
+    EXPECT_EQ(dialog.TextOf(form.txtFolderMessage(0)), form.txtFolderMessage(0).Text());
+    PostMessageW(dialog.Window(), WM_CLOSE, 0, 0);
+    dialog.Type(form.txtFolderMessage(0), L"q");
+    dialog.Type(form.txtFolderMessage(1), L" ");
+    WaitFor("the typed blank", [&] { return form.txtFolderMessage(1).Text().front() == L' '; });
+    dialog.Press(form.txtFolderMessage(1), VK_ESCAPE);
+    dialog.WaitForEnd();
+  });
+  host->ShowModal(form);
+  EXPECT_FALSE(log.Has("txtFolderMessage0 got"));
+  EXPECT_EQ(form.txtFolderMessage(0).Text(), L"The file \r\n\"a\"\r\n already exists.");
+}
+
+}  // namespace
+}  // namespace postrove::forms

@@ -1,0 +1,314 @@
+// The modal life of a dialog: owners, nesting, and every way in which it can end.
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "dialog_user.h"
+#include "forms/frmFolderMessage.h"
+#include "forms/frmPostrove.h"
+#include "forms/win32/WinFormHost.h"
+#include "gtest/gtest.h"
+#include "shared/error.h"
+
+namespace postrove::forms {
+namespace {
+
+using testing::Dialog;
+using testing::DialogUser;
+using testing::EventLog;
+using testing::OwnerWindow;
+using testing::Record;
+using testing::WaitFor;
+
+class FormModal : public ::testing::Test {
+ protected:
+  FormModal() { Record(*form, log); }
+
+  std::function<void()>& OnMain() { return form->cmdPostrove(kMainButton).onClick; }
+  void ClickMain(const Dialog& dialog) { dialog.Click(form->cmdPostrove(kMainButton)); }
+
+  OwnerWindow owner;
+  std::shared_ptr<FormHost> host = CreateWinFormHost(GetModuleHandleW(nullptr));
+  EventLog log;
+  std::shared_ptr<frmPostrove> form =
+      std::make_shared<frmPostrove>(std::weak_ptr<frmPostroveEvents>());
+};
+
+TEST_F(FormModal, DisablesItsOwnerWhileItIsUp) {
+  const DialogUser user([&] {
+    const Dialog dialog(L"Postrove");
+    EXPECT_EQ(GetWindow(dialog.Window(), GW_OWNER), owner.Window());
+    EXPECT_FALSE(IsWindowEnabled(owner.Window()));
+    PostMessageW(dialog.Window(), WM_CLOSE, 0, 0);
+    dialog.WaitForEnd();
+  });
+  host->ShowModal(*form);
+  EXPECT_TRUE(form->IsUnloaded());
+  EXPECT_TRUE(IsWindowEnabled(owner.Window()));
+  EXPECT_EQ(GetActiveWindow(), owner.Window());
+}
+
+TEST_F(FormModal, LeavesADisabledOwnerDisabled) {
+  EnableWindow(owner.Window(), FALSE);
+  SetActiveWindow(owner.Window());
+  const DialogUser user([&] {
+    const Dialog dialog(L"Postrove");
+    PostMessageW(dialog.Window(), WM_CLOSE, 0, 0);
+    dialog.WaitForEnd();
+  });
+  host->ShowModal(*form);
+  EXPECT_FALSE(IsWindowEnabled(owner.Window()));
+}
+
+// A sent mail closes its inspector, the owner, while the button's handler still runs.
+TEST_F(FormModal, SurvivesTheDestructionOfItsOwner) {
+  OnMain() = [&] {
+    owner.Destroy();
+    form->txtSaveAsName.SetText(L"after");
+    log.Add("sent");
+  };
+  const DialogUser user([&] {
+    const Dialog dialog(L"Postrove");
+    ClickMain(dialog);
+    WaitFor("the handler", [&] { return log.Has("sent"); });
+    EXPECT_TRUE(IsWindowVisible(dialog.Window()));
+    EXPECT_EQ(dialog.TextOf(form->txtSaveAsName), L"after");
+    dialog.Type(form->txtSaveAsName, L"x");
+    WaitFor("the typed text", [&] { return log.Has("txtSaveAsName change xafter"); });
+    PostMessageW(dialog.Window(), WM_CLOSE, 0, 0);
+    dialog.WaitForEnd();
+  });
+  host->ShowModal(*form);
+  EXPECT_TRUE(form->IsUnloaded());
+}
+
+TEST_F(FormModal, SurvivesTheDestructionOfTheOwnerOfItsOwner) {
+  const HWND child = CreateWindowExW(0, L"STATIC", L"owned", WS_POPUP | WS_VISIBLE, 0, 0, 50, 50,
+                                     owner.Window(), nullptr, nullptr, nullptr);
+  SetActiveWindow(child);
+  OnMain() = [&] {
+    owner.Destroy();
+    EXPECT_FALSE(IsWindow(child));
+    form->Unload();
+  };
+  const DialogUser user([&] {
+    const Dialog dialog(L"Postrove");
+    EXPECT_EQ(GetWindow(dialog.Window(), GW_OWNER), child);
+    ClickMain(dialog);
+    dialog.WaitForEnd();
+  });
+  host->ShowModal(*form);
+  EXPECT_TRUE(form->IsUnloaded());
+}
+
+TEST_F(FormModal, EndsWhenItsWindowIsDestroyedByOthers) {
+  for (const bool within : {false, true}) {
+    SCOPED_TRACE(within ? "within an event" : "outside of one");
+    frmPostrove own({});
+    EventLog events;
+    Record(own, events);
+    HWND window = nullptr;
+    own.cmdPostrove(kMainButton).onClick = [&] {
+      DestroyWindow(window);
+      own.txtSaveAsName.SetText(L"still a model");
+      if (within) own.Unload();
+    };
+    {
+      const DialogUser user([&] {
+        const Dialog dialog(L"Postrove");
+        window = dialog.Window();
+        dialog.Click(own.cmdPostrove(kMainButton));
+        dialog.WaitForEnd();
+      });
+      host->ShowModal(own);
+    }
+    EXPECT_TRUE(own.IsUnloaded());
+    EXPECT_TRUE(events.Has("unload"));
+    EXPECT_TRUE(IsWindowEnabled(owner.Window()));
+  }
+}
+
+TEST_F(FormModal, ShowsADialogOnTopOfADialog) {
+  frmFolderMessage inner({});
+  inner.cmdFolderMessage(0).onClick = [&] {
+    inner.Unload();
+    log.Add("answered");
+  };
+  HWND outer = nullptr;
+  OnMain() = [&] {
+    host->ShowModal(inner);
+    EXPECT_TRUE(IsWindowEnabled(outer));
+    EXPECT_EQ(GetActiveWindow(), outer);
+    log.Add("back");
+    form->Unload();
+  };
+  const DialogUser user([&] {
+    const Dialog dialog(L"Postrove");
+    outer = dialog.Window();
+    ClickMain(dialog);
+    const Dialog message(inner.Caption());
+    EXPECT_EQ(GetWindow(message.Window(), GW_OWNER), outer);
+    EXPECT_FALSE(IsWindowEnabled(outer));
+    message.Press(inner.txtFolderMessage(1), VK_RETURN);
+    message.WaitForEnd();
+    dialog.WaitForEnd();
+  });
+  host->ShowModal(*form);
+  EXPECT_TRUE(log.Has("answered"));
+  EXPECT_TRUE(log.Has("back"));
+}
+
+// The owner of both dialogs goes while the inner one is up.
+TEST_F(FormModal, NestedDialogsSurviveTheDestructionOfTheOwner) {
+  frmFolderMessage inner({});
+  inner.cmdFolderMessage(0).onClick = [&] {
+    owner.Destroy();
+    inner.Unload();
+  };
+  OnMain() = [&] {
+    host->ShowModal(inner);
+    log.Add("back");
+  };
+  const DialogUser user([&] {
+    const Dialog dialog(L"Postrove");
+    ClickMain(dialog);
+    const Dialog message(inner.Caption());
+    message.Click(inner.cmdFolderMessage(0));
+    WaitFor("the outer dialog", [&] { return log.Has("back"); });
+    EXPECT_TRUE(IsWindowEnabled(dialog.Window()));
+    PostMessageW(dialog.Window(), WM_CLOSE, 0, 0);
+    dialog.WaitForEnd();
+  });
+  host->ShowModal(*form);
+}
+
+TEST_F(FormModal, StaysWhileUnloadingIsRefused) {
+  int asked = 0;
+  form->onUnload = [&](bool& cancel) {
+    cancel = ++asked == 1;
+    log.Add("asked " + std::to_string(asked));
+  };
+  const DialogUser user([&] {
+    const Dialog dialog(L"Postrove");
+    PostMessageW(dialog.Window(), WM_CLOSE, 0, 0);
+    WaitFor("the refusal", [&] { return log.Has("asked 1"); });
+    EXPECT_TRUE(IsWindowVisible(dialog.Window()));
+    PostMessageW(dialog.Window(), WM_SYSCOMMAND, SC_CLOSE, 0);
+    dialog.WaitForEnd();
+  });
+  host->ShowModal(*form);
+  EXPECT_EQ(asked, 2);
+}
+
+TEST_F(FormModal, TheFormCanBeDestroyedWithinAnEvent) {
+  OnMain() = [&] { form.reset(); };
+  Form& shown = *form;
+  const DialogUser user([&] {
+    const Dialog dialog(L"Postrove");
+    ClickMain(dialog);
+    dialog.WaitForEnd();
+  });
+  host->ShowModal(shown);
+  EXPECT_EQ(form, nullptr);
+  EXPECT_TRUE(IsWindowEnabled(owner.Window()));
+}
+
+TEST_F(FormModal, AnExceptionEndsAtTheWindowProcedure) {
+  OnMain() = [&] {
+    log.Add("thrown");
+    throw Error(kInvalidArgument, L"test", L"a handler failed");
+  };
+  form->cboPostrove.onKeyPress = [](int&) -> void { throw 1; };
+  const DialogUser user([&] {
+    const Dialog dialog(L"Postrove");
+    ClickMain(dialog);
+    WaitFor("the throw", [&] { return log.Has("thrown"); });
+    dialog.Type(form->cboPostrove, L"a");
+    WaitFor("the text", [&] { return log.Has("cboPostrove change a"); });
+    PostMessageW(dialog.Window(), WM_CLOSE, 0, 0);
+    dialog.WaitForEnd();
+  });
+  EXPECT_NO_THROW(host->ShowModal(*form));
+}
+
+TEST_F(FormModal, PassesTheEndOfTheProgramOn) {
+  const DialogUser user([&, thread = GetCurrentThreadId()] {
+    const Dialog dialog(L"Postrove");
+    PostThreadMessageW(thread, WM_QUIT, 42, 0);
+    dialog.WaitForEnd();
+  });
+  host->ShowModal(*form);
+  EXPECT_TRUE(form->IsUnloaded());
+  MSG message = {};
+  ASSERT_TRUE(PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE));
+  EXPECT_EQ(message.wParam, 42u);
+}
+
+TEST_F(FormModal, IsTopmostAndLowered) {
+  const auto topmost = [](HWND window) {
+    return (GetWindowLongPtrW(window, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0;
+  };
+  form->onActivate = [&] {
+    host->SetTopmost(*form, true);
+    log.Add("active");
+  };
+  OnMain() = [&] {
+    host->SetTopmost(*form, false);
+    log.Add("lowered");
+  };
+  const DialogUser user([&] {
+    const Dialog dialog(L"Postrove");
+    WaitFor("the activation", [&] { return log.Has("active"); });
+    EXPECT_TRUE(topmost(dialog.Window()));
+    ClickMain(dialog);
+    WaitFor("the click", [&] { return log.Has("lowered"); });
+    EXPECT_FALSE(topmost(dialog.Window()));
+    PostMessageW(dialog.Window(), WM_CLOSE, 0, 0);
+    dialog.WaitForEnd();
+  });
+  host->ShowModal(*form);
+}
+
+TEST_F(FormModal, IgnoresFormsThatAreNotShown) {
+  host->SetTopmost(*form, true);
+  host->BringToFront(*form);
+  host->SetFocus(form->txtSaveAsName);
+  host->DropDownList(form->cboPostrove);
+  host->SendTab(*form);
+  form->Unload();
+  EXPECT_THROW(host->ShowModal(*form), Error);
+}
+
+BOOL CALLBACK CountWindow(HWND, LPARAM count) {
+  ++*reinterpret_cast<int*>(count);
+  return TRUE;
+}
+
+TEST_F(FormModal, LeavesNothingBehind) {
+  const auto windows = [] {
+    int count = 0;
+    EnumThreadWindows(GetCurrentThreadId(), CountWindow, reinterpret_cast<LPARAM>(&count));
+    return count;
+  };
+  const auto showOnce = [&] {
+    frmPostrove own({});
+    own.onActivate = [&] {
+      own.txtSaveAsName.SetBackColor(kYellow);
+      host->DropDownList(own.cboPostrove);
+      own.Unload();
+    };
+    host->ShowModal(own);
+  };
+  showOnce();  // what Windows keeps for the process is there now
+  const int windowsBefore = windows();
+  const DWORD gdi = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
+  const DWORD user = GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS);
+  for (int i = 0; i < 50; ++i) showOnce();
+  EXPECT_EQ(windows(), windowsBefore);
+  if (gdi == 0 && user == 0) GTEST_SKIP() << "this system does not count GDI and user objects";
+  EXPECT_LE(GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS), gdi + 5);
+  EXPECT_LE(GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS), user + 5);
+}
+
+}  // namespace
+}  // namespace postrove::forms
