@@ -65,7 +65,7 @@ demo 0 --help
 prints out '  --interactive .*'
 
 demo 0
-prints out 'Message: Project Not Found \| .*Harbour Bridge.*'
+prints out 'Message: Folder Not Found \| .*Corr_Out.*'
 exists Filed
 demo 0
 exists Filed
