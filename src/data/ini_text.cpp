@@ -6,11 +6,6 @@
 namespace postrove::ini {
 namespace {
 
-constexpr std::string_view kUtf16Mark("\xFF\xFE", 2);
-constexpr std::string_view kUtf8Mark("\xEF\xBB\xBF", 3);
-
-enum class Encoding { CodePage, Utf8, Utf16 };
-
 // A stretch of the file's bytes.
 struct Span {
   std::size_t begin;
@@ -38,14 +33,10 @@ std::wstring_view TrimBlanks(std::wstring_view text) {
 class Document {
  public:
   Document(std::string_view bytes, const CodePage& codePage) : bytes_(bytes), codePage_(codePage) {
-    if (bytes.substr(0, kUtf16Mark.size()) == kUtf16Mark) {
-      encoding_ = Encoding::Utf16;
-      begin_ = kUtf16Mark.size();
-      unit_ = 2;
-    } else if (bytes.substr(0, kUtf8Mark.size()) == kUtf8Mark) {
-      encoding_ = Encoding::Utf8;
-      begin_ = kUtf8Mark.size();
-    }
+    const DetectedEncoding detected = DetectEncoding(bytes);
+    encoding_ = detected.encoding;
+    begin_ = detected.markSize;
+    if (encoding_ == Encoding::Utf16) unit_ = 2;
     // Half a UTF-16 unit at the end belongs to no line.
     end_ = bytes.size() - (bytes.size() - begin_) % unit_;
   }
@@ -88,26 +79,11 @@ class Document {
   }
 
   std::wstring Decode(Span span) const {
-    const std::string_view part = bytes_.substr(span.begin, span.end - span.begin);
-    if (encoding_ == Encoding::Utf8) return text::FromUtf8(part);
-    if (encoding_ == Encoding::CodePage) return codePage_.decode(std::string(part));
-    std::u16string units;
-    units.reserve(part.size() / 2);
-    for (std::size_t at = span.begin; at < span.end; at += unit_) {
-      units.push_back(static_cast<char16_t>(UnitAt(at)));
-    }
-    return text::FromUtf16(units);
+    return DecodeText(bytes_.substr(span.begin, span.end - span.begin), encoding_, codePage_);
   }
 
   std::string Encode(std::wstring_view text) const {
-    if (encoding_ == Encoding::Utf8) return text::ToUtf8(text);
-    if (encoding_ == Encoding::CodePage) return codePage_.encode(std::wstring(text));
-    std::string bytes;
-    for (const char16_t unit : text::ToUtf16(text)) {
-      bytes.push_back(static_cast<char>(unit & 0xFF));
-      bytes.push_back(static_cast<char>(unit >> 8));
-    }
-    return bytes;
+    return EncodeText(text, encoding_, codePage_);
   }
 
   bool CanHold(std::wstring_view text) const {

@@ -1,9 +1,10 @@
 #pragma once
 
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+
+#include "data/text_encoding.h"
 
 // The settings file format: sections headed by a name in square brackets, below each one line
 // "key=value" per value.
@@ -13,15 +14,8 @@
 // - Lines that begin with ";" or "#" and blank lines are comments.
 // - Blanks around a value do not count; one pair of double quotes around it is taken off, and put
 //   on when a value begins or ends with a blank or a double quote, so " - " survives.
-// - Encoding: UTF-16 little endian and UTF-8, each with its byte-order mark, are recognised and
-//   kept; any other file is in the system's code page.
+// - The encoding of the file (data/text_encoding.h) is kept.
 namespace postrove::ini {
-
-// Conversions of the system's code page, supplied by the caller.
-struct CodePage {
-  std::function<std::wstring(const std::string&)> decode;
-  std::function<std::string(const std::wstring&)> encode;
-};
 
 // The value, or nothing when the section or the key is missing.
 std::optional<std::wstring> Read(const std::string& bytes, std::wstring_view section,

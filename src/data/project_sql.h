@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+// The statements on the table Project, as text, and the number that follows the greatest one.
+namespace postrove::sql {
+
+// What a project row holds, for writing it.
+struct ProjectRow {
+  std::wstring number;
+  std::wstring name;
+  std::wstring filePath;
+  bool active = true;
+};
+
+// Active projects whose number is not "0", sorted by name; `dbType` is clsDatabase's.
+std::wstring ListProjects(const std::wstring& dbType);
+
+std::wstring GreatestProjectNumber();
+
+// The number stands as typed: a quote in it breaks the statement, which is then reported.
+std::wstring FindProjectNumber(const std::wstring& number);
+
+std::wstring InsertProject(const ProjectRow& row);
+std::wstring UpdateProject(const ProjectRow& row, std::int64_t id);
+
+// The number after the greatest one: its last one to three digits count up, the rest stays. Empty
+// when it has no such digits or they are used up.
+std::wstring NextProjectNumber(const std::wstring& greatest);
+
+}  // namespace postrove::sql
