@@ -13,12 +13,12 @@ Error CurrentError() {
   } catch (const Error& error) {
     return error;
   } catch (const std::bad_alloc&) {
-    return Error(kOutOfMemory, kSource, L"There is not enough memory.");
+    return {kOutOfMemory, kSource, L"There is not enough memory."};
   } catch (const std::exception& exception) {
-    return Error(kInternalError, kSource,
-                 L"An internal error occurred (" + text::FromUtf8(exception.what()) + L").");
+    return {kInternalError, kSource,
+            L"An internal error occurred (" + text::FromUtf8(exception.what()) + L")."};
   } catch (...) {
-    return Error(kInternalError, kSource, L"An unknown internal error occurred.");
+    return {kInternalError, kSource, L"An unknown internal error occurred."};
   }
 }
 

@@ -102,7 +102,7 @@ char32_t NextFromUtf8(std::string_view bytes, std::size_t* position) {
 }  // namespace
 
 wchar_t Fold(wchar_t c) {
-  const char32_t code = static_cast<char32_t>(c);
+  const auto code = static_cast<char32_t>(c);
   if (code < 0x80) return code >= 'A' && code <= 'Z' ? static_cast<wchar_t>(code + 0x20) : c;
   for (const Capitals& run : kCapitals) {
     if (code >= run.first && code <= run.last && (code - run.first) % run.step == 0) {
@@ -145,7 +145,7 @@ std::wstring Trim(std::wstring_view text) {
 
 std::wstring FromNumber(long long value) {
   const std::string digits = std::to_string(value);
-  return std::wstring(digits.begin(), digits.end());
+  return {digits.begin(), digits.end()};
 }
 
 double LeadingNumber(std::wstring_view text) {
@@ -177,9 +177,9 @@ double LeadingNumber(std::wstring_view text) {
 }
 
 char32_t NextCodePoint(std::wstring_view text, std::size_t* position) {
-  const char32_t first = static_cast<char32_t>(text[(*position)++]);
+  const auto first = static_cast<char32_t>(text[(*position)++]);
   if (!IsHighSurrogate(first) || *position == text.size()) return first;
-  const char32_t second = static_cast<char32_t>(text[*position]);
+  const auto second = static_cast<char32_t>(text[*position]);
   if (!IsLowSurrogate(second)) return first;
   ++*position;
   return 0x10000 + ((first - 0xD800) << 10) + (second - 0xDC00);

@@ -37,6 +37,29 @@ BOOL CALLBACK CollectChild(HWND child, LPARAM parameter) {
   return TRUE;
 }
 
+bool IsOurs(HWND window) {
+  DWORD process = 0;
+  GetWindowThreadProcessId(window, &process);
+  return process == GetCurrentProcessId() && IsWindowVisible(window);
+}
+
+BOOL CALLBACK TakeDialog(HWND window, LPARAM parameter) {
+  if (!IsOurs(window) || !IsWindowEnabled(window) || !IsDialogClass(window)) return TRUE;
+  *reinterpret_cast<HWND*>(parameter) = window;
+  return FALSE;
+}
+
+BOOL CALLBACK DescribeWindow(HWND window, LPARAM parameter) {
+  if (!IsOurs(window)) return TRUE;
+  // The owning thread may hang: only what is answered without it.
+  wchar_t text[256] = {};
+  InternalGetWindowText(window, text, 256);
+  *reinterpret_cast<std::wstring*>(parameter) +=
+      L"  " + ClassOf(window) + L" \"" + text + L"\"" +
+      (IsWindowEnabled(window) ? L"\n" : L" (disabled)\n");
+  return TRUE;
+}
+
 bool IsPushButton(HWND button) {
   const LONG_PTR type = GetWindowLongPtrW(button, GWL_STYLE) & BS_TYPEMASK;
   return type == BS_PUSHBUTTON || type == BS_DEFPUSHBUTTON;
@@ -61,18 +84,7 @@ std::wstring TextOf(HWND window) {
 
 HWND TopDialog() {
   HWND result = nullptr;
-  EnumWindows(
-      [](HWND window, LPARAM parameter) -> BOOL {
-        DWORD process = 0;
-        GetWindowThreadProcessId(window, &process);
-        if (process != GetCurrentProcessId() || !IsWindowVisible(window) ||
-            !IsWindowEnabled(window) || !IsDialogClass(window)) {
-          return TRUE;
-        }
-        *reinterpret_cast<HWND*>(parameter) = window;
-        return FALSE;
-      },
-      reinterpret_cast<LPARAM>(&result));
+  EnumWindows(TakeDialog, reinterpret_cast<LPARAM>(&result));
   return result;
 }
 
@@ -122,20 +134,7 @@ HWND EditAfterLabel(HWND dialog, const std::wstring& word) {
 
 std::wstring DescribeWindows() {
   std::wstring result;
-  EnumWindows(
-      [](HWND window, LPARAM parameter) -> BOOL {
-        DWORD process = 0;
-        GetWindowThreadProcessId(window, &process);
-        if (process != GetCurrentProcessId() || !IsWindowVisible(window)) return TRUE;
-        // The owning thread may hang: only what is answered without it.
-        wchar_t text[256] = {};
-        InternalGetWindowText(window, text, 256);
-        *reinterpret_cast<std::wstring*>(parameter) +=
-            L"  " + ClassOf(window) + L" \"" + text + L"\"" +
-            (IsWindowEnabled(window) ? L"\n" : L" (disabled)\n");
-        return TRUE;
-      },
-      reinterpret_cast<LPARAM>(&result));
+  EnumWindows(DescribeWindow, reinterpret_cast<LPARAM>(&result));
   return result;
 }
 

@@ -264,6 +264,12 @@ void WriteMessage(IStorage& root, const MessageData& message, const MsgForm& for
 }  // namespace
 
 void WriteMsgFile(const std::wstring& path, const MessageData& message, const MsgForm& form) {
+  // Windows refuses to replace such a file, other systems below do not.
+  const DWORD attributes = GetFileAttributesW(path.c_str());
+  constexpr DWORD kProtected = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY;
+  if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & kProtected)) {
+    Check(STG_E_ACCESSDENIED, L"place");
+  }
   const std::wstring folder = path.substr(0, path.find_last_of(L"\\/") + 1);
   // Never longer than "x.msg", so that a path that just fits has room for it.
   ComPtr<IStorage> root;

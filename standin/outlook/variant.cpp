@@ -16,6 +16,9 @@ std::wstring DescribeValue(const VARIANT& value) {
   if (FAILED(VariantChangeType(&text, const_cast<VARIANT*>(&value), 0, VT_BSTR))) return L"?";
   std::wstring result = FromBstr(text.bstrVal);
   VariantClear(&text);
+  for (wchar_t& c : result) {
+    if (c < L' ') c = L' ';  // one line a call
+  }
   if (result.size() > kMaxLogged) result = result.substr(0, kMaxLogged) + L"...";
   return result;
 }
@@ -101,7 +104,6 @@ VARIANT Variant::Detach() {
 }
 
 void Variant::ChangeType(VARTYPE type) {
-  // Object variables may hold Nothing as Empty-less VT_UNKNOWN; everything else converts.
   const HRESULT hr = VariantChangeType(&value_, &value_, 0, type);
   if (FAILED(hr)) throw HostError::Bare(hr == DISP_E_OVERFLOW ? hr : DISP_E_TYPEMISMATCH);
 }

@@ -393,7 +393,12 @@ void ControlWindow::ListClosed() {
   control_->UserPicked(index);
 }
 
-void ControlWindow::CloseListBy(WORD key) { SendMessageW(edit_, WM_KEYDOWN, key, 0); }
+// Which part of the box hears the key differs between systems.
+void ControlWindow::CloseListBy(WORD key) {
+  SendMessageW(edit_, WM_KEYDOWN, key, 0);
+  if (ListIsDown()) SendMessageW(window_, WM_KEYDOWN, key, 0);
+  if (ListIsDown()) SendMessageW(window_, CB_SHOWDROPDOWN, FALSE, 0);
+}
 
 WNDPROC ControlWindow::Subclass(HWND window) {
   SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));

@@ -152,6 +152,8 @@ void FormWindow::Run() {
 
 bool FormWindow::IsKeyOfDialog(MSG& message) {
   const bool ours = message.hwnd == window_ || IsChild(window_, message.hwnd);
+  // What the key before did to the focus is told before this one counts.
+  if (ours && message.message == WM_KEYDOWN) Guarded([this] { SettleFocus(); });
   if (ours && message.message == WM_KEYDOWN &&
       (message.wParam == VK_RETURN || message.wParam == VK_ESCAPE)) {
     // A key still held down from a message box before must not answer this dialog too.
@@ -367,7 +369,11 @@ LRESULT FormWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
       SetCursor(LoadCursorW(nullptr, IDC_WAIT));
       return TRUE;
     case WM_NEXTDLGCTL:
-      MoveFocus(wParam != 0);
+      if (!LOWORD(lParam)) {
+        MoveFocus(wParam != 0);
+      } else if (ControlWindow* const control = Containing(reinterpret_cast<HWND>(wParam))) {
+        control->Focus(true);
+      }
       return 0;
     case DM_GETDEFID:
       if (ControlWindow* const button = ButtonFor(&Control::isDefault)) {

@@ -8,7 +8,11 @@ void ToolTips::Create(HWND dialog, HINSTANCE module) {
   dialog_ = dialog;
   window_ = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr,
                             WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP, CW_USEDEFAULT, CW_USEDEFAULT,
-                            CW_USEDEFAULT, CW_USEDEFAULT, dialog, nullptr, module, nullptr);
+                            CW_USEDEFAULT, CW_USEDEFAULT, nullptr, nullptr, module, nullptr);
+}
+
+ToolTips::~ToolTips() {
+  if (window_) DestroyWindow(window_);
 }
 
 void ToolTips::Set(HWND child, const std::wstring& tip) {

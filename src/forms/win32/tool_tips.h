@@ -6,9 +6,15 @@
 
 namespace postrove::forms {
 
-// The tool-tip window of one dialog; it is owned by the dialog's window and goes with it.
+// The tool-tip window of one dialog. The dialog does not own it: Wine would take an owned topmost
+// window for a reason not to make the dialog topmost.
 class ToolTips {
  public:
+  ToolTips() = default;
+  ~ToolTips();
+  ToolTips(const ToolTips&) = delete;
+  ToolTips& operator=(const ToolTips&) = delete;
+
   // A dialog without tool tips works: failures are passed over.
   void Create(HWND dialog, HINSTANCE module);
 

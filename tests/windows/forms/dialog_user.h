@@ -39,10 +39,10 @@ class EventLog {
 };
 
 // Waits until the condition holds. Throws when it does not within ten seconds.
-inline void WaitFor(const char* what, const std::function<bool()>& condition) {
+inline void WaitFor(const std::string& what, const std::function<bool()>& condition) {
   const ULONGLONG deadline = GetTickCount64() + 10000;
   while (!condition()) {
-    if (GetTickCount64() > deadline) throw std::runtime_error(std::string("waited for ") + what);
+    if (GetTickCount64() > deadline) throw std::runtime_error("waited for " + what);
     Sleep(1);
   }
 }

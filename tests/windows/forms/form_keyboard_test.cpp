@@ -1,4 +1,5 @@
 // What the user does to a dialog with keyboard and mouse, and the events that come of it.
+#include <iostream>
 #include <string>
 #include <vector>
 
@@ -26,6 +27,11 @@ class FormKeyboard : public ::testing::Test {
     Record(form, log);
   }
 
+  void TearDown() override {
+    if (!HasFailure()) return;
+    for (const std::string& event : log.All()) std::cout << "  " << event << '\n';
+  }
+
   // Shows the dialog to a user who starts when the first field has the focus, and closes it.
   void Use(const std::function<void(Dialog&)>& steps) {
     const DialogUser user([&] {
@@ -47,7 +53,7 @@ class FormKeyboard : public ::testing::Test {
             all.begin() + static_cast<std::ptrdiff_t>(end)};
   }
   void WaitForEvent(const std::string& event) {
-    WaitFor(event.c_str(), [&] { return log.Has(event); });
+    WaitFor(event, [&] { return log.Has(event); });
   }
 
   OwnerWindow owner;

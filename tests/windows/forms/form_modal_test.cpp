@@ -248,6 +248,11 @@ TEST_F(FormModal, IsTopmostAndLowered) {
   const auto topmost = [](HWND window) {
     return (GetWindowLongPtrW(window, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0;
   };
+  // Wine lowers an owned window only when some window stands above the owner.
+  const HWND above = CreateWindowExW(0, L"STATIC", L"above", WS_POPUP, 0, 0, 9, 9, nullptr, nullptr,
+                                     nullptr, nullptr);
+  SetWindowPos(above, HWND_TOP, 0, 0, 0, 0,
+               SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | SWP_SHOWWINDOW);
   form->onActivate = [&] {
     host->SetTopmost(*form, true);
     log.Add("active");
@@ -267,6 +272,7 @@ TEST_F(FormModal, IsTopmostAndLowered) {
     dialog.WaitForEnd();
   });
   host->ShowModal(*form);
+  DestroyWindow(above);
 }
 
 TEST_F(FormModal, IgnoresFormsThatAreNotShown) {

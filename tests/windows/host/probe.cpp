@@ -1,0 +1,159 @@
+#include "probe.h"
+
+#include <algorithm>
+
+#include "outlook/ids.h"
+
+namespace standin::probe {
+
+ComPtr<IDispatch> Reply::Object() const {
+  return V_VT(&value.Get()) == VT_DISPATCH ? value.Get().pdispVal : nullptr;
+}
+
+Reply Invoke(const ComPtr<IDispatch>& object, DISPID id, WORD flags,
+             std::vector<Variant> arguments) {
+  std::vector<VARIANT> reversed;
+  for (auto one = arguments.rbegin(); one != arguments.rend(); ++one) {
+    reversed.push_back(one->Get());
+  }
+  DISPID put = DISPID_PROPERTYPUT;
+  DISPPARAMS given = {reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0};
+  if (flags & DISPATCH_PROPERTYPUT) {
+    given.rgdispidNamedArgs = &put;
+    given.cNamedArgs = 1;
+  }
+  Reply reply;
+  VARIANT value;
+  VariantInit(&value);
+  EXCEPINFO info = {};
+  reply.hr = object->Invoke(id, GUID{}, LOCALE_USER_DEFAULT, flags, &given, &value, &info, nullptr);
+  reply.code = reply.hr == DISP_E_EXCEPTION ? info.scode : reply.hr;
+  SysFreeString(info.bstrSource);
+  SysFreeString(info.bstrDescription);
+  reply.value = Variant::Copy(value);
+  VariantClear(&value);
+  return reply;
+}
+
+namespace {
+
+Reply ByName(const ComPtr<IDispatch>& object, const wchar_t* name, WORD flags,
+             std::vector<Variant> arguments) {
+  DISPID id = DISPID_UNKNOWN;
+  auto* text = const_cast<wchar_t*>(name);
+  const HRESULT hr = object->GetIDsOfNames(GUID{}, &text, 1, LOCALE_USER_DEFAULT, &id);
+  if (FAILED(hr)) return {hr, hr, {}};
+  return Invoke(object, id, flags, std::move(arguments));
+}
+
+}  // namespace
+
+Reply Get(const ComPtr<IDispatch>& object, const wchar_t* name, std::vector<Variant> arguments) {
+  return ByName(object, name, DISPATCH_PROPERTYGET, std::move(arguments));
+}
+
+Reply Put(const ComPtr<IDispatch>& object, const wchar_t* name, Variant value) {
+  return ByName(object, name, DISPATCH_PROPERTYPUT, List(std::move(value)));
+}
+
+Reply Call(const ComPtr<IDispatch>& object, const wchar_t* name, std::vector<Variant> arguments) {
+  return ByName(object, name, DISPATCH_METHOD, std::move(arguments));
+}
+
+ComPtr<IDispatch> As(const ComPtr<IDispatch>& object, const GUID& id) {
+  ComPtr<IDispatch> result;
+  object->QueryInterface(id, reinterpret_cast<void**>(result.GetAddressOf()));
+  return result;
+}
+
+class Listener::Sink final : public IDispatch {
+ public:
+  Sink(Listener& listener, const GUID& id, const wchar_t* label, std::vector<std::wstring>& log)
+      : listener_(listener), id_(id), label_(label), log_(log) {}
+  virtual ~Sink() = default;
+
+  STDMETHODIMP QueryInterface(REFIID id, void** object) override {
+    const bool known =
+        IsEqualGUID(id, IID_IUnknown) || IsEqualGUID(id, IID_IDispatch) || IsEqualGUID(id, id_);
+    *object = known ? this : nullptr;
+    if (!known) return E_NOINTERFACE;
+    ++references_;
+    return S_OK;
+  }
+  STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
+  STDMETHODIMP_(ULONG) Release() override {
+    const ULONG left = --references_;
+    if (left == 0) delete this;
+    return left;
+  }
+  STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
+  STDMETHODIMP Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* given, VARIANT*, EXCEPINFO*,
+                      UINT*) override {
+    log_.push_back(label_ + L'.' + std::to_wstring(id));
+    if (listener_.during) listener_.during(id, *given);
+    if (id == listener_.cancelled) *given->rgvarg[0].pboolVal = VARIANT_TRUE;
+    return S_OK;
+  }
+
+ private:
+  Listener& listener_;
+  const GUID id_;
+  const std::wstring label_;
+  std::vector<std::wstring>& log_;
+  ULONG references_ = 1;
+};
+
+Listener::Listener(const ComPtr<IDispatch>& source, const GUID& id, const wchar_t* label,
+                   std::vector<std::wstring>& log) {
+  ComPtr<IConnectionPointContainer> container;
+  if (FAILED(source.As(&container))) return;
+  if (FAILED(container->FindConnectionPoint(id, &point_))) return;
+  const ComPtr<IDispatch> sink = Own<IDispatch>(new Sink(*this, id, label, log));
+  point_->Advise(sink.Get(), &cookie_);
+}
+
+Listener::~Listener() {
+  if (point_ && cookie_) point_->Unadvise(cookie_);
+}
+
+STDMETHODIMP ProbeAddIn::QueryInterface(REFIID id, void** object) {
+  const bool known = IsEqualGUID(id, IID_IUnknown) || IsEqualGUID(id, IID_IDispatch) ||
+                     IsEqualGUID(id, kExtensibility2Id);
+  *object = known ? this : nullptr;
+  if (!known) return E_NOINTERFACE;
+  ++references_;
+  return S_OK;
+}
+
+STDMETHODIMP ProbeAddIn::OnConnection(IDispatch* host, ConnectMode mode, IDispatch* addIn,
+                                      SAFEARRAY**) {
+  log_.push_back(L"OnConnection " + std::to_wstring(static_cast<long>(mode)) +
+                 (As(addIn, kComAddInId) ? L"" : L" without a COMAddIn"));
+  application = host;
+  return answer;
+}
+
+STDMETHODIMP ProbeAddIn::OnDisconnection(DisconnectMode mode, SAFEARRAY**) {
+  log_.push_back(L"OnDisconnection " + std::to_wstring(static_cast<long>(mode)));
+  application.Reset();
+  return S_OK;
+}
+
+STDMETHODIMP ProbeAddIn::OnAddInsUpdate(SAFEARRAY**) {
+  log_.push_back(L"OnAddInsUpdate");
+  return S_OK;
+}
+
+STDMETHODIMP ProbeAddIn::OnStartupComplete(SAFEARRAY**) {
+  log_.push_back(L"OnStartupComplete");
+  return S_OK;
+}
+
+STDMETHODIMP ProbeAddIn::OnBeginShutdown(SAFEARRAY**) {
+  log_.push_back(L"OnBeginShutdown");
+  return S_OK;
+}
+
+}  // namespace standin::probe

@@ -1,0 +1,98 @@
+#pragma once
+
+#include <windows.h>
+
+#include <ocidl.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "outlook/add_ins.h"
+#include "outlook/variant.h"
+
+// Small COM clients of the stand-in, written against the calling rules only.
+namespace standin::probe {
+
+struct Reply {
+  HRESULT hr = S_OK;    // of Invoke
+  HRESULT code = S_OK;  // what the server meant: its own code when hr is DISP_E_EXCEPTION
+  Variant value;
+
+  long Long() const { return value.Get().lVal; }
+  bool Bool() const { return value.Get().boolVal != VARIANT_FALSE; }
+  std::wstring Text() const { return FromBstr(value.Get().bstrVal); }
+  ComPtr<IDispatch> Object() const;  // empty for Nothing
+};
+
+template <class... Values>
+std::vector<Variant> List(Values&&... values) {
+  std::vector<Variant> result;
+  (result.push_back(std::forward<Values>(values)), ...);
+  return result;
+}
+
+// Invoke with arguments in declared order, reversed as the rules want; a put names its value.
+Reply Invoke(const ComPtr<IDispatch>& object, DISPID id, WORD flags,
+             std::vector<Variant> arguments = {});
+// By name; a name that is not known is the reply of GetIDsOfNames.
+Reply Get(const ComPtr<IDispatch>& object, const wchar_t* name,
+          std::vector<Variant> arguments = {});
+Reply Put(const ComPtr<IDispatch>& object, const wchar_t* name, Variant value);
+Reply Call(const ComPtr<IDispatch>& object, const wchar_t* name,
+           std::vector<Variant> arguments = {});
+ComPtr<IDispatch> As(const ComPtr<IDispatch>& object, const GUID& id);
+
+// Listens to an event interface of an object and writes "LABEL.DISPID" to the log.
+class Listener {
+ public:
+  Listener(const ComPtr<IDispatch>& source, const GUID& id, const wchar_t* label,
+           std::vector<std::wstring>& log);
+  ~Listener();
+  Listener(const Listener&) = delete;
+  Listener& operator=(const Listener&) = delete;
+
+  // The event to answer with Cancel, and what to run in each event.
+  DISPID cancelled = 0;
+  std::function<void(DISPID, const DISPPARAMS&)> during;
+
+ private:
+  class Sink;
+  ComPtr<IConnectionPoint> point_;
+  DWORD cookie_ = 0;
+};
+
+// An add-in that writes its calls to a log: "OnConnection 1", "OnDisconnection 0".
+class ProbeAddIn final : public Extensibility2 {
+ public:
+  explicit ProbeAddIn(std::vector<std::wstring>& log) : log_(log) {}
+  virtual ~ProbeAddIn() = default;
+
+  HRESULT answer = S_OK;          // of OnConnection
+  ComPtr<IDispatch> application;  // kept until the caller lets it go
+
+  STDMETHODIMP QueryInterface(REFIID id, void** object) override;
+  STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
+  STDMETHODIMP_(ULONG) Release() override { return --references_; }  // lives on the stack
+  STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
+  STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
+                      UINT*) override {
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP OnConnection(IDispatch* host, ConnectMode mode, IDispatch* addIn,
+                            SAFEARRAY** custom) override;
+  STDMETHODIMP OnDisconnection(DisconnectMode mode, SAFEARRAY** custom) override;
+  STDMETHODIMP OnAddInsUpdate(SAFEARRAY** custom) override;
+  STDMETHODIMP OnStartupComplete(SAFEARRAY** custom) override;
+  STDMETHODIMP OnBeginShutdown(SAFEARRAY** custom) override;
+
+  ULONG References() const { return references_; }
+
+ private:
+  std::vector<std::wstring>& log_;
+  ULONG references_ = 0;
+};
+
+}  // namespace standin::probe

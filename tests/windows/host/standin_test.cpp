@@ -1,0 +1,569 @@
+// The stand-in Outlook is strict where the real one is: a client that breaks a rule must fail here.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "outlook/host.h"
+#include "outlook/ids.h"
+#include "outlook/inspector_window.h"
+#include "outlook/items.h"
+#include "probe.h"
+#include "temp_folder.h"
+
+namespace standin {
+namespace {
+
+using namespace probe;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+constexpr HRESULT kItemGone = static_cast<HRESULT>(0x8004010A);
+
+MessageData SampleMessage() {
+  MessageData message;
+  message.subject = L"Site report";
+  message.senderName = L"Site office";
+  message.senderAddress = L"site@contractor.example";
+  message.body = L"First line\r\nSecond line";
+  message.recipients = {{RecipientKind::kTo, L"Project office", L"office@engineers.example"}};
+  return message;
+}
+
+ComPtr<IDispatch> CurrentItem(const Host& host) {
+  const ComPtr<IDispatch> inspector = Call(host.Application(), L"ActiveInspector").Object();
+  return As(Get(inspector, L"CurrentItem").Object(), kMailItemId);
+}
+
+ComPtr<IDispatch> Bars(const Host& host) {
+  return Get(Call(host.Application(), L"ActiveInspector").Object(), L"CommandBars").Object();
+}
+
+// Adds a button with the tag to the "Standard" bar of the active inspector.
+ComPtr<IDispatch> AddButton(const Host& host, const wchar_t* tag, bool temporary = true) {
+  const ComPtr<IDispatch> bar = Get(Bars(host), L"Item", List(Variant::Text(L"standard"))).Object();
+  const ComPtr<IDispatch> control =
+      Call(Get(bar, L"Controls").Object(), L"Add",
+           List(Variant::Long(1), Variant::Missing(), Variant::Missing(), Variant::Long(4),
+                Variant::Bool(temporary)))
+          .Object();
+  Put(control, L"Tag", Variant::Text(tag));
+  return control;
+}
+
+// A sink that counts its references only.
+struct CountingSink final : IDispatch {
+  ULONG references = 0;
+  virtual ~CountingSink() = default;
+  STDMETHODIMP QueryInterface(REFIID, void** object) override {
+    *object = this;
+    ++references;
+    return S_OK;
+  }
+  STDMETHODIMP_(ULONG) AddRef() override { return ++references; }
+  STDMETHODIMP_(ULONG) Release() override { return --references; }
+  STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
+  STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
+                      UINT*) override {
+    return S_OK;
+  }
+};
+
+TEST(CallingRules, BrokenCallsFailWithTheRightCode) {
+  Host host;
+  host.Open(SampleMessage());
+  const ComPtr<IDispatch> application = host.Application();
+  const ComPtr<IDispatch> item = CurrentItem(host);
+  constexpr WORD kGet = DISPATCH_PROPERTYGET, kPut = DISPATCH_PROPERTYPUT, kCall = DISPATCH_METHOD;
+  struct Case {
+    const char* name;
+    const ComPtr<IDispatch>& object;
+    DISPID id;
+    WORD flags;
+    std::vector<Variant> arguments;
+    HRESULT expected;
+  };
+  const Case cases[] = {
+      {"unknown number", item, 12345, kGet, {}, DISP_E_MEMBERNOTFOUND},
+      {"get called as a method", item, 61502, kCall, {}, DISP_E_MEMBERNOTFOUND},
+      {"method called as a get", application, 274, kGet, {}, DISP_E_MEMBERNOTFOUND},
+      {"put of a read-only property", item, 62466, kPut, List(Variant::Bool(true)),
+       DISP_E_MEMBERNOTFOUND},
+      {"argument to a method without", item, 61557, kCall, List(Variant::Long(1)),
+       DISP_E_BADPARAMCOUNT},
+      {"required argument not given", item, 61521, kCall, {}, DISP_E_BADPARAMCOUNT},
+      {"required argument left out", item, 61521, kCall, List(Variant::Missing()),
+       DISP_E_PARAMNOTOPTIONAL},
+      {"text where a number belongs", item, 61475, kCall, List(Variant::Text(L"now")),
+       DISP_E_TYPEMISMATCH},
+      {"number where a flag belongs", item, 61468, kPut, List(Variant::Text(L"perhaps")),
+       DISP_E_TYPEMISMATCH},
+      {"number as text converts", item, 55, kPut, List(Variant::Long(7)), S_OK},
+      {"either kind of call is allowed", application, 274, kGet | kCall, {}, S_OK},
+  };
+  for (const Case& c : cases) {
+    std::vector<Variant> arguments;
+    for (const Variant& one : c.arguments) arguments.push_back(Variant::Copy(one.Get()));
+    EXPECT_EQ(Invoke(c.object, c.id, c.flags, std::move(arguments)).hr, c.expected) << c.name;
+  }
+  EXPECT_EQ(Get(item, L"Subjct").hr, DISP_E_UNKNOWNNAME);
+  EXPECT_EQ(Get(item, L"sUBJECT").Text(), L"7");
+}
+
+TEST(CallingRules, NamedArgumentsAreForPutsOnly) {
+  Host host;
+  host.Open(SampleMessage());
+  const ComPtr<IDispatch> item = CurrentItem(host);
+  Variant subject = Variant::Text(L"Changed");
+  VARIANT raw = subject.Get();
+  DISPID name = DISPID_PROPERTYPUT;
+  DISPPARAMS unnamed = {&raw, nullptr, 1, 0};
+  DISPPARAMS named = {&raw, &name, 1, 1};
+  const auto invoke = [&](DISPID id, WORD flags, DISPPARAMS& given, const GUID& reserved) {
+    return item->Invoke(id, reserved, 0, flags, &given, nullptr, nullptr, nullptr);
+  };
+  EXPECT_EQ(invoke(55, DISPATCH_PROPERTYPUT, unnamed, GUID{}), DISP_E_PARAMNOTFOUND);
+  EXPECT_EQ(invoke(61521, DISPATCH_METHOD, named, GUID{}), DISP_E_NONAMEDARGS);
+  EXPECT_EQ(invoke(55, DISPATCH_PROPERTYPUT, named, kMailItemId), DISP_E_UNKNOWNINTERFACE);
+  EXPECT_EQ(Get(item, L"Subject").Text(), L"Site report");
+}
+
+TEST(CallingRules, ArgumentsComeInReverseOrder) {
+  Host host;
+  TempFolder folder;
+  host.Open(SampleMessage());
+  const ComPtr<IDispatch> item = CurrentItem(host);
+  Variant path = Variant::Text(folder / L"a.msg");
+  Variant type = Variant::Long(3);
+  VARIANT declared[] = {path.Get(), type.Get()};
+  DISPPARAMS given = {declared, nullptr, 2, 0};
+  EXPECT_LT(item->Invoke(61521, GUID{}, 0, DISPATCH_METHOD, &given, nullptr, nullptr, nullptr), 0);
+  EXPECT_THAT(folder.Files(), IsEmpty());
+  std::swap(declared[0], declared[1]);
+  EXPECT_EQ(item->Invoke(61521, GUID{}, 0, DISPATCH_METHOD, &given, nullptr, nullptr, nullptr),
+            S_OK);
+  EXPECT_THAT(folder.Files(), ElementsAre(L"a.msg"));
+}
+
+TEST(CallingRules, ANumberMeansSomethingWithItsInterfaceOnly) {
+  Host host;
+  host.Open(SampleMessage());
+  const ComPtr<IDispatch> control = AddButton(host, L"T");
+  const ComPtr<IDispatch> button = As(control, kCommandBarButtonId);
+  constexpr DISPID kStyle = 1610940426;
+  constexpr WORD kPut = DISPATCH_PROPERTYPUT;
+  EXPECT_EQ(Invoke(control, kStyle, kPut, List(Variant::Long(3))).hr, DISP_E_MEMBERNOTFOUND);
+  EXPECT_EQ(Put(control, L"FaceId", Variant::Long(325)).hr, DISP_E_UNKNOWNNAME);
+  EXPECT_EQ(Invoke(button, kStyle, kPut, List(Variant::Long(3))).hr, S_OK);
+  EXPECT_EQ(Get(button, L"Style").Long(), 3);
+  EXPECT_EQ(Put(button, L"Caption", Variant::Text(L"Both")).hr, S_OK);
+  EXPECT_EQ(Get(control, L"Caption").Text(), L"Both");
+  EXPECT_FALSE(As(control, kMailItemId));
+
+  // 8451 closes an inspector and lists the folders of a name space.
+  const ComPtr<IDispatch> session =
+      Call(host.Application(), L"GetNamespace", List(Variant::Text(L"MAPI"))).Object();
+  EXPECT_EQ(Invoke(session, 8451, DISPATCH_METHOD, List(Variant::Long(0))).hr,
+            DISP_E_MEMBERNOTFOUND);
+}
+
+TEST(Versions, MembersEditorsAndTextsDiffer) {
+  struct Case {
+    int version;
+    Editor editor;
+    long editorType;
+    bool word, bodyFormat, senderAddress;
+    const wchar_t* text;
+  };
+  const Case cases[] = {
+      {9, Editor::kText, 1, false, false, false, L"9.0.0.2711"},
+      {9, Editor::kHtml, 2, false, false, false, L"9.0.0.2711"},
+      {10, Editor::kWord, 4, true, true, false, L"10.0.0.2627"},
+      {11, Editor::kText, 1, false, true, true, L"11.0.8173"},
+      {12, Editor::kText, 4, true, true, true, L"12.0.6739.5000"},
+      {16, Editor::kHtml, 4, true, true, true, L"16.0.0.4266"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(testing::Message() << c.version << ", editor " << static_cast<int>(c.editor));
+    Options options;
+    options.version = c.version;
+    Host host(options);
+    host.Open(SampleMessage(), true, ItemKind::kMail, c.editor);
+    const ComPtr<IDispatch> inspector = Call(host.Application(), L"ActiveInspector").Object();
+    const ComPtr<IDispatch> item = CurrentItem(host);
+    EXPECT_EQ(Get(host.Application(), L"Version").Text(), c.text);
+    EXPECT_EQ(Get(inspector, L"EditorType").Long(), c.editorType);
+    EXPECT_EQ(Call(inspector, L"IsWordMail").Bool(), c.word);
+    EXPECT_EQ(Get(item, L"BodyFormat").hr == S_OK, c.bodyFormat);
+    EXPECT_EQ(Invoke(item, 3103, DISPATCH_PROPERTYGET).hr,
+              c.senderAddress ? S_OK : DISP_E_MEMBERNOTFOUND);
+  }
+}
+
+TEST(Collections, CountFromOne) {
+  Host host;
+  MessageData message = SampleMessage();
+  message.attachments = {{L"plan.pdf", L"application/pdf", L"", "%PDF"}};
+  host.Open(message);
+  const ComPtr<IDispatch> item = CurrentItem(host);
+  const ComPtr<IDispatch> standard =
+      Get(Get(Bars(host), L"Item", List(Variant::Long(2))).Object(), L"Controls").Object();
+  struct Case {
+    const char* name;
+    ComPtr<IDispatch> collection;
+    WORD flags;
+  };
+  const Case cases[] = {
+      {"attachments", Get(item, L"Attachments").Object(), DISPATCH_METHOD},
+      {"recipients", Get(item, L"Recipients").Object(), DISPATCH_METHOD},
+      {"inspectors", Get(host.Application(), L"Inspectors").Object(), DISPATCH_METHOD},
+      {"controls", standard, DISPATCH_PROPERTYGET},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    const auto at = [&](long index) {
+      return c.flags == DISPATCH_METHOD ? Call(c.collection, L"Item", List(Variant::Long(index)))
+                                        : Get(c.collection, L"Item", List(Variant::Long(index)));
+    };
+    const long count = Get(c.collection, L"Count").Long();
+    ASSERT_GE(count, 1);
+    EXPECT_TRUE(at(1).Object());
+    EXPECT_TRUE(at(count).Object());
+    EXPECT_EQ(at(0).hr, DISP_E_EXCEPTION);
+    EXPECT_EQ(at(count + 1).hr, DISP_E_EXCEPTION);
+  }
+}
+
+TEST(Items, AnUnsentItemIsGoneAfterSend) {
+  Host host;
+  Inspector& inspector = host.Open(SampleMessage(), false);
+  const ComPtr<IDispatch> shown = Call(host.Application(), L"ActiveInspector").Object();
+  const ComPtr<IDispatch> item = CurrentItem(host);
+  std::vector<std::wstring> log;
+  const Listener itemEvents(item, kItemEventsId, L"Item", log);
+  const Listener inspectorEvents(shown, kInspectorEventsId, L"Inspector", log);
+  ASSERT_EQ(Call(item, L"Send").hr, S_OK);
+
+  EXPECT_THAT(log, ElementsAre(L"Item.61445", L"Item.61444", L"Inspector.61448"));
+  EXPECT_FALSE(inspector.IsOpen());
+  EXPECT_EQ(inspector.Window(), nullptr);
+  EXPECT_FALSE(Call(host.Application(), L"ActiveInspector").Object());
+  for (const wchar_t* member : {L"Subject", L"Class", L"Sent", L"Attachments", L"HTMLBody"}) {
+    EXPECT_EQ(Get(item, member).code, kItemGone) << testing::PrintToString(member);
+  }
+  EXPECT_EQ(Call(item, L"Send").code, kItemGone);
+  EXPECT_EQ(Put(item, L"Body", Variant::Text(L"late")).code, kItemGone);
+  EXPECT_EQ(Get(shown, L"CommandBars").hr, DISP_E_EXCEPTION);
+  ASSERT_EQ(host.SentMessages().size(), 1u);
+  EXPECT_EQ(host.SentMessages()[0].subject, L"Site report");
+}
+
+TEST(Items, SendCanBeRefusedAndCancelled) {
+  Host host;
+  MessageData nobody = SampleMessage();
+  nobody.recipients.clear();
+  host.Open(nobody, false);
+  EXPECT_EQ(Call(CurrentItem(host), L"Send").hr, DISP_E_EXCEPTION);
+
+  host.Open(SampleMessage(), false);
+  const ComPtr<IDispatch> item = CurrentItem(host);
+  std::vector<std::wstring> log;
+  Listener events(item, kItemEventsId, L"Item", log);
+  events.cancelled = 61445;
+  EXPECT_EQ(Call(item, L"Send").code, E_ABORT);
+  EXPECT_EQ(Get(item, L"Subject").Text(), L"Site report");
+  EXPECT_THAT(host.SentMessages(), IsEmpty());
+}
+
+TEST(Items, BodiesFollowEachOther) {
+  Host host;
+  host.Open(SampleMessage());
+  const ComPtr<IDispatch> item = CurrentItem(host);
+  const std::wstring generated = Get(item, L"HTMLBody").Text();
+  EXPECT_NE(generated.find(L"First line<BR>"), std::wstring::npos);
+  EXPECT_NE(generated.find(L"</BODY>"), std::wstring::npos);
+  EXPECT_EQ(Get(item, L"Body").Text(), L"First line\r\nSecond line");
+
+  Put(item, L"HTMLBody",
+      Variant::Text(L"<html><head><style>p{}</style></head><body><p>a &lt;\r\n b</p>c</body>"));
+  EXPECT_EQ(Get(item, L"Body").Text(), L"a < b\r\nc");
+  Put(item, L"Body", Variant::Text(L"x < y"));
+  EXPECT_NE(Get(item, L"HTMLBody").Text().find(L"x &lt; y"), std::wstring::npos);
+}
+
+TEST(Items, NoDateIsIn4501) {
+  SYSTEMTIME time = {};
+  VariantTimeToSystemTime(ModelDate(std::nullopt), &time);
+  EXPECT_EQ(time.wYear, 4501);
+  EXPECT_EQ(time.wMonth, 1);
+  EXPECT_EQ(time.wDay, 1);
+}
+
+TEST(Inspectors, OpenAnnouncesAndActivates) {
+  Host host;
+  std::vector<std::wstring> log;
+  ComPtr<IDispatch> announced;
+  Listener inspectors(Get(host.Application(), L"Inspectors").Object(), kInspectorsEventsId,
+                      L"Inspectors", log);
+  std::unique_ptr<Listener> first;
+  inspectors.during = [&](DISPID, const DISPPARAMS& given) {
+    announced = given.rgvarg[0].pdispVal;
+    EXPECT_TRUE(Get(announced, L"CurrentItem").Object());
+    if (!first) first = std::make_unique<Listener>(announced, kInspectorEventsId, L"First", log);
+  };
+  Inspector& one = host.Open(SampleMessage());
+  host.Open(SampleMessage(), true, ItemKind::kAppointment);
+  EXPECT_EQ(Get(Get(announced, L"CurrentItem").Object(), L"Class").Long(), 26);
+  EXPECT_EQ(host.Core().Active().get(), host.Core().OpenInspectors()[1].get());
+  host.Close(*host.Core().OpenInspectors()[1]);
+  EXPECT_EQ(host.Core().Active().get(), &one);
+  host.Close(one);
+  EXPECT_FALSE(Call(host.Application(), L"ActiveInspector").Object());
+  EXPECT_THAT(log, ElementsAre(L"Inspectors.61441", L"First.61441", L"Inspectors.61441",
+                               L"First.61446", L"First.61441", L"First.61448"));
+}
+
+TEST(Inspectors, CloseCanBeCancelledAndNotNested) {
+  Host host;
+  Inspector& inspector = host.Open(SampleMessage());
+  const ComPtr<IDispatch> item = CurrentItem(host);
+  std::vector<std::wstring> log;
+  Listener events(item, kItemEventsId, L"Item", log);
+  events.cancelled = 61444;
+  EXPECT_FALSE(host.Close(inspector));
+  EXPECT_TRUE(inspector.IsOpen());
+  events.cancelled = 0;
+  events.during = [&](DISPID, const DISPPARAMS&) {
+    EXPECT_EQ(Call(item, L"Close", List(Variant::Long(1))).hr, DISP_E_EXCEPTION);
+  };
+  EXPECT_TRUE(host.Close(inspector));
+}
+
+TEST(CommandBars, AnOutOfRangePositionFails) {
+  Host host;
+  host.Open(SampleMessage());
+  const ComPtr<IDispatch> bar = Get(Bars(host), L"Item", List(Variant::Text(L"Standard"))).Object();
+  const ComPtr<IDispatch> controls = Get(bar, L"Controls").Object();
+  const long count = Get(controls, L"Count").Long();
+  const auto add = [&](long type, long before) {
+    return Call(controls, L"Add",
+                List(Variant::Long(type), Variant::Missing(), Variant::Missing(),
+                     Variant::Long(before), Variant::Bool(true)));
+  };
+  for (const long before : {0L, -1L, count + 1}) {
+    EXPECT_EQ(add(1, before).code, E_INVALIDARG) << before;
+  }
+  EXPECT_EQ(add(0, 1).code, E_INVALIDARG);
+  const ComPtr<IDispatch> added = add(1, 4).Object();
+  ASSERT_TRUE(added);
+  EXPECT_EQ(Get(added, L"Index").Long(), 4);
+  EXPECT_EQ(Get(controls, L"Count").Long(), count + 1);
+  EXPECT_EQ(Get(Bars(host), L"Item", List(Variant::Text(L"Nonsense"))).code, E_INVALIDARG);
+  EXPECT_EQ(Call(Bars(host), L"FindControl",
+                 List(Variant::Missing(), Variant::Missing(), Variant::Text(L"T"),
+                      Variant::Missing(), Variant::Bool(true)))
+                .hr,
+            DISP_E_BADPARAMCOUNT);
+}
+
+TEST(CommandBars, OnlyPermanentControlsComeBack) {
+  Host host;
+  Inspector& first = host.Open(SampleMessage());
+  const ComPtr<IDispatch> kept = AddButton(host, L"Stays", false);
+  AddButton(host, L"Goes");
+  host.Close(first);
+  EXPECT_EQ(Get(kept, L"Caption").hr, DISP_E_EXCEPTION);
+  Inspector& second = host.Open(SampleMessage());
+  EXPECT_TRUE(second.FindByTag(L"Stays"));
+  EXPECT_FALSE(second.FindByTag(L"Goes"));
+}
+
+TEST(CommandBars, ANoteHasNoneAndSomeBuildsHaveThemLate) {
+  Options late;
+  late.commandBarsFromActivate = true;
+  Host host(late);
+  std::vector<std::wstring> log;
+  HRESULT early = S_OK;
+  Listener inspectors(Get(host.Application(), L"Inspectors").Object(), kInspectorsEventsId,
+                      L"Inspectors", log);
+  inspectors.during = [&](DISPID, const DISPPARAMS& given) {
+    early = Get(ComPtr<IDispatch>(given.rgvarg[0].pdispVal), L"CommandBars").hr;
+  };
+  host.Open(SampleMessage());
+  EXPECT_EQ(early, DISP_E_EXCEPTION);
+  EXPECT_TRUE(Bars(host));
+  host.Open(SampleMessage(), true, ItemKind::kNote);
+  EXPECT_FALSE(Bars(host));
+}
+
+TEST(CommandBars, AClickReachesEverySinkOfTheTag) {
+  Host host;
+  std::vector<std::wstring> log;
+  Inspector& first = host.Open(SampleMessage());
+  const ComPtr<IDispatch> one = AddButton(host, L"T");
+  Inspector& second = host.Open(SampleMessage());
+  const ComPtr<IDispatch> two = AddButton(host, L"T");
+  const ComPtr<IDispatch> other = AddButton(host, L"Other");
+  Listener firstSink(one, kCommandBarButtonEventsId, L"One", log);
+  const Listener secondSink(two, kCommandBarButtonEventsId, L"Two", log);
+  const Listener otherSink(other, kCommandBarButtonEventsId, L"Other", log);
+  firstSink.during = [](DISPID, const DISPPARAMS& given) {
+    ASSERT_EQ(given.cArgs, 2u);
+    EXPECT_EQ(V_VT(&given.rgvarg[0]), VT_BYREF | VT_BOOL);
+    EXPECT_EQ(Get(ComPtr<IDispatch>(given.rgvarg[1].pdispVal), L"FaceId").hr, S_OK);
+  };
+  EXPECT_TRUE(host.Click(second, L"T"));
+  EXPECT_THAT(log, ElementsAre(L"One.1", L"Two.1"));
+  log.clear();
+  host.Close(first);
+  EXPECT_TRUE(host.Click(second, L"T"));
+  EXPECT_THAT(log, ElementsAre(L"Two.1"));
+  Call(two, L"Delete");
+  EXPECT_FALSE(host.Click(second, L"T"));
+}
+
+// A press of the real child window is a click, also when the sink closes the window under it.
+TEST(CommandBars, TheButtonInTheWindowClicks) {
+  Host host;
+  std::vector<std::wstring> log;
+  Inspector& inspector = host.Open(SampleMessage());
+  const ComPtr<IDispatch> control = AddButton(host, L"T");
+  Put(control, L"Caption", Variant::Text(L"&File it"));
+  PumpMessages();
+  const HWND button = FindWindowExW(inspector.Window()->Handle(), nullptr, L"BUTTON", L"&File it");
+  ASSERT_TRUE(button);
+  Listener sink(control, kCommandBarButtonEventsId, L"Button", log);
+  sink.during = [&](DISPID, const DISPPARAMS&) { host.Close(inspector); };
+  SendMessageW(button, BM_CLICK, 0, 0);
+  EXPECT_THAT(log, ElementsAre(L"Button.1"));
+  EXPECT_FALSE(IsWindow(button));
+}
+
+TEST(AddIns, AreToldOfStartAndEndAsTheVersionDoes) {
+  struct Case {
+    int version;
+    ConnectMode mode;
+    bool notified;
+    std::vector<std::wstring> expected;
+  };
+  const std::vector<std::wstring> whole = {L"OnConnection 1", L"OnStartupComplete", L"App.61447",
+                                           L"OnBeginShutdown", L"OnDisconnection 0"};
+  const Case cases[] = {
+      {9, ConnectMode::kStartup, false, whole},
+      {12, ConnectMode::kStartup, false, whole},
+      {14, ConnectMode::kStartup, true, whole},
+      {14, ConnectMode::kStartup, false, {L"OnConnection 1", L"OnStartupComplete", L"App.61447"}},
+      {11,
+       ConnectMode::kAfterStartup,
+       false,
+       {L"OnConnection 0", L"App.61447", L"OnBeginShutdown", L"OnDisconnection 0"}},
+  };
+  for (const Case& c : cases) {
+    Options options;
+    options.version = c.version;
+    std::vector<std::wstring> log;
+    ProbeAddIn addIn(log);
+    Host host(options);
+    ASSERT_EQ(host.Connect(&addIn, c.mode, c.notified), S_OK);
+    {
+      const Listener events(addIn.application, kApplicationEventsId, L"App", log);
+      host.Quit();
+    }
+    EXPECT_EQ(log, c.expected) << c.version;
+    addIn.application.Reset();
+    EXPECT_THAT(host.Leaks(), IsEmpty());
+    EXPECT_EQ(addIn.References(), 0u);
+  }
+}
+
+TEST(AddIns, CanFailAndBeDisconnected) {
+  std::vector<std::wstring> log;
+  ProbeAddIn failing(log), good(log);
+  failing.answer = E_FAIL;
+  Host host;
+  EXPECT_EQ(host.Connect(&failing, ConnectMode::kStartup), E_FAIL);
+  EXPECT_EQ(failing.References(), 0u);
+  failing.application.Reset();
+  log.clear();
+  ASSERT_EQ(host.Connect(&good, ConnectMode::kStartup), S_OK);
+  host.DisconnectAddIns();
+  host.Quit();
+  EXPECT_THAT(log, ElementsAre(L"OnConnection 1", L"OnStartupComplete", L"OnDisconnection 1"));
+  EXPECT_THAT(host.Leaks(), IsEmpty());
+}
+
+TEST(Watching, AHeldObjectIsNamed) {
+  Host host;
+  host.Open(SampleMessage());
+  ComPtr<IDispatch> item = CurrentItem(host);
+  const ComPtr<IDispatch> again = item;
+  host.Quit();
+  ASSERT_EQ(host.Leaks().size(), 1u);
+  EXPECT_EQ(host.Leaks()[0].name, L"MailItem");
+  EXPECT_EQ(host.Leaks()[0].references, 2u);
+}
+
+TEST(Watching, AHeldObjectOutlivesTheHost) {
+  ComPtr<IDispatch> inspector;
+  {
+    Host host;
+    host.Open(SampleMessage());
+    inspector = Call(host.Application(), L"ActiveInspector").Object();
+  }
+  EXPECT_EQ(Get(inspector, L"CurrentItem").hr, DISP_E_EXCEPTION);
+}
+
+// Outlook raises nothing through an object that was let go of, subscribed or not.
+TEST(Watching, ASinkEndsWithTheObjectItWasGivenTo) {
+  Host host;
+  Inspector& inspector = host.Open(SampleMessage());
+  std::vector<std::wstring> log;
+  const Listener other(CurrentItem(host), kItemEventsId, L"Other", log);
+  ComPtr<IDispatch> item = CurrentItem(host);
+  ComPtr<IConnectionPointContainer> container;
+  ComPtr<IConnectionPoint> point;
+  ASSERT_EQ(item.As(&container), S_OK);
+  ASSERT_EQ(container->FindConnectionPoint(kItemEventsId, &point), S_OK);
+  DWORD cookie = 0;
+  CountingSink sink;
+  ASSERT_EQ(point->Advise(&sink, &cookie), S_OK);
+  point.Reset();
+  container.Reset();
+  item.Reset();
+  EXPECT_EQ(sink.references, 0u);
+  host.Close(inspector);
+  EXPECT_THAT(log, ElementsAre(L"Other.61444"));
+}
+
+TEST(Watching, CallsAreLoggedAndCanBeMadeToFail) {
+  Host host;
+  host.Open(SampleMessage());
+  const ComPtr<IDispatch> item = CurrentItem(host);
+  const std::size_t before = host.Calls().size();
+  host.FailMember(L"MailItem.Subject", E_ACCESSDENIED);
+  EXPECT_EQ(Get(item, L"Subject").code, E_ACCESSDENIED);
+  EXPECT_EQ(Get(item, L"Subject").hr, S_OK);
+  Put(item, L"Subject", Variant::Text(L"Two\r\nlines"));
+  const std::vector<std::wstring> calls = host.Calls();
+  EXPECT_EQ(calls[before], L"MailItem.Subject");
+  EXPECT_EQ(calls.back(), L"MailItem.Subject=Two  lines");
+
+  // QueryInterface, FindConnectionPoint and Advise count as calls.
+  for (const std::size_t n : {1u, 2u, 3u}) {
+    host.FailCall(n, RPC_E_DISCONNECTED);
+    ComPtr<IConnectionPointContainer> container;
+    ComPtr<IConnectionPoint> point;
+    CountingSink sink;
+    DWORD cookie = 0;
+    HRESULT last = item.As(&container);
+    if (container) last = container->FindConnectionPoint(kItemEventsId, &point);
+    if (point) last = point->Advise(&sink, &cookie);
+    EXPECT_EQ(last, RPC_E_DISCONNECTED) << n;
+    EXPECT_EQ((container ? 1 : 0) + (point ? 1 : 0), static_cast<int>(n) - 1);
+    EXPECT_EQ(sink.references, 0u);
+  }
+}
+
+}  // namespace
+}  // namespace standin
