@@ -1,4 +1,5 @@
 #include "controller/clsPostrove.h"
+#include "data/label_places.h"
 #include "outlook/IclsOutlook.h"
 #include "outlook/office/ids.h"
 #include "shared/text.h"
@@ -22,12 +23,17 @@ void clsPostrove::mcbPostroveMenuButton_Click() {
     return;
   }
   const bool shown = Reporting(*utility_, L"clsPostrove", L"PostroveMenuButton_Click()", [this] {
+    GetProjectList();
     const office::MailItem mail = TakeActiveMessage();
     const auto form = std::make_shared<forms::frmPostrove>(weak_from_this());
     frmPostroveEvent_ = form;
     PrepareFrom(mail.Subject());
     form->lblFormTitle.SetText(L"Postrove " + WorkUnit + L" EMail and File Location");
     form->lblProjectLabel.SetText(WorkUnit + L": ");
+    form->lblFolderLabel.SetText(
+        Label(labels::kSaveDialog, labels::kFolderCaption, form->lblFolderLabel.Text()));
+    form->lblNameLabel.SetText(
+        Label(labels::kSaveDialog, labels::kNameCaption, form->lblNameLabel.Text()));
     ArrangeForm(*form);
     filling_ = true;
     FillProjectCombo(form->cboPostrove);

@@ -7,8 +7,10 @@
 #include <vector>
 
 #include "controller/shared_objects.h"
+#include "data/label_file.h"
 #include "forms/frmFolderMessage.h"
 #include "forms/frmPostrove.h"
+#include "forms/frmSetup.h"
 #include "forms/kit/form_host.h"
 #include "outlook/clsRegistry.h"
 #include "outlook/office/outlook.h"
@@ -140,7 +142,26 @@ class clsPostrove final : public forms::frmPostroveEvents,
 
   void Class_Initialize(clsRegistry& registry);
   void ReadDefaults();
-  std::wstring LocalIniFile() const;
+  std::wstring LocalFile(const wchar_t* name) const;
+  std::wstring LocalIniFile() const { return LocalFile(L"Postrove.ini"); }
+  void WriteSetup(const std::wstring& key, const std::wstring& value, const std::wstring& file);
+  void WriteSetupToBoth(const std::wstring& key, const std::wstring& value,
+                        const std::wstring& first, const std::wstring& second);
+  bool IsKnownWorkUnit(const std::wstring& name);
+  std::wstring WriteDefault(int index, const forms::frmSetup& setup);
+
+  void ReadSharedDatabaseSettings();
+  void ReadOwnDatabaseSettings();
+  void SearchForDatabase();
+
+  // What to do about a file that is to move: a folder that already holds one of its name is asked
+  // about, and never is that one replaced.
+  enum class Move { Copy, UseExisting, Refused };
+  Move PlanMove(const std::wstring& file, const std::wstring& folder, const std::wstring& name);
+  std::wstring FreeDatedName(const std::wstring& folder) const;
+
+  // A label text, or `fallback` when the label file has none there.
+  std::wstring Label(std::size_t block, std::size_t index, const std::wstring& fallback) const;
   std::wstring ReadSetup(const std::wstring& key, const std::wstring& defaultValue,
                          const std::wstring& file);
 
@@ -164,7 +185,7 @@ class clsPostrove final : public forms::frmPostroveEvents,
                                 const std::wstring& name, const std::wstring& instructions);
 
   static bool CheckRequired(forms::Control& box, forms::Control& caption, forms::Control& marker);
-  void ShowHint(const wchar_t* hint);
+  void ShowHint(std::size_t label, const wchar_t* fallback);
 
   // Runs a handler of the save dialog with that form; nothing when none is open.
   void WithForm(const wchar_t* procedure,
@@ -181,6 +202,8 @@ class clsPostrove final : public forms::frmPostroveEvents,
   std::wstring settingsFolder_;
   bool quillionInstalled_ = false;
   bool useQuillion_ = false;
+  bool databaseFound_ = false;
+  LabelTable labels_;
 
   office::CommandBarButton mcbPostroveMenuButton_;
   office::Subscription buttonEvents_;

@@ -1,7 +1,6 @@
 #include "controller/clsPostrove.h"
 #include "outlook/inspector_button.h"
 #include "outlook/office/ids.h"
-#include "shared/text.h"
 
 namespace postrove {
 
@@ -48,49 +47,6 @@ void clsPostrove::Class_Initialize(clsRegistry& registry) {
   quillionInstalled_ = utility_->FolderExists(gProgramFiles_ + L"\\Quillion");
   useQuillion_ = quillionInstalled_ && ReadsAsTrue(ReadSetup(L"UseQuillion", L"1", LocalIniFile()));
   LocateSettingsFile();
-}
-
-std::wstring clsPostrove::LocalIniFile() const {
-  return gCommonAppData_ + L"\\Postrove\\Postrove.ini";
-}
-
-std::wstring clsPostrove::ReadSetup(const std::wstring& key, const std::wstring& defaultValue,
-                                    const std::wstring& file) {
-  return utility_->ReadSetting(L"Postrove", L"Setup", key, defaultValue, file);
-}
-
-void clsPostrove::LocateSettingsFile() {
-  std::wstring name;
-  if (useQuillion_) {
-    if (utility_->FolderExists(gCommonAppData_ + L"\\Quillion")) {
-      settingsFolder_ = gCommonAppData_ + L"\\Quillion\\";
-      name = L"Qulln.ini";
-    } else {
-      settingsFolder_ = gProgramFiles_ + L"\\Quillion\\";
-      name = L"Qulln.txt";
-    }
-  } else {
-    settingsFolder_ =
-        ReadSetup(L"PostroveSettingsPath", gCommonAppData_ + L"\\Postrove\\", LocalIniFile());
-    name = L"Postrove.ini";
-  }
-  utility_->SetIniFile(settingsFolder_ + name);
-  ReadDefaults();
-}
-
-void clsPostrove::ReadDefaults() {
-  const std::wstring& file = utility_->IniFile();
-  if (useQuillion_) {
-    Root = text::NormaliseFolder(
-        utility_->ReadSetting(L"Quillion", L"FilePathsPrj", L"1", L"C:\\", file));
-    ProjDelim = ReadSetup(L"ProjDelim", L"-", file);
-    SubjDelim = ReadSetup(L"SubjDelim", L"=>", file);
-    EmailFolder = text::NormaliseFolder(ReadSetup(L"EmailFolder", L"Corr_Out\\", file));
-  } else {
-    // The delimiters and the e-mail folder keep their start values in this mode.
-    Root = text::NormaliseFolder(ReadSetup(L"Root", L"C:\\", file));
-  }
-  WorkUnit = ReadSetup(L"WorkUnit", L"Project", file);
 }
 
 void clsPostrove::SetPostroveMenuButton(const office::CommandBarButton& button) {

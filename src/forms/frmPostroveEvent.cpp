@@ -1,4 +1,5 @@
 #include "controller/clsPostrove.h"
+#include "data/label_places.h"
 #include "forms/kit/guards.h"
 #include "forms/web_site.h"
 #include "shared/text.h"
@@ -78,13 +79,17 @@ void clsPostrove::frmPostroveEvent_ProjectComboClick() {
   });
 }
 
-void clsPostrove::frmPostroveEvent_ProjectComboGotFocus() { ShowHint(kProjectHint); }
-void clsPostrove::frmPostroveEvent_SaveAsNameGotFocus() { ShowHint(kNameHint); }
-void clsPostrove::frmPostroveEvent_SaveFolderGotFocus() { ShowHint(kFolderHint); }
+void clsPostrove::frmPostroveEvent_ProjectComboGotFocus() {
+  ShowHint(labels::kProjectHint, kProjectHint);
+}
+void clsPostrove::frmPostroveEvent_SaveAsNameGotFocus() { ShowHint(labels::kNameHint, kNameHint); }
+void clsPostrove::frmPostroveEvent_SaveFolderGotFocus() {
+  ShowHint(labels::kFolderHint, kFolderHint);
+}
 
-void clsPostrove::ShowHint(const wchar_t* hint) {
+void clsPostrove::ShowHint(std::size_t label, const wchar_t* fallback) {
   WithForm(L"ShowHint()", [&](forms::frmPostrove& form) {
-    form.rtfFieldHints.SetText(std::wstring(L"\r\nHint:") + L" " + hint);
+    form.rtfFieldHints.SetText(L"\r\nHint: " + Label(labels::kSaveDialog, label, fallback));
   });
 }
 

@@ -1,6 +1,7 @@
 #include "shared/clsSharedUtil.h"
 
 #include "data/ini_text.h"
+#include "data/text_encoding.h"
 #include "shared/text.h"
 
 namespace postrove {
@@ -57,6 +58,34 @@ void clsSharedUtil::WriteSetting(const std::wstring& /*application*/, const std:
   });
 }
 
+std::optional<TextStream> clsSharedUtil::OpenTextFile(const std::wstring& path) {
+  std::string bytes;
+  if (!LoadFile(path, &bytes)) return std::nullopt;
+  const DetectedEncoding detected = DetectEncoding(bytes);
+  return TextStream(DecodeText(std::string_view(bytes).substr(detected.markSize), detected.encoding,
+                               SystemCodePage()));
+}
+
+void clsSharedUtil::AppendLine(const std::wstring& path, const std::wstring& line) {
+  if (FileSize(path) < 0) {
+    throw Error(kFileNotFound, L"clsSharedUtil", L"File not found: \"" + path + L"\".");
+  }
+  UpdateFile(path, [&](const std::string& bytes) {
+    const CodePage codePage = SystemCodePage();
+    const DetectedEncoding detected = DetectEncoding(bytes);
+    const std::wstring text =
+        DecodeText(std::string_view(bytes).substr(detected.markSize), detected.encoding, codePage);
+    const bool lineOpen = !text.empty() && text.back() != L'\n' && text.back() != L'\r';
+    const std::wstring added = (lineOpen ? L"\r\n" : L"") + line + L"\r\n";
+    const std::string spelled = EncodeText(added, detected.encoding, codePage);
+    if (DecodeText(spelled, detected.encoding, codePage) != added) {
+      // The code page lacks a character of the line.
+      return std::string(kUtf8Mark) + text::ToUtf8(text + added);
+    }
+    return bytes + spelled;
+  });
+}
+
 std::wstring clsSharedUtil::MakeFileName(const std::wstring& text, std::size_t maxUnits) {
   return CleanFileName(text, maxUnits);
 }
@@ -72,7 +101,7 @@ void clsSharedUtil::ReportError(const Error& error, const std::wstring& module,
   }
 }
 
-ini::CodePage clsSharedUtil::SystemCodePage() {
+CodePage clsSharedUtil::SystemCodePage() {
   return {[this](const std::string& bytes) { return FromCodePage(bytes); },
           [this](const std::wstring& text) { return ToCodePage(text); }};
 }

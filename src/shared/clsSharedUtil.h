@@ -2,16 +2,16 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <string>
 
+#include "data/text_stream.h"
 #include "shared/error.h"
 #include "shared/file_name.h"
 
 namespace postrove {
 
-namespace ini {
 struct CodePage;
-}
 
 enum class MessageButtons { Ok, YesNo };
 enum class MessageIcon { Information, Question, Error };
@@ -57,6 +57,19 @@ class clsSharedUtil {
   // (a drive's root keeps its own), or empty text when the user cancels.
   virtual std::wstring BrowseForFolder(const std::wstring& prompt) = 0;
 
+  // Copies a file, with its folder made as needed, to a path where none is yet. Throws Error; what
+  // was begun there is then removed.
+  virtual void DuplicateFile(const std::wstring& from, const std::wstring& to) = 0;
+
+  // True when both files can be read to their ends and hold the same bytes.
+  virtual bool FilesAreEqual(const std::wstring& one, const std::wstring& other) = 0;
+
+  // Removes a file; a read-only one as well. Throws Error when it is still there.
+  virtual void RemoveFile(const std::wstring& path) = 0;
+
+  // The local date as "YYYYMMDD".
+  virtual std::wstring Today() = 0;
+
   // A drive root such as "C:\".
   virtual DriveKind DriveType(const std::wstring& root) = 0;
 
@@ -81,6 +94,13 @@ class clsSharedUtil {
   void WriteSetting(const std::wstring& application, const std::wstring& section,
                     const std::wstring& key, const std::wstring& value, const std::wstring& file);
 
+  // The lines of a text file, or nothing when it does not exist or cannot be read.
+  std::optional<TextStream> OpenTextFile(const std::wstring& path);
+
+  // Appends one line to a text file, which is not made: throws Error 53 when it is missing, and
+  // Error when it cannot be written.
+  void AppendLine(const std::wstring& path, const std::wstring& line);
+
   // A name that Windows accepts for a file (shared/file_name.h).
   std::wstring MakeFileName(const std::wstring& text, std::size_t maxUnits = kMaxNameUnits);
 
@@ -103,7 +123,7 @@ class clsSharedUtil {
   virtual std::string ToCodePage(const std::wstring& text) = 0;
 
  private:
-  ini::CodePage SystemCodePage();
+  CodePage SystemCodePage();
 
   std::wstring iniFile_;
 };

@@ -99,6 +99,21 @@ class FakeSharedUtil : public clsSharedUtil {
     }
     Fail(L"Cannot make the folder", folder);
   }
+  void DuplicateFile(const std::wstring& from, const std::wstring& to) override {
+    const std::optional<std::string> bytes = File(from);
+    if (NextOperationFails() || !bytes || Find(to) || !Find(Root(to))) {
+      Fail(L"Cannot copy the file to", to);
+    }
+    AddFile(to, *bytes);
+  }
+  bool FilesAreEqual(const std::wstring& one, const std::wstring& other) override {
+    return !NextOperationFails() && File(one) && File(one) == File(other);
+  }
+  void RemoveFile(const std::wstring& path) override {
+    if (NextOperationFails() || !File(path)) Fail(L"Cannot delete the file", path);
+    Remove(path);
+  }
+  std::wstring Today() override { return L"20240512"; }
   std::wstring BrowseForFolder(const std::wstring& prompt) override {
     prompts_.push_back(prompt);
     return Take(&picks_, L"folder picker", prompt).value_or(L"");

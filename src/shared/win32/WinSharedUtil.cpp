@@ -4,6 +4,7 @@
 
 #include <shellapi.h>
 
+#include "shared/text.h"
 #include "shared/win32/file_update.h"
 #include "shared/win32/folder_picker.h"
 #include "shared/win32/system_error.h"
@@ -172,6 +173,32 @@ class WinSharedUtil final : public clsSharedUtil {
  protected:
   bool LoadFile(const std::wstring& path, std::string* bytes) override {
     return IsFile(Attributes(path)) && LoadWholeFile(path, bytes);
+  }
+
+  void DuplicateFile(const std::wstring& from, const std::wstring& to) override {
+    if (const std::wstring folder = ParentFolder(to); !folder.empty()) CreateFolder(folder);
+    // A failed copy leaves nothing; a file that was there before is not touched.
+    if (!CopyFileW(from.c_str(), to.c_str(), TRUE)) {
+      throw PathError(L"DuplicateFile", L"Cannot copy the file to", to, GetLastError());
+    }
+  }
+
+  bool FilesAreEqual(const std::wstring& one, const std::wstring& other) override {
+    return WholeFilesAreEqual(one, other);
+  }
+
+  void RemoveFile(const std::wstring& path) override {
+    SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+    if (!DeleteFileW(path.c_str())) {
+      throw PathError(L"RemoveFile", L"Cannot delete the file", path, GetLastError());
+    }
+  }
+
+  std::wstring Today() override {
+    SYSTEMTIME now;
+    GetLocalTime(&now);
+    // Four digits, two and two.
+    return text::FromNumber(now.wYear * 10000 + now.wMonth * 100 + now.wDay);
   }
 
   void UpdateFile(const std::wstring& path,

@@ -157,4 +157,27 @@ void UpdateWholeFile(const std::wstring& path,
   Check(Retry([&] { return temporary.RenameTo(path); }), path);
 }
 
+bool WholeFilesAreEqual(const std::wstring& one, const std::wstring& other) {
+  FileHandle files[2];
+  const std::wstring* const paths[] = {&one, &other};
+  for (int i = 0; i < 2; ++i) {
+    if (Open(*paths[i], GENERIC_READ, kShareAll, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN,
+             &files[i]) != ERROR_SUCCESS) {
+      return false;
+    }
+  }
+  constexpr DWORD kBlock = 1 << 20;
+  std::string blocks[2];
+  for (;;) {
+    for (int i = 0; i < 2; ++i) {
+      blocks[i].resize(kBlock);
+      DWORD read = 0;
+      if (!ReadFile(files[i].Get(), blocks[i].data(), kBlock, &read, nullptr)) return false;
+      blocks[i].resize(read);
+    }
+    if (blocks[0] != blocks[1]) return false;
+    if (blocks[0].empty()) return true;
+  }
+}
+
 }  // namespace postrove

@@ -24,4 +24,7 @@ bool LoadWholeFile(const std::wstring& path, std::string* bytes);
 void UpdateWholeFile(const std::wstring& path,
                      const std::function<std::string(const std::string&)>& change);
 
+// True when both files can be read to their ends and hold the same bytes, whatever their size.
+bool WholeFilesAreEqual(const std::wstring& one, const std::wstring& other);
+
 }  // namespace postrove

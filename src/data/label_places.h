@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cstddef>
+
+// Where each label stands in the label file (resources/Postrove.cnt).
+namespace postrove::labels {
+
+// Blocks.
+inline constexpr std::size_t kSaveDialog = 0;
+
+// Labels of the save dialog.
+inline constexpr std::size_t kProjectHint = 0;
+inline constexpr std::size_t kFolderHint = 1;
+inline constexpr std::size_t kNameHint = 2;
+inline constexpr std::size_t kFolderCaption = 3;
+inline constexpr std::size_t kNameCaption = 4;
+
+}  // namespace postrove::labels

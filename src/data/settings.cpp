@@ -1,0 +1,139 @@
+#include "controller/clsPostrove.h"
+#include "shared/text.h"
+
+// The controller's settings: which file is current, what is read from it, and writing one setting.
+namespace postrove {
+
+namespace {
+
+// Fields of the setup dialog.
+enum SetupField {
+  kRootField = 0,
+  kProjDelimField = 1,
+  kSubjDelimField = 2,
+  kEmailFolderField = 3,
+  kDatabaseField = 4,
+  kSettingsField = 5,
+  kWorkUnitField = 6,
+  kUseQuillionField = 7,
+};
+
+}  // namespace
+
+std::wstring clsPostrove::LocalFile(const wchar_t* name) const {
+  return gCommonAppData_ + L"\\Postrove\\" + name;
+}
+
+std::wstring clsPostrove::ReadSetup(const std::wstring& key, const std::wstring& defaultValue,
+                                    const std::wstring& file) {
+  return utility_->ReadSetting(L"Postrove", L"Setup", key, defaultValue, file);
+}
+
+void clsPostrove::WriteSetup(const std::wstring& key, const std::wstring& value,
+                             const std::wstring& file) {
+  utility_->WriteSetting(L"Postrove", L"Setup", key, value, file);
+}
+
+void clsPostrove::WriteSetupToBoth(const std::wstring& key, const std::wstring& value,
+                                   const std::wstring& first, const std::wstring& second) {
+  WriteSetup(key, value, first);
+  WriteSetup(key, value, second);
+}
+
+void clsPostrove::LocateSettingsFile() {
+  std::wstring name;
+  if (useQuillion_) {
+    if (utility_->FolderExists(gCommonAppData_ + L"\\Quillion")) {
+      settingsFolder_ = gCommonAppData_ + L"\\Quillion\\";
+      name = L"Qulln.ini";
+    } else {
+      settingsFolder_ = gProgramFiles_ + L"\\Quillion\\";
+      name = L"Qulln.txt";
+    }
+  } else {
+    settingsFolder_ =
+        ReadSetup(L"PostroveSettingsPath", gCommonAppData_ + L"\\Postrove\\", LocalIniFile());
+    name = L"Postrove.ini";
+  }
+  utility_->SetIniFile(settingsFolder_ + name);
+  GetDataBaseSettings();
+  ReadDefaults();
+  GetProjectList();
+}
+
+void clsPostrove::ReadDefaults() {
+  const std::wstring file = utility_->IniFile();
+  if (useQuillion_) {
+    Root = text::NormaliseFolder(
+        utility_->ReadSetting(L"Quillion", L"FilePathsPrj", L"1", L"C:\\", file));
+    ProjDelim = ReadSetup(L"ProjDelim", L"-", file);
+    SubjDelim = ReadSetup(L"SubjDelim", L"=>", file);
+    EmailFolder = text::NormaliseFolder(ReadSetup(L"EmailFolder", L"Corr_Out\\", file));
+  } else {
+    // The delimiters and the e-mail folder keep their start values in this mode.
+    Root = text::NormaliseFolder(ReadSetup(L"Root", L"C:\\", file));
+  }
+  WorkUnit = ReadSetup(L"WorkUnit", L"Project", file);
+  LoadLabels();
+}
+
+void clsPostrove::PostroveDefaultsSave(int index, const forms::frmSetup& setup) {
+  Reporting(*utility_, L"clsPostrove", L"PostroveDefaultsSave()", [&] {
+    const std::wstring message = WriteDefault(index, setup);
+    LocateSettingsFile();
+    if (!message.empty()) {
+      utility_->ShowMessage(message, L"Postrove Database Location Changed", MessageButtons::Ok,
+                            MessageIcon::Information);
+    }
+  });
+}
+
+// Answers the message to show once everything is reloaded.
+std::wstring clsPostrove::WriteDefault(int index, const forms::frmSetup& setup) {
+  const std::wstring file = utility_->IniFile();
+  const auto typed = [&] { return setup.txtSetup(index).Text(); };
+  const auto folder = [&] { return text::NormaliseFolder(typed()); };
+  switch (index) {
+    case kRootField:
+      WriteSetup(L"Root", folder(), file);
+      break;
+    case kProjDelimField:
+      WriteSetup(L"ProjDelim", typed(), file);
+      break;
+    case kSubjDelimField:
+      WriteSetup(L"SubjDelim", typed(), file);
+      break;
+    case kEmailFolderField:
+      WriteSetup(L"EmailFolder", folder(), file);
+      break;
+    case kDatabaseField:
+      if (SetNewDbLocation(folder())) {
+        database_->DBPath = folder();
+        database_->DBFullPath = database_->DBPath + database_->DbName;
+        WriteSetupToBoth(L"PostroveDBPath", folder(), file, LocalIniFile());
+        return L"You have changed the database location to " + folder() + L".\r\n";
+      }
+      break;
+    case kSettingsField:
+      // The file that was current gets the new folder as well: whoever still starts from it finds
+      // where the settings went.
+      if (SetNewIniLocation(folder())) {
+        WriteSetupToBoth(L"PostroveSettingsPath", folder(), LocalIniFile(), file);
+      }
+      break;
+    case kWorkUnitField: {
+      const std::wstring name = setup.cboWorkType.Text();
+      WriteSetup(L"WorkUnit", name, file);
+      if (!IsKnownWorkUnit(name)) AddWorkUnitType(name);
+      break;
+    }
+    case kUseQuillionField:
+      WriteSetup(L"UseQuillion", setup.optDbType(1).Checked() ? L"1" : L"0", LocalIniFile());
+      break;
+    default:
+      break;
+  }
+  return {};
+}
+
+}  // namespace postrove

@@ -1,0 +1,188 @@
+// The table Project: statements, list, next number, duplicates, saving; and the label file.
+
+#include "data/label_file.h"
+#include "data/project_sql.h"
+#include "gtest/gtest.h"
+#include "support/Product.h"
+
+namespace postrove::testing {
+namespace {
+
+TEST(ProjectSql, StatementsToTheLetter) {
+  const std::wstring head =
+      L"SELECT P.[Project Number], P.[Project Name], P.ProjFilePath, P.Active, P.ProjectID FROM "
+      L"Project AS P WHERE P.[Project Number] <> '0' ";
+  EXPECT_EQ(sql::ListProjects(L"Access"), head + L"AND P.Active ORDER BY P.[Project Name]");
+  EXPECT_EQ(sql::ListProjects(L"sqlserver"),
+            head + L"AND P.Active = 'true' ORDER BY P.[Project Name]");
+  EXPECT_EQ(sql::GreatestProjectNumber(), L"SELECT max([Project Number]) FROM Project;");
+  EXPECT_EQ(sql::FindProjectNumber(L"O'1"),
+            L"SELECT [Project Number] FROM Project WHERE [Project Number] = 'O'1'; ");
+  EXPECT_EQ(sql::InsertProject({L"1'2", L"O''Hara", L"P:\\x'", true}),
+            L"INSERT INTO Project ([Project Number], [Project Name], ProjFilePath, [Active]) "
+            L"VALUES ('1''2', 'O''''Hara', 'P:\\x''', True);");
+  EXPECT_EQ(sql::UpdateProject({L"1", L"Mill", L"", false}, 42),
+            L"UPDATE Project SET [Project Number] = '1', [Project Name] = 'Mill', [ProjFilePath] = "
+            L"'', [Active] = False WHERE ProjectID = 42;");
+}
+
+TEST(ProjectSql, NextNumber) {
+  const wchar_t* const cases[][2] = {{L"", L""},          {L"2024-07", L"2024-08"},
+                                     {L"A19", L"A20"},    {L"A099", L"A100"},
+                                     {L"A-99", L""},      {L"A", L""},
+                                     {L"12a", L""},       {L"9", L"10"},
+                                     {L"99", L"100"},     {L"999", L""},
+                                     {L"A998", L"A999"},  {L"A999", L""},
+                                     {L"X9", L""},        {L"2231", L"2232"},
+                                     {L"A09", L"A10"},    {L"04-129", L"04-130"},
+                                     {L"1099", L"1100"},  {L"B 07", L"B 08"},
+                                     {L"5 199", L"5200"}, {L"0", L"1"}};
+  for (const auto& one : cases) {
+    EXPECT_EQ(sql::NextProjectNumber(one[0]), one[1]) << text::ToUtf8(one[0]);
+  }
+}
+
+class ProjectData : public ::testing::Test {
+ protected:
+  ProjectData() { product_.Start(); }
+  const std::wstring list_ = sql::ListProjects(L"Access");
+  Product product_;
+};
+
+TEST_F(ProjectData, ReadsWhateverTheColumnsHold) {
+  product_.database->Answer(list_, {{L"2231", L"Mill", L"P:\\Mill", true, std::int64_t{7}},
+                                    {std::int64_t{17}, L"Padded   ", Cell(), std::int64_t{1}, 8.0},
+                                    {Cell(), L"\x0395\x03C1\x03B3\x03BF", L"", L"true", L"9"}});
+  product_.Controller().GetProjectList();
+  const std::vector<Project>& list = product_.Controller().ProjectList;
+  ASSERT_EQ(list.size(), 3u);
+  EXPECT_EQ(list[0].filePath, L"P:\\Mill");
+  EXPECT_EQ(list[1].number + L"|" + list[1].name + L"|" + list[1].filePath, L"17|Padded|");
+  EXPECT_EQ(list[2].number, L"");
+  for (std::size_t row = 0; row < list.size(); ++row) {
+    EXPECT_TRUE(list[row].active);
+    EXPECT_EQ(list[row].id, static_cast<std::int32_t>(row) + 7);
+  }
+}
+
+TEST_F(ProjectData, FailuresAreReportedOnceAndNothingIsSaved) {
+  clsPostrove& controller = product_.Controller();
+  product_.database->FailAll();
+  const auto reported = [&](const wchar_t* procedure, const std::function<void()>& body) {
+    const std::size_t before = product_.utility->Messages().size();
+    product_.utility->ExpectMessage();
+    body();
+    ASSERT_EQ(product_.utility->Messages().size(), before + 1);
+    EXPECT_NE(product_.utility->Messages().back().text.find(procedure), std::wstring::npos);
+  };
+  controller.ProjectList = {{L"1", L"old", L"", true, 1}};
+  reported(L"GetProjectList()", [&] { controller.GetProjectList(); });
+  EXPECT_TRUE(controller.ProjectList.empty());
+  reported(L"GetNewProjectNumber()", [&] { EXPECT_EQ(controller.GetNewProjectNumber(), L""); });
+  reported(L"IsExisitingProjectNumber()",
+           [&] { EXPECT_FALSE(controller.IsExisitingProjectNumber(L"1")); });
+  reported(L"ProjectInfoSave()", [&] { EXPECT_FALSE(controller.ProjectInfoSave(false)); });
+}
+
+TEST_F(ProjectData, DuplicateNumbersAreAskedAbout) {
+  clsPostrove& controller = product_.Controller();
+  controller.WorkUnit = L"Job";
+  product_.database->Answer(sql::FindProjectNumber(L"7"), {{L"7"}});
+  EXPECT_FALSE(controller.IsExisitingProjectNumber(L"8"));
+  for (const MessageAnswer answer : {MessageAnswer::Yes, MessageAnswer::No}) {
+    product_.utility->ExpectMessage(answer);
+    EXPECT_EQ(controller.IsExisitingProjectNumber(L"7"), answer == MessageAnswer::No);
+    EXPECT_EQ(
+        product_.utility->Messages().back(),
+        (ShownMessage{L"The Job Number already exists. Do you want to add a duplicate?",
+                      L"Existing Job Number", MessageButtons::YesNo, MessageIcon::Information}));
+  }
+}
+
+TEST_F(ProjectData, SavesTheCurrentProject) {
+  clsPostrove& controller = product_.Controller();
+  controller.ProjectNumber = L"7";
+  controller.ProjectName = L"O'Mill";
+  controller.ProjFilePath = L"P:\\";
+  controller.Active = true;
+  controller.ProjectID = 3;
+  EXPECT_TRUE(controller.ProjectInfoSave(false));
+  EXPECT_TRUE(controller.ProjectInfoSave(true));
+  const auto& statements = product_.database->Statements();
+  ASSERT_GE(statements.size(), 2u);
+  const sql::ProjectRow row{L"7", L"O'Mill", L"P:\\", true};
+  EXPECT_EQ(statements[statements.size() - 2], sql::InsertProject(row));
+  EXPECT_EQ(statements.back(), sql::UpdateProject(row, 3));
+}
+
+constexpr wchar_t kLabels[] =
+    L"3\r\nheading\r\n"
+    L"a|Choose a <workunit>|really\r\nno bar\r\nempty|\r\n[Form]\r\n"
+    L"own|own text\r\nshared|shared text\r\nb|If the \"Use Group Settings\" box is checked, it is "
+    L"recommended that you do not change this setting.  The rest\r\n[Form] end\r\n"
+    L"[Form]\r\n";
+
+TEST(LabelFile, BlocksVariantsAndPlaceholders) {
+  const LabelTable own = ReadLabelFile(TextStream(kLabels), L"Job", false);
+  ASSERT_EQ(own.size(), 3u);
+  EXPECT_EQ(own[0], (std::vector<std::wstring>{L"Choose a Job|really", L"no bar", L""}));
+  EXPECT_EQ(own[1][0], L"own text");
+  EXPECT_EQ(own[1].size(), 2u);
+  EXPECT_TRUE(own[1][1].starts_with(L"If the"));
+  EXPECT_TRUE(own[2].empty());
+  const LabelTable shared = ReadLabelFile(TextStream(kLabels), L"Job", true);
+  EXPECT_EQ(shared[1], (std::vector<std::wstring>{L"shared text", L"The rest"}));
+}
+
+TEST(LabelFile, DamagedFilesAreErrors) {
+  const struct {
+    std::wstring text;
+    long number;
+  } cases[] = {{L"", kInputPastEnd},
+               {L"0\r\nx\r\n", kSubscriptOutOfRange},
+               {L"many\r\nx\r\n", kSubscriptOutOfRange},
+               {L"-1\r\nx\r\n", kSubscriptOutOfRange},
+               {L"1", kInputPastEnd},
+               {L"1\r\nx\r\na|b\r\n", kInputPastEnd},
+               {L"4" + std::wstring(kLabels).substr(1), kInputPastEnd},
+               {L"2\r\nx\r\n[Form]\r\nonly|one variant", kInputPastEnd},
+               {L"99999999999\r\nx\r\n", kSubscriptOutOfRange}};
+  for (const auto& one : cases) {
+    for (const bool shared : {false, true}) {
+      try {
+        ReadLabelFile(TextStream(one.text), L"Job", shared);
+        ADD_FAILURE() << text::ToUtf8(one.text);
+      } catch (const Error& error) {
+        EXPECT_EQ(error.Number(), one.number) << text::ToUtf8(one.text);
+      }
+    }
+  }
+}
+
+TEST_F(ProjectData, LabelsFollowTheWorkUnitAndADamagedFileIsReportedOnce) {
+  const std::wstring file = std::wstring(kAppData) + L"\\Postrove\\Postrove.cnt";
+  product_.utility->AddFile(file, "2\r\nh\r\na|The <WorkUnit>\r\n[Form]\r\n");
+  product_.utility->ExpectMessage();
+  Product broken;  // the same machine state, started with the damaged file
+  product_.Create();
+  EXPECT_EQ(product_.utility->Messages().size(), 1u);
+  EXPECT_EQ(product_.Controller().WorkUnit, L"Project");
+}
+
+TEST_F(ProjectData, WorkUnitTypes) {
+  const std::wstring file = std::wstring(kAppData) + L"\\Postrove\\WorkUnitType.cnt";
+  clsPostrove& controller = product_.Controller();
+  forms::frmPostrove form({});
+  controller.FillWorkUnitTypes(form.cboPostrove);
+  EXPECT_TRUE(form.cboPostrove.Items().empty());
+  EXPECT_THROW(controller.AddWorkUnitType(L"Job"), Error);
+  product_.utility->AddFile(file, "Project\r\nJob");
+  controller.AddWorkUnitType(L"Case");
+  controller.AddWorkUnitType(L"\x0388\x03C1\x03B3\x03BF");  // beyond the code page
+  controller.FillWorkUnitTypes(form.cboPostrove);
+  EXPECT_EQ(form.cboPostrove.Items(),
+            (std::vector<std::wstring>{L"Project", L"Job", L"Case", L"\x0388\x03C1\x03B3\x03BF"}));
+}
+
+}  // namespace
+}  // namespace postrove::testing

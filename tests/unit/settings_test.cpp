@@ -1,0 +1,221 @@
+// Writing the defaults, the database settings, and moving database and settings.
+
+#include "data/project_sql.h"
+#include "gtest/gtest.h"
+#include "support/Product.h"
+
+namespace postrove::testing {
+namespace {
+
+const std::wstring kLocalIni = std::wstring(kAppData) + L"\\Postrove\\Postrove.ini";
+const std::wstring kLocalFolder = std::wstring(kAppData) + L"\\Postrove\\";
+
+class Settings : public ::testing::Test {
+ protected:
+  std::string Ini(const std::wstring& file = kLocalIni) {
+    return product_.utility->File(file).value_or("(none)");
+  }
+  void Save(int index, const std::wstring& text) {
+    forms::frmSetup setup({});
+    if (index < 6) setup.txtSetup(index).SetText(text);
+    if (index == 6) setup.cboWorkType.SetText(text);
+    if (index == 7) setup.optDbType(text == L"1" ? 1 : 0).SetChecked(true);
+    product_.Controller().PostroveDefaultsSave(index, setup);
+  }
+  Product product_;
+};
+
+TEST_F(Settings, EachFieldIsWrittenAndReloaded) {
+  product_.utility->AddFile(kLocalFolder + L"WorkUnitType.cnt", "Project\r\n");
+  product_.Start();
+  const clsPostrove& controller = product_.Controller();
+  Save(0, L"P:\\Jobs");
+  EXPECT_EQ(controller.Root, L"P:\\Jobs\\");
+  Save(1, L" - ");
+  Save(2, L"::");
+  Save(3, L"Mail");
+  Save(6, L"Job");
+  Save(6, L"PROJECT");
+  Save(7, L"1");
+  Save(9, L"");
+  EXPECT_EQ(
+      Ini(),
+      "[Setup]\r\nRoot=P:\\Jobs\\\r\nProjDelim=\" - \"\r\nSubjDelim=::\r\nEmailFolder=Mail\\\r\n"
+      "WorkUnit=PROJECT\r\nUseQuillion=1\r\n");
+  EXPECT_EQ(product_.utility->File(kLocalFolder + L"WorkUnitType.cnt"), "Project\r\nJob\r\n");
+  EXPECT_EQ(controller.WorkUnit, L"PROJECT");
+  // Written, but in this mode not read back.
+  EXPECT_EQ(controller.ProjDelim + controller.SubjDelim + controller.EmailFolder, L"-=>Corr_Out\\");
+  EXPECT_FALSE(controller.UseQuillion());
+  Save(0, L"");
+  EXPECT_EQ(controller.Root, L"");
+}
+
+TEST_F(Settings, SharedModeWritesToQuillionsFileExceptForTheSwitch) {
+  const std::wstring folder = std::wstring(kPrograms) + L"\\Quillion";
+  product_.utility->AddFolder(folder);
+  product_.Start();
+  Save(2, L"##");
+  EXPECT_EQ(product_.Controller().SubjDelim, L"##");
+  Save(7, L"0");
+  EXPECT_EQ(Ini(folder + L"\\Qulln.txt"), "[Setup]\r\nSubjDelim=##\r\n");
+  EXPECT_EQ(Ini(), "[Setup]\r\nUseQuillion=0\r\n");
+  EXPECT_TRUE(product_.Controller().UseQuillion());  // from the next start on
+}
+
+TEST_F(Settings, AFailedWriteIsReportedAndKeepsTheOldFile) {
+  product_.utility->AddFile(kLocalIni, "[Setup]\r\nRoot=P:\\\r\n");
+  product_.Start();
+  product_.utility->SetReadOnly(kLocalIni);
+  product_.utility->ExpectMessage();
+  Save(0, L"Q:\\");
+  EXPECT_EQ(Ini(), "[Setup]\r\nRoot=P:\\\r\n");
+  EXPECT_NE(product_.utility->Messages().at(0).text.find(L"PostroveDefaultsSave()"),
+            std::wstring::npos);
+}
+
+TEST_F(Settings, OwnDatabaseIsSearchedForWithTheUser) {
+  product_.utility->Remove(kLocalFolder + L"Postrove.mdb");
+  product_.utility->AddFolder(L"S:\\Empty");
+  product_.utility->AddFile(L"S:\\Db\\Postrove.mdb");
+  product_.utility->ExpectBrowse(L"S:\\Empty");
+  product_.utility->ExpectBrowse(L"S:\\Db");
+  product_.Start();
+  EXPECT_EQ(product_.database->DBPath, L"S:\\Db\\");
+  EXPECT_EQ(product_.database->DBFullPath, L"S:\\Db\\Postrove.mdb");
+  EXPECT_EQ(product_.database->DBServer, L"S:\\Db\\Postrove.mdb");
+  EXPECT_EQ(product_.database->UID + L"|" + product_.database->Pwd, L"admin|");
+  EXPECT_EQ(Ini(), "[Setup]\r\nPostroveDBPath=S:\\Db\\\r\n");
+  const auto& prompts = product_.utility->BrowsePrompts();
+  ASSERT_EQ(prompts.size(), 2u);
+  EXPECT_EQ(prompts[1],
+            L"\"Postrove.mdb\" was not found in \"S:\\Empty\\\".\r\nSelect the Server Folder where "
+            L"the Postrove database is located. \r\nIf not known, ask the person in your "
+            L"organization responsible for your network for the location.");
+}
+
+TEST_F(Settings, ACancelledSearchIsToldOnceAndStoresNothing) {
+  product_.utility->Remove(kLocalFolder + L"Postrove.mdb");
+  product_.utility->ExpectBrowse(L"");
+  product_.utility->ExpectMessage();
+  product_.Start();
+  ASSERT_EQ(product_.utility->Messages().size(), 1u);
+  EXPECT_NE(product_.utility->Messages()[0].text.find(
+                L"You Have Cancelled the \"Set Database Location\" process. \r\nPostrove cannot be "
+                L"loaded. Please contact Marrow Technologies for assistance."),
+            std::wstring::npos);
+  EXPECT_EQ(Ini(), "(none)");
+  EXPECT_TRUE(product_.database->Statements().empty());
+  EXPECT_EQ(product_.Controller().Root, L"C:\\");  // the rest is read all the same
+}
+
+TEST_F(Settings, SharedDatabases) {
+  const std::wstring folder = std::wstring(kPrograms) + L"\\Quillion";
+  const struct {
+    const char* ini;
+    const wchar_t* expected;  // type|provider|server|name|user|password|path
+  } cases[] = {
+      {"", L"Access|Microsoft.Jet.OLEDB.4.0|Quillion.mdb|Quillion|QLN|xbt|"},
+      {"[Database]\r\nType=Access\r\n[FilePathsMDB]\r\n1=S:\\Q\\Quillion.mdb\r\n",
+       L"Access|Microsoft.Jet.OLEDB.4.0|S:\\Q\\Quillion.mdb|Quillion|QLN|xbt|S:\\Q\\"},
+      {"[Database]\r\nType=sqlserver\r\nProvider2=SQLOLEDB\r\nDBServer=SRV\\A\r\nDbName=Q\r\nUID="
+       "u\r\n"
+       "Pwd=p\r\n",
+       L"sqlserver|SQLOLEDB|Quillion.mdb|Q|u|p|SRV\\A"},
+  };
+  for (const auto& one : cases) {
+    Product product;
+    product.utility->AddFolder(folder);
+    product.utility->AddFile(folder + L"\\Qulln.txt", one.ini);
+    product.Start();
+    const clsDatabase& db = *product.database;
+    EXPECT_EQ(db.DbType + L"|" + db.Provider + L"|" + db.DBServer + L"|" + db.DbName + L"|" +
+                  db.UID + L"|" + db.Pwd + L"|" + db.DBPath,
+              one.expected);
+    EXPECT_TRUE(product.utility->BrowsePrompts().empty());  // not searched for in this mode
+  }
+}
+
+TEST_F(Settings, MovingTheDatabaseKeepsADatedCopy) {
+  product_.utility->AddFile(kLocalFolder + L"Postrove.mdb", "rows");
+  product_.utility->AddFile(kLocalFolder + L"Moved_By_Postrove20240512.mdb", "from this morning");
+  product_.utility->AddFolder(L"S:\\");
+  product_.Start();
+  product_.utility->ExpectMessage();
+  Save(4, L"S:\\New");
+  EXPECT_EQ(product_.utility->Messages().at(0),
+            (ShownMessage{L"You have changed the database location to S:\\New\\.\r\n",
+                          L"Postrove Database Location Changed", MessageButtons::Ok,
+                          MessageIcon::Information}));
+  EXPECT_EQ(product_.utility->Files(),
+            (std::vector<std::wstring>{kLocalFolder + L"Moved_By_Postrove20240512.mdb",
+                                       kLocalFolder + L"Moved_By_Postrove20240512_2.mdb", kLocalIni,
+                                       L"S:\\New\\Postrove.mdb"}));
+  EXPECT_EQ(product_.utility->File(L"S:\\New\\Postrove.mdb"), "rows");
+  EXPECT_EQ(product_.database->DBFullPath, L"S:\\New\\Postrove.mdb");
+  EXPECT_EQ(Ini(), "[Setup]\r\nPostroveDBPath=S:\\New\\\r\n");
+}
+
+TEST_F(Settings, ATargetThatHoldsADatabaseIsAskedAboutAndNeverReplaced) {
+  for (const MessageAnswer answer : {MessageAnswer::Yes, MessageAnswer::No}) {
+    Product product;
+    product.utility->AddFile(kLocalFolder + L"Postrove.mdb", "mine");
+    product.utility->AddFile(L"S:\\New\\Postrove.mdb", "theirs");
+    product.Start();
+    product.utility->ExpectMessage(answer);
+    if (answer == MessageAnswer::Yes) product.utility->ExpectMessage();
+    forms::frmSetup setup({});
+    setup.txtSetup(4).SetText(L"S:\\New");
+    product.Controller().PostroveDefaultsSave(4, setup);
+    const bool used = answer == MessageAnswer::Yes;
+    EXPECT_EQ(product.database->DBPath, used ? L"S:\\New\\" : kLocalFolder);
+    EXPECT_EQ(product.utility->File(kLocalIni).has_value(), used);
+    EXPECT_EQ(product.utility->File(L"S:\\New\\Postrove.mdb"), "theirs");
+    EXPECT_EQ(product.utility->File(kLocalFolder + L"Postrove.mdb"), "mine");
+  }
+}
+
+// Each file operation of a move fails in turn: the old place stays in use with its bytes, and no
+// setting is written.
+TEST_F(Settings, AFailedMoveLeavesEverythingAsItWas) {
+  for (const int index : {4, 5}) {
+    bool moved = false;
+    int failures = 0;
+    for (int n = 1; !moved; ++n) {
+      SCOPED_TRACE(::testing::Message() << "field " << index << ", operation " << n);
+      Product product;
+      product.utility->AddFile(kLocalFolder + L"Postrove.mdb", "rows");
+      product.utility->AddFile(kLocalIni, "[Setup]\r\nRoot=P:\\\r\n");
+      product.utility->AddFolder(L"S:\\");
+      product.Start();
+      product.utility->FailFileOperation(n);
+      const bool ok = [&] {
+        if (index == 4) return product.Controller().SetNewDbLocation(L"S:\\New\\");
+        return product.Controller().SetNewIniLocation(L"S:\\New\\");
+      }();
+      moved = ok && product.utility->Messages().empty();
+      if (ok) continue;
+      ++failures;
+      EXPECT_EQ(product.utility->File(kLocalFolder + L"Postrove.mdb"), "rows");
+      EXPECT_EQ(product.utility->File(kLocalIni), "[Setup]\r\nRoot=P:\\\r\n");
+      EXPECT_FALSE(product.utility->File(L"S:\\New\\Postrove.mdb"));
+      EXPECT_FALSE(product.utility->File(L"S:\\New\\Postrove.ini"));
+    }
+    EXPECT_GE(failures, 2);
+  }
+}
+
+TEST_F(Settings, MovingTheSettingsTakesEffectAtOnce) {
+  product_.utility->AddFile(kLocalIni, "; ours\r\n[Setup]\r\nRoot=P:\\\r\n");
+  product_.utility->AddFolder(L"S:\\");
+  product_.Start();
+  Save(5, L"S:\\Set");
+  EXPECT_EQ(product_.utility->IniFile(), L"S:\\Set\\Postrove.ini");
+  EXPECT_EQ(Ini(L"S:\\Set\\Postrove.ini"), "; ours\r\n[Setup]\r\nRoot=P:\\\r\n");
+  EXPECT_EQ(Ini(), "; ours\r\n[Setup]\r\nRoot=P:\\\r\nPostroveSettingsPath=S:\\Set\\\r\n");
+  Save(0, L"Q:\\");
+  EXPECT_EQ(Ini(L"S:\\Set\\Postrove.ini"), "; ours\r\n[Setup]\r\nRoot=Q:\\\r\n");
+}
+
+}  // namespace
+}  // namespace postrove::testing
