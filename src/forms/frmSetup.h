@@ -1,0 +1,95 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "forms/kit/form.h"
+
+namespace postrove::forms {
+
+// Events of the defaults setup dialog, in declaration order. The controller implements them.
+class frmSetupEvents {
+ public:
+  virtual void frmSetupEvent_BrowseClicked(int Index) = 0;
+  virtual void frmSetupEvent_ButtonClicked(int Index) = 0;
+  virtual void frmSetupEvent_SetupDbTypeOptionClick() = 0;
+  virtual void frmSetupEvent_SetupFieldChange(int Index) = 0;
+  virtual void frmSetupEvent_SetupFieldGotFocus(int Index) = 0;
+  virtual void frmSetupEvent_SetupFieldLostFocus(int Index) = 0;
+  virtual void frmSetupEvent_SetupListChange(const std::wstring& Text) = 0;
+  virtual void frmSetupEvent_SetupListClick() = 0;
+  virtual void frmSetupEvent_SetupListKeyPress(int& KeyAscii, const std::wstring& Text) = 0;
+  virtual void frmSetupEvent_SetupWebLabelClick(const std::wstring& Caption) = 0;
+
+ protected:
+  ~frmSetupEvents() = default;
+};
+
+// Fields: indexes of txtSetup, lblAlert and lblFieldLabel. The work-unit word is in cboWorkType.
+// The two delimiters share lblFieldLabel(1).
+enum SetupField {
+  kSetupServerFolder = 0,
+  kSetupProjectDelimiter = 1,
+  kSetupSubjectDelimiter = 2,
+  kSetupEmailFolder = 3,
+  kSetupDatabase = 4,
+  kSetupSettings = 5,
+  kSetupWorkType = 6,
+};
+
+// Labels of the array lblFieldLabel that name no field of that index.
+enum SetupLabel { kSetupDelimiterLabel = 1, kSetupDbTypeLabel = 2, kSetupExampleLabel = 7 };
+
+// Indexes of the picture buttons cmdBrowse.
+enum SetupBrowse {
+  kSetupBrowseServerFolder = 0,
+  kSetupBrowseEmailFolder = 1,
+  kSetupBrowseDatabase = 2,
+  kSetupBrowseSettings = 3,
+};
+
+// Indexes of cmdSetup and of optDbType.
+enum SetupButton { kSetupReturn = 0, kSetupHelp = 1 };
+enum SetupDbType { kSetupOwnDb = 0, kSetupSiblingDb = 1 };
+
+// The height of one row of fields in the frame fraSettings, in twips: how far the controls below
+// the settings location move when that row is hidden or shown. The frame shrinks with them, and
+// the hint box takes what they leave.
+inline constexpr int kSetupRowHeight = 435;
+
+// The defaults setup dialog. It does no work: every control event goes to the events object. Only
+// the return button ends it (Enter and Esc press it), because its listener may refuse.
+class frmSetup : public Form {
+ public:
+  // `events` may be gone before the form: events are then dropped.
+  explicit frmSetup(std::weak_ptr<frmSetupEvents> events);
+
+  Control& fraDbOption;
+  Control& fraSettings;
+  Control& cboWorkType;
+  Control& lblSavePathSample;
+  Control& rtfFieldHints;
+  Control& lblFieldLabel(int index) const { return Find(L"lblFieldLabel", index); }
+  Control& lblAlert(int index) const { return Find(L"lblAlert", index); }
+  Control& lblDelimLabel(int index) const { return Find(L"lblDelimLabel", index); }
+  Control& lblWebSite(int index) const { return Find(L"lblWebSite", index); }
+  Control& txtSetup(int index) const { return Find(L"txtSetup", index); }
+  Control& optDbType(int index) const { return Find(L"optDbType", index); }
+  Control& cmdBrowse(int index) const { return Find(L"cmdBrowse", index); }
+  Control& cmdSetup(int index) const { return Find(L"cmdSetup", index); }
+
+ private:
+  Control& Design();
+  void DesignDbType();
+  void DesignFolders();
+  void DesignSubjectLine();
+  void DesignFoot();
+  Control& AddLabel(int index, int row, const wchar_t* text);
+  Control& AddField(int index, Box place, const wchar_t* tip);
+  void AddAlert(int index, int left, int row);
+  void AddFolder(int index, int row, const wchar_t* label, const wchar_t* tip, int browseIndex,
+                 const wchar_t* browseTip);
+  void Connect(std::weak_ptr<frmSetupEvents> events);
+};
+
+}  // namespace postrove::forms
