@@ -80,9 +80,48 @@ class clsPostrove final : public forms::frmPostroveEvents,
 
   std::vector<Project> ProjectList;
 
-  // Chooses the current settings file and reloads everything from it. Throws what the utility
-  // throws.
+  // Chooses the current settings file and reloads everything from it: database settings, defaults,
+  // labels, project list. Throws what the utility throws.
   void LocateSettingsFile();
+
+  // Writes the one setting that belongs to a field of the setup dialog and reloads everything:
+  // 0 root folder, 1 and 2 delimiters, 3 e-mail folder, 4 database folder, 5 settings folder,
+  // 6 work unit, 7 whether Quillion's data is shared; any other index writes nothing. Failures are
+  // reported; what was written before stays.
+  void PostroveDefaultsSave(int index, const forms::frmSetup& setup);
+
+  // Move the database or the settings file to another folder. True when it was done; false after a
+  // refusal, which leaves everything as it was, or a failure, which is reported as well.
+  bool SetNewDbLocation(const std::wstring& folder);
+  bool SetNewIniLocation(const std::wstring& folder);
+
+  // Fills the database object from the settings. In own mode a missing database is searched for
+  // with the user. Failures, a cancelled search among them, are reported.
+  void GetDataBaseSettings();
+
+  // Reads the project list; without a database, or after a failure, which is reported, it is empty.
+  void GetProjectList();
+
+  // The next free project number. Empty when there is none to propose; failures are reported.
+  std::wstring GetNewProjectNumber();
+
+  // True when the number exists and the user does not want it twice. Failures are reported and
+  // answer false.
+  bool IsExisitingProjectNumber(const std::wstring& number);
+
+  // Writes the current project: over the row ProjectID when `edited`, else as a new row. False when
+  // it failed, which is reported.
+  bool ProjectInfoSave(bool edited);
+
+  // Reads the label file; a missing one leaves the labels as they are. Throws Error for one that is
+  // cut short or has a bad count.
+  void LoadLabels();
+
+  // Adds the known work-unit types to a combo box.
+  void FillWorkUnitTypes(forms::Control& combo);
+
+  // Adds a work-unit type to the list's file. Throws Error 53 when the file is missing.
+  void AddWorkUnitType(const std::wstring& name);
 
   // Takes a subject apart: reply and forward prefixes come off the text itself; ProjectNumber,
   // ProjectName and SaveAsName are set where found. True when all three are non-empty afterwards.

@@ -97,11 +97,9 @@ bool clsPostrove::SetNewIniLocation(const std::wstring& folder) {
     const std::wstring file = utility_->IniFile();
     const Move move = PlanMove(file, folder, kIniName);
     if (move == Move::Copy) {
-      if (utility_->FileSize(file) < 0) {
-        utility_->CreateFolder(folder);  // defaults only: there is nothing to copy yet
-      } else {
-        VerifiedCopy(*utility_, file, folder + kIniName).Keep();
-      }
+      // Without a file yet there is nothing to copy; storing what is in use makes one.
+      if (utility_->FileSize(file) < 0) WriteSetup(L"Root", Root, file);
+      VerifiedCopy(*utility_, file, folder + kIniName).Keep();
     }
     moved = move != Move::Refused;
   });

@@ -163,7 +163,6 @@ TEST_F(ProjectData, LabelsFollowTheWorkUnitAndADamagedFileIsReportedOnce) {
   const std::wstring file = std::wstring(kAppData) + L"\\Postrove\\Postrove.cnt";
   product_.utility->AddFile(file, "2\r\nh\r\na|The <WorkUnit>\r\n[Form]\r\n");
   product_.utility->ExpectMessage();
-  Product broken;  // the same machine state, started with the damaged file
   product_.Create();
   EXPECT_EQ(product_.utility->Messages().size(), 1u);
   EXPECT_EQ(product_.Controller().WorkUnit, L"Project");
