@@ -7,6 +7,7 @@
 
 #include "controller/clsPostrove.h"
 #include "outlook/clsPROutlook.h"
+#include "support/FakeDatabase.h"
 #include "support/FakeOffice.h"
 #include "support/FakeSharedUtil.h"
 #include "support/ScriptedFormHost.h"
@@ -35,9 +36,10 @@ class Product {
  public:
   explicit Product(std::wstring outlookVersion = L"9.0.0.2711")
       : outlook(std::move(outlookVersion)),
+        database(std::make_shared<FakeDatabase>()),
         utility(std::make_shared<FakeSharedUtil>()),
         forms(std::make_shared<ScriptedFormHost>()) {
-    shared.gDatabase = std::make_shared<clsDatabase>();
+    shared.gDatabase = database;
     shared.gUtility = utility;
     utility->AddFolder(kAppData);
     utility->AddFolder(kPrograms);
@@ -64,6 +66,7 @@ class Product {
   clsPostrove& Controller() { return *shared.gController; }
 
   FakeOutlook outlook;
+  std::shared_ptr<FakeDatabase> database;
   std::shared_ptr<FakeSharedUtil> utility;
   std::shared_ptr<ScriptedFormHost> forms;
   SharedObjects shared;
