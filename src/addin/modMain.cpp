@@ -6,7 +6,7 @@
 #include "forms/win32/WinFormHost.h"
 #include "outlook/clsPROutlook.h"
 #include "outlook/win32/WinRegistry.h"
-#include "shared/clsDatabase.h"
+#include "shared/win32/OleDbDatabase.h"
 #include "shared/win32/WinSharedUtil.h"
 
 namespace postrove::modMain {
@@ -26,7 +26,7 @@ SharedObjects& Shared() { return storage.shared; }
 
 void Main() {
   SharedObjects& shared = Shared();
-  if (!shared.gDatabase) shared.gDatabase = std::make_shared<clsDatabase>();
+  if (!shared.gDatabase) shared.gDatabase = CreateOleDbDatabase();
   if (!shared.gUtility) shared.gUtility = CreateWinSharedUtil();
   if (!shared.gController) {
     shared.gController = clsPostrove::Create(

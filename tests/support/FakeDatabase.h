@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <string>
 #include <utility>
@@ -10,35 +11,57 @@
 
 namespace postrove::testing {
 
-// The database object in memory: statements are recorded, and a query is answered with the rows
-// that the test gave for its very text, or with none.
+struct RanStatement {
+  bool query;  // by OpenRecordset, else by Execute
+  std::wstring text;
+  bool operator==(const RanStatement&) const = default;
+};
+
+// The shared database object in memory: statements are recorded in the order in which they ran,
+// failed ones included, and answered with the rows that the test gave for exactly that text, else
+// by the test's handler; a query that neither knows has no rows. As in the product nothing runs
+// before Prepare.
 class FakeDatabase : public clsDatabase {
  public:
-  void Answer(const std::wstring& statement, Rows rows) { answers_[statement] = std::move(rows); }
-  void FailAll() { failing_ = true; }
-  const std::vector<std::wstring>& Statements() const { return statements_; }
+  using Handler = std::function<Rows(const RanStatement&)>;
 
-  void Prepare() override { ready_ = true; }
-  bool IsReady() const override { return ready_; }
-  Rows OpenRecordset(const std::wstring& statement) override {
-    Record(statement);
-    const auto found = answers_.find(statement);
-    return found == answers_.end() ? Rows() : found->second;
+  void SetRows(const std::wstring& query, Rows rows) { rows_[query] = std::move(rows); }
+
+  // For statements without rows of their own; it may throw. What it returns for one that is not a
+  // query is ignored.
+  void SetHandler(Handler handler) { handler_ = std::move(handler); }
+
+  // The n-th operation from now on throws `error`, 1 being the next.
+  void FailOperation(int n, Error error = Error(static_cast<long>(0x80004005), L"FakeDatabase",
+                                                L"The database is not available.")) {
+    failing_ = std::size(statements_) + static_cast<std::size_t>(n);
+    error_ = std::move(error);
   }
-  void Execute(const std::wstring& statement) override { Record(statement); }
+
+  const std::vector<RanStatement>& Statements() const { return statements_; }
+  int Prepared() const { return prepared_; }
+
+  void Prepare() override { ++prepared_; }
+  bool IsReady() const override { return prepared_ > 0; }
+  Rows OpenRecordset(const std::wstring& statement) override { return Run({true, statement}); }
+  void Execute(const std::wstring& statement) override { Run({false, statement}); }
 
  private:
-  void Record(const std::wstring& statement) {
+  Rows Run(RanStatement statement) {
+    if (!IsReady()) throw Error(kObjectNotSet, L"FakeDatabase", L"The database is not set up.");
     statements_.push_back(statement);
-    if (failing_) {
-      throw Error(static_cast<long>(0x80004005), L"FakeDatabase", L"The server does not answer.");
-    }
+    if (statements_.size() == failing_) throw error_;
+    const auto rows = rows_.find(statement.text);
+    if (statement.query && rows != rows_.end()) return rows->second;
+    return handler_ ? handler_(statement) : Rows();
   }
 
-  std::map<std::wstring, Rows> answers_;
-  std::vector<std::wstring> statements_;
-  bool ready_ = false;
-  bool failing_ = false;
+  std::map<std::wstring, Rows> rows_;
+  Handler handler_;
+  std::size_t failing_ = 0;
+  Error error_{0, {}, {}};
+  std::vector<RanStatement> statements_;
+  int prepared_ = 0;
 };
 
 }  // namespace postrove::testing

@@ -50,9 +50,9 @@ class ProjectData : public ::testing::Test {
 };
 
 TEST_F(ProjectData, ReadsWhateverTheColumnsHold) {
-  product_.database->Answer(list_, {{L"2231", L"Mill", L"P:\\Mill", true, std::int64_t{7}},
-                                    {std::int64_t{17}, L"Padded   ", Cell(), std::int64_t{1}, 8.0},
-                                    {Cell(), L"\x0395\x03C1\x03B3\x03BF", L"", L"true", L"9"}});
+  product_.database->SetRows(list_, {{L"2231", L"Mill", L"P:\\Mill", true, std::int64_t{7}},
+                                     {std::int64_t{17}, L"Padded   ", Cell(), std::int64_t{1}, 8.0},
+                                     {Cell(), L"\x0395\x03C1\x03B3\x03BF", L"", L"true", L"9"}});
   product_.Controller().GetProjectList();
   const std::vector<Project>& list = product_.Controller().ProjectList;
   ASSERT_EQ(list.size(), 3u);
@@ -67,7 +67,9 @@ TEST_F(ProjectData, ReadsWhateverTheColumnsHold) {
 
 TEST_F(ProjectData, FailuresAreReportedOnceAndNothingIsSaved) {
   clsPostrove& controller = product_.Controller();
-  product_.database->FailAll();
+  product_.database->SetHandler([](const RanStatement&) -> Rows {
+    throw Error(static_cast<long>(0x80004005), L"Test", L"The server does not answer.");
+  });
   const auto reported = [&](const wchar_t* procedure, const std::function<void()>& body) {
     const std::size_t before = product_.utility->Messages().size();
     product_.utility->ExpectMessage();
@@ -87,7 +89,7 @@ TEST_F(ProjectData, FailuresAreReportedOnceAndNothingIsSaved) {
 TEST_F(ProjectData, DuplicateNumbersAreAskedAbout) {
   clsPostrove& controller = product_.Controller();
   controller.WorkUnit = L"Job";
-  product_.database->Answer(sql::FindProjectNumber(L"7"), {{L"7"}});
+  product_.database->SetRows(sql::FindProjectNumber(L"7"), {{L"7"}});
   EXPECT_FALSE(controller.IsExisitingProjectNumber(L"8"));
   for (const MessageAnswer answer : {MessageAnswer::Yes, MessageAnswer::No}) {
     product_.utility->ExpectMessage(answer);
@@ -108,11 +110,11 @@ TEST_F(ProjectData, SavesTheCurrentProject) {
   controller.ProjectID = 3;
   EXPECT_TRUE(controller.ProjectInfoSave(false));
   EXPECT_TRUE(controller.ProjectInfoSave(true));
-  const auto& statements = product_.database->Statements();
+  const std::vector<RanStatement>& statements = product_.database->Statements();
   ASSERT_GE(statements.size(), 2u);
   const sql::ProjectRow row{L"7", L"O'Mill", L"P:\\", true};
-  EXPECT_EQ(statements[statements.size() - 2], sql::InsertProject(row));
-  EXPECT_EQ(statements.back(), sql::UpdateProject(row, 3));
+  EXPECT_EQ(statements[statements.size() - 2], (RanStatement{false, sql::InsertProject(row)}));
+  EXPECT_EQ(statements.back(), (RanStatement{false, sql::UpdateProject(row, 3)}));
 }
 
 constexpr wchar_t kLabels[] =

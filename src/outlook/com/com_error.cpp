@@ -3,25 +3,12 @@
 #include <oleauto.h>
 
 #include "shared/error.h"
+#include "shared/win32/system_error.h"
 
 namespace postrove::com {
 
-std::wstring SystemText(HRESULT result) {
-  wchar_t buffer[512];
-  DWORD length = FormatMessageW(
-      FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_MAX_WIDTH_MASK,
-      nullptr, static_cast<DWORD>(result), 0, buffer, 512, nullptr);
-  while (length > 0 && buffer[length - 1] <= L' ') --length;
-  if (length > 0) return std::wstring(buffer, length);
-  std::wstring number = L"Error 0x";
-  for (int shift = 28; shift >= 0; shift -= 4) {
-    number += L"0123456789ABCDEF"[static_cast<unsigned long>(result) >> shift & 0xF];
-  }
-  return number;
-}
-
 void ThrowHresult(HRESULT result, const wchar_t* member) {
-  throw Error(result, member, SystemText(result));
+  throw Error(result, member, SystemMessage(static_cast<DWORD>(result)));
 }
 
 void ThrowException(EXCEPINFO& exception, const wchar_t* member) {
@@ -40,7 +27,8 @@ void ThrowException(EXCEPINFO& exception, const wchar_t* member) {
   SysFreeString(exception.bstrSource);
   SysFreeString(exception.bstrDescription);
   SysFreeString(exception.bstrHelpFile);
-  throw Error(number, member, description.empty() ? SystemText(number) : description);
+  throw Error(number, member,
+              description.empty() ? SystemMessage(static_cast<DWORD>(number)) : description);
 }
 
 }  // namespace postrove::com

@@ -4,12 +4,7 @@
 
 #include <oaidl.h>
 
-#include <string>
-
 namespace postrove::com {
-
-// The system's text of an HRESULT, on one line, or its hexadecimal number when it has none.
-std::wstring SystemText(HRESULT result);
 
 // Throws Error: number is the HRESULT, source the member, description the system's text.
 [[noreturn]] void ThrowHresult(HRESULT result, const wchar_t* member);

@@ -5,25 +5,9 @@
 #include <oleauto.h>
 
 #include "outlook/office/object.h"
+#include "shared/win32/variant.h"
 
 namespace postrove::com {
-
-// An owned VARIANT.
-class Variant {
- public:
-  Variant() noexcept { VariantInit(&variant_); }
-  ~Variant() { VariantClear(&variant_); }
-  Variant(Variant&& other) noexcept : variant_(other.variant_) { VariantInit(&other.variant_); }
-  Variant(const Variant&) = delete;
-  Variant& operator=(const Variant&) = delete;
-  Variant& operator=(Variant&&) = delete;
-
-  VARIANT* Get() { return &variant_; }
-  VARIANT* operator->() { return &variant_; }
-
- private:
-  VARIANT variant_;
-};
 
 // An argument for a host object. Missing becomes the "parameter not found" error value, an object
 // the interface it was wrapped from. Throws Error 13 for an object that is not a host's.

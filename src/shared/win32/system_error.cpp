@@ -1,16 +1,19 @@
 #include "shared/win32/system_error.h"
 
-#include "shared/text.h"
-
 namespace postrove {
 
 std::wstring SystemMessage(DWORD code) {
   wchar_t buffer[512];
-  DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
-                                code, 0, buffer, ARRAYSIZE(buffer), nullptr);
+  DWORD length = FormatMessageW(
+      FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_MAX_WIDTH_MASK,
+      nullptr, code, 0, buffer, ARRAYSIZE(buffer), nullptr);
   while (length > 0 && buffer[length - 1] <= L' ') --length;
-  if (length == 0) return L"Windows error " + text::FromNumber(code) + L".";
-  return std::wstring(buffer, length);
+  if (length > 0) return std::wstring(buffer, length);
+  std::wstring number = L"Error 0x";
+  for (int shift = 28; shift >= 0; shift -= 4) {
+    number += L"0123456789ABCDEF"[code >> shift & 0xF];
+  }
+  return number;
 }
 
 Error PathError(const std::wstring& source, const std::wstring& what, const std::wstring& path,

@@ -8,7 +8,8 @@
 
 namespace postrove {
 
-// The system's own sentence for a Win32 error code, without the line break at its end.
+// The system's own text for a Win32 error code or an HRESULT, on one line; its hexadecimal number
+// when it has none.
 std::wstring SystemMessage(DWORD code);
 
 // An Error for a failed operation on a path: "<what> "<path>": <the system's sentence>", with the

@@ -3,9 +3,9 @@
 #include <gmock/gmock.h>
 
 #include "fake_server.h"
-#include "outlook/com/com_error.h"
 #include "outlook/com/live_object.h"
 #include "shared/error.h"
+#include "shared/win32/system_error.h"
 
 namespace postrove {
 namespace {
@@ -268,7 +268,8 @@ TEST(DispatchObject, FailuresBecomeErrors) {
     std::wstring description;
   };
   const Case cases[] = {
-      {"plain HRESULT", E_ACCESSDENIED, nullptr, E_ACCESSDENIED, com::SystemText(E_ACCESSDENIED)},
+      {"plain HRESULT", E_ACCESSDENIED, nullptr, E_ACCESSDENIED,
+       SystemMessage(static_cast<DWORD>(E_ACCESSDENIED))},
       {"the server's text", DISP_E_EXCEPTION,
        [&](EXCEPINFO& e) {
          e.scode = wrongName;
@@ -278,7 +279,7 @@ TEST(DispatchObject, FailuresBecomeErrors) {
        },
        wrongName, L"The path is not right."},
       {"no text", DISP_E_EXCEPTION, [](EXCEPINFO& e) { e.scode = E_OUTOFMEMORY; }, E_OUTOFMEMORY,
-       com::SystemText(E_OUTOFMEMORY)},
+       SystemMessage(static_cast<DWORD>(E_OUTOFMEMORY))},
       {"a short number", DISP_E_EXCEPTION,
        [](EXCEPINFO& e) {
          e.wCode = 91;
@@ -288,7 +289,7 @@ TEST(DispatchObject, FailuresBecomeErrors) {
       {"filled in later", DISP_E_EXCEPTION, [](EXCEPINFO& e) { e.pfnDeferredFillIn = FillInLater; },
        E_ACCESSDENIED, L"said later"},
       {"nothing at all", DISP_E_EXCEPTION, nullptr, DISP_E_EXCEPTION,
-       com::SystemText(DISP_E_EXCEPTION)},
+       SystemMessage(static_cast<DWORD>(DISP_E_EXCEPTION))},
   };
   for (const Case& c : cases) {
     FakeServer server;
@@ -310,7 +311,7 @@ TEST(DispatchObject, FailuresBecomeErrors) {
 }
 
 TEST(DispatchObject, AnErrorWithoutSystemTextShowsItsNumber) {
-  EXPECT_EQ(L"Error 0xA0001234", com::SystemText(static_cast<HRESULT>(0xA0001234)));
+  EXPECT_EQ(L"Error 0xA0001234", SystemMessage(0xA0001234));
 }
 
 TEST(DispatchObject, ObjectsTravelBothWaysAndAreLetGo) {

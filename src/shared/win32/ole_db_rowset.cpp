@@ -1,0 +1,205 @@
+#include "shared/win32/ole_db_rowset.h"
+
+#include <wrl/client.h>
+
+#include <array>
+#include <cstddef>
+
+#include "shared/error.h"
+#include "shared/win32/ole_db.h"
+#include "shared/win32/ole_db_error.h"
+#include "shared/win32/variant.h"
+
+using Microsoft::WRL::ComPtr;
+
+namespace postrove::ole_db {
+namespace {
+
+constexpr std::size_t kBlock = 256;
+
+struct Column {
+  DBORDINAL ordinal;
+  std::wstring name;
+};
+
+// What the provider writes for one column of a row.
+struct Field {
+  Variant value;
+  DBSTATUS status = DBSTATUS_E_UNAVAILABLE;
+};
+
+// Memory that the provider allocated for the caller.
+template <typename T>
+class TaskMemory {
+ public:
+  TaskMemory() = default;
+  ~TaskMemory() { CoTaskMemFree(data_); }
+  TaskMemory(const TaskMemory&) = delete;
+  TaskMemory& operator=(const TaskMemory&) = delete;
+
+  T** Out() { return &data_; }
+  const T& operator[](std::size_t i) const { return data_[i]; }
+
+ private:
+  T* data_ = nullptr;
+};
+
+class Accessor {
+ public:
+  Accessor(IRowset* rowset, const std::vector<Column>& columns, const wchar_t* source)
+      : accessor_(Query<IAccessor>(rowset, IID_IAccessor, source)) {
+    std::vector<DBBINDING> bindings(columns.size());
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+      DBBINDING& binding = bindings[i];
+      binding.iOrdinal = columns[i].ordinal;
+      binding.obValue = i * sizeof(Field) + offsetof(Field, value);
+      binding.obStatus = i * sizeof(Field) + offsetof(Field, status);
+      binding.dwPart = DBPART_VALUE | DBPART_STATUS;
+      binding.dwMemOwner = DBMEMOWNER_CLIENTOWNED;
+      binding.eParamIO = DBPARAMIO_NOTPARAM;
+      binding.cbMaxLen = sizeof(VARIANT);
+      binding.wType = DBTYPE_VARIANT;
+    }
+    Check(accessor_->CreateAccessor(DBACCESSOR_ROWDATA, bindings.size(), bindings.data(),
+                                    columns.size() * sizeof(Field), &handle_, nullptr),
+          source);
+  }
+  ~Accessor() { accessor_->ReleaseAccessor(handle_, nullptr); }
+  Accessor(const Accessor&) = delete;
+  Accessor& operator=(const Accessor&) = delete;
+
+  HACCESSOR Handle() const { return handle_; }
+
+ private:
+  const ComPtr<IAccessor> accessor_;
+  HACCESSOR handle_ = DB_INVALID_HACCESSOR;
+};
+
+// The rows fetched last. They are given back before the next ones are asked for: a forward-only
+// rowset keeps one block.
+class RowBlock {
+ public:
+  explicit RowBlock(IRowset* rowset) : rowset_(rowset) {}
+  ~RowBlock() { Release(); }
+  RowBlock(const RowBlock&) = delete;
+  RowBlock& operator=(const RowBlock&) = delete;
+
+  // False when there are no more rows.
+  bool Fetch(const wchar_t* source) {
+    Release();
+    if (ended_) return false;
+    HROW* rows = rows_.data();
+    const HRESULT result =
+        rowset_->GetNextRows(DB_NULL_HCHAPTER, 0, DBROWCOUNT{kBlock}, &count_, &rows);
+    Check(result, source);
+    ended_ = result == DB_S_ENDOFROWSET;
+    return count_ > 0;
+  }
+
+  const HROW* begin() const { return rows_.data(); }
+  const HROW* end() const { return rows_.data() + count_; }
+
+ private:
+  void Release() {
+    if (count_ > 0) rowset_->ReleaseRows(count_, rows_.data(), nullptr, nullptr, nullptr);
+    count_ = 0;
+  }
+
+  IRowset* const rowset_;
+  std::array<HROW, kBlock> rows_{};
+  DBCOUNTITEM count_ = 0;
+  bool ended_ = false;
+};
+
+std::vector<Column> ColumnsOf(IRowset* rowset, const wchar_t* source) {
+  const auto information = Query<IColumnsInfo>(rowset, IID_IColumnsInfo, source);
+  TaskMemory<DBCOLUMNINFO> found;
+  TaskMemory<OLECHAR> names;
+  DBORDINAL count = 0;
+  Check(information->GetColumnInfo(&count, found.Out(), names.Out()), source);
+  std::vector<Column> columns;
+  for (DBORDINAL i = 0; i < count; ++i) {
+    constexpr DBORDINAL kBookmark = 0;
+    if (found[i].iOrdinal == kBookmark) continue;
+    columns.push_back({found[i].iOrdinal, found[i].pwszName ? found[i].pwszName : L""});
+  }
+  return columns;
+}
+
+[[noreturn]] void ThrowUnreadable(const Column& column, const wchar_t* source) {
+  throw Error(kTypeMismatch, source,
+              L"A value of the column \"" + column.name + L"\" cannot be read.");
+}
+
+Cell ToCell(Field& field, const Column& column, const wchar_t* source) {
+  if (field.status == DBSTATUS_S_ISNULL) return {};
+  if (field.status != DBSTATUS_S_OK) ThrowUnreadable(column, source);
+  Variant& value = field.value;
+  switch (value->vt) {
+    case VT_EMPTY:
+    case VT_NULL:
+      return {};
+    case VT_BOOL:
+      return value->boolVal != VARIANT_FALSE;
+    case VT_BSTR:
+      return std::wstring(value->bstrVal ? value->bstrVal : L"", SysStringLen(value->bstrVal));
+    case VT_I1:
+    case VT_I2:
+    case VT_I4:
+    case VT_I8:
+    case VT_INT:
+    case VT_UI1:
+    case VT_UI2:
+    case VT_UI4:
+    case VT_UI8:
+    case VT_UINT: {
+      Variant number;
+      if (SUCCEEDED(VariantChangeType(number.Get(), value.Get(), 0, VT_I8))) {
+        return std::int64_t{number->llVal};
+      }
+      [[fallthrough]];  // an unsigned number that is too great
+    }
+    case VT_R4:
+    case VT_R8:
+    case VT_CY:
+    case VT_DECIMAL:
+    case VT_DATE: {
+      Variant number;
+      if (SUCCEEDED(VariantChangeType(number.Get(), value.Get(), 0, VT_R8))) return number->dblVal;
+      [[fallthrough]];
+    }
+    default:
+      ThrowUnreadable(column, source);
+  }
+}
+
+std::vector<Cell> ReadRow(IRowset* rowset, HROW row, const Accessor& accessor,
+                          const std::vector<Column>& columns, const wchar_t* source) {
+  std::vector<Field> fields(columns.size());
+  const HRESULT result = rowset->GetData(row, accessor.Handle(), fields.data());
+  // Then the fields tell which of them it was.
+  if (result != DB_E_ERRORSOCCURRED) Check(result, source);
+  std::vector<Cell> cells;
+  cells.reserve(columns.size());
+  for (std::size_t i = 0; i < columns.size(); ++i) {
+    cells.push_back(ToCell(fields[i], columns[i], source));
+  }
+  return cells;
+}
+
+}  // namespace
+
+Rows ReadRows(IRowset* rowset, const wchar_t* source) {
+  const std::vector<Column> columns = ColumnsOf(rowset, source);
+  const Accessor accessor(rowset, columns, source);
+  Rows rows;
+  RowBlock block(rowset);
+  while (block.Fetch(source)) {
+    for (const HROW row : block) {
+      rows.push_back(ReadRow(rowset, row, accessor, columns, source));
+    }
+  }
+  return rows;
+}
+
+}  // namespace postrove::ole_db
