@@ -13,36 +13,39 @@ namespace {
 // Seconds. Outlook stands still while a statement runs.
 constexpr LONG kStatementTimeout = 30;
 
-// Of the creation of a provider: its name or class is not registered, or its library is not there
-// or not for programs of this width.
-bool IsMissing(HRESULT result) {
-  return result == REGDB_E_CLASSNOTREG || result == CO_E_CLASSSTRING ||
-         result == CLASS_E_CLASSNOTAVAILABLE || result == CO_E_DLLNOTFOUND ||
-         result == HRESULT_FROM_WIN32(ERROR_MOD_NOT_FOUND) ||
-         result == HRESULT_FROM_WIN32(ERROR_PROC_NOT_FOUND) ||
-         result == HRESULT_FROM_WIN32(ERROR_BAD_EXE_FORMAT);
+// Fails when the name or its class is not registered, or the library is not there or not for
+// programs of this width. Nothing is asked of the provider itself.
+HRESULT FindProvider(const std::wstring& name) {
+  CLSID id{};
+  const HRESULT result = CLSIDFromProgID(name.c_str(), &id);
+  if (FAILED(result)) return result;
+  ComPtr<IClassFactory> factory;
+  return CoGetClassObject(id, CLSCTX_INPROC_SERVER, nullptr, IID_IClassFactory,
+                          reinterpret_cast<void**>(factory.GetAddressOf()));
 }
 
-// The first provider that is there, with its connection string set but not yet connected.
-ComPtr<IDBInitialize> CreateDataSource(const std::vector<ConnectionCandidate>& candidates,
-                                       const wchar_t* source) {
+const ConnectionCandidate& FindCandidate(const std::vector<ConnectionCandidate>& candidates,
+                                         const wchar_t* source) {
+  HRESULT result = REGDB_E_CLASSNOTREG;
+  for (const ConnectionCandidate& candidate : candidates) {
+    result = FindProvider(candidate.provider);
+    if (SUCCEEDED(result)) return candidate;
+  }
+  throw Error(result, source, NoProviderText(candidates, static_cast<int>(sizeof(void*) * 8)));
+}
+
+ComPtr<IDBInitialize> Connect(const std::wstring& connectionString, const wchar_t* source) {
   ComPtr<IDataInitialize> services;
   Check(CoCreateInstance(CLSID_MSDAINITIALIZE, nullptr, CLSCTX_INPROC_SERVER, IID_IDataInitialize,
                          reinterpret_cast<void**>(services.GetAddressOf())),
         source);
-  HRESULT result = REGDB_E_CLASSNOTREG;
-  for (const ConnectionCandidate& candidate : candidates) {
-    ComPtr<IUnknown> created;
-    result =
-        services->GetDataSource(nullptr, CLSCTX_INPROC_SERVER, candidate.connectionString.c_str(),
-                                IID_IDBInitialize, created.GetAddressOf());
-    if (!IsMissing(result)) {
-      Check(result, source);
-      return Query<IDBInitialize>(created.Get(), IID_IDBInitialize, source);
-    }
-    ForgetErrors();
-  }
-  throw Error(result, source, NoProviderText(candidates, static_cast<int>(sizeof(void*) * 8)));
+  ComPtr<IUnknown> created;
+  Check(services->GetDataSource(nullptr, CLSCTX_INPROC_SERVER, connectionString.c_str(),
+                                IID_IDBInitialize, created.GetAddressOf()),
+        source);
+  auto dataSource = Query<IDBInitialize>(created.Get(), IID_IDBInitialize, source);
+  Check(dataSource->Initialize(), source);
+  return dataSource;
 }
 
 // Not every provider has the property; a statement then takes as long as it takes.
@@ -65,9 +68,9 @@ void LimitTime(ICommandText* command) {
 
 ComPtr<ICommandText> CreateCommand(const std::vector<ConnectionCandidate>& candidates,
                                    const std::wstring& statement, const wchar_t* source) {
+  const ConnectionCandidate& candidate = FindCandidate(candidates, source);
   ForgetErrors();
-  const ComPtr<IDBInitialize> dataSource = CreateDataSource(candidates, source);
-  Check(dataSource->Initialize(), source);
+  const ComPtr<IDBInitialize> dataSource = Connect(candidate.connectionString, source);
   const auto sessions = Query<IDBCreateSession>(dataSource.Get(), IID_IDBCreateSession, source);
   ComPtr<IUnknown> session;
   Check(sessions->CreateSession(nullptr, IID_IDBCreateCommand, session.GetAddressOf()), source);

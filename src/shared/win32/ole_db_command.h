@@ -11,11 +11,11 @@ struct ICommandText;
 
 namespace postrove::ole_db {
 
-// Connects to the database by the first of the candidates whose provider can be created in this
-// process, and makes a command with the statement. The connection lasts as long as something that
-// came out of it. A provider that is there and refuses is not passed over: its reason is what the
-// user needs. Throws Error with `source`: for what the system or the provider reports; when no
-// provider is there, with NoProviderText and the last one's HRESULT.
+// Connects to the database by the first of the candidates whose provider is there for this process,
+// and makes a command with the statement. The connection lasts as long as something that came out
+// of it. A provider that is there and refuses is not passed over: its reason is what the user
+// needs. Throws Error with `source`: for what the system or the provider reports; when no provider
+// is there, with NoProviderText and the last one's HRESULT.
 Microsoft::WRL::ComPtr<ICommandText> CreateCommand(
     const std::vector<ConnectionCandidate>& candidates, const std::wstring& statement,
     const wchar_t* source);

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstddef>
+#include <limits>
 
 #include "shared/error.h"
 #include "shared/win32/ole_db.h"
@@ -135,6 +136,7 @@ Cell ToCell(Field& field, const Column& column, const wchar_t* source) {
   if (field.status == DBSTATUS_S_ISNULL) return {};
   if (field.status != DBSTATUS_S_OK) ThrowUnreadable(column, source);
   Variant& value = field.value;
+  Variant number;
   switch (value->vt) {
     case VT_EMPTY:
     case VT_NULL:
@@ -143,6 +145,11 @@ Cell ToCell(Field& field, const Column& column, const wchar_t* source) {
       return value->boolVal != VARIANT_FALSE;
     case VT_BSTR:
       return std::wstring(value->bstrVal ? value->bstrVal : L"", SysStringLen(value->bstrVal));
+    case VT_UI8:
+      if (value->ullVal > std::numeric_limits<std::int64_t>::max()) {
+        return static_cast<double>(value->ullVal);
+      }
+      return static_cast<std::int64_t>(value->ullVal);
     case VT_I1:
     case VT_I2:
     case VT_I4:
@@ -151,26 +158,20 @@ Cell ToCell(Field& field, const Column& column, const wchar_t* source) {
     case VT_UI1:
     case VT_UI2:
     case VT_UI4:
-    case VT_UI8:
-    case VT_UINT: {
-      Variant number;
-      if (SUCCEEDED(VariantChangeType(number.Get(), value.Get(), 0, VT_I8))) {
-        return std::int64_t{number->llVal};
-      }
-      [[fallthrough]];  // an unsigned number that is too great
-    }
+    case VT_UINT:
+      if (FAILED(VariantChangeType(number.Get(), value.Get(), 0, VT_I8))) break;
+      return std::int64_t{number->llVal};
     case VT_R4:
     case VT_R8:
     case VT_CY:
     case VT_DECIMAL:
-    case VT_DATE: {
-      Variant number;
-      if (SUCCEEDED(VariantChangeType(number.Get(), value.Get(), 0, VT_R8))) return number->dblVal;
-      [[fallthrough]];
-    }
+    case VT_DATE:
+      if (FAILED(VariantChangeType(number.Get(), value.Get(), 0, VT_R8))) break;
+      return number->dblVal;
     default:
-      ThrowUnreadable(column, source);
+      break;
   }
+  ThrowUnreadable(column, source);
 }
 
 std::vector<Cell> ReadRow(IRowset* rowset, HROW row, const Accessor& accessor,
