@@ -106,12 +106,12 @@ Control& frmSetup::AddField(int index, Box place, const wchar_t* tip) {
   return field;
 }
 
-void frmSetup::AddAlert(int index, int left, int row) {
+void frmSetup::AddAlert(int index, int left, int row, unsigned side) {
   Control& alert =
       Add(ControlKind::Label, L"lblAlert", index, LabelBox(left, row, kAlertWidth), L"Required");
   alert.SetForeColor(kRed);
   alert.SetVisible(false);
-  if (left == kAlertLeft) alert.anchors = kTop | kRight;
+  alert.anchors = kTop | side;
 }
 
 void frmSetup::AddFolder(int index, int row, const wchar_t* label, const wchar_t* tip,
@@ -126,7 +126,7 @@ void frmSetup::AddFolder(int index, int row, const wchar_t* label, const wchar_t
   browse.anchors = kTop | kRight;
   browse.icon = kFolderIcon;
   browse.SetToolTip(browseTip);
-  AddAlert(index, kAlertLeft, row);
+  AddAlert(index, kAlertLeft, row, kRight);
 }
 
 void frmSetup::DesignFolders() {
@@ -157,7 +157,7 @@ void frmSetup::DesignSubjectLine() {
                           {kFieldLeft, RowTop(kWorkTypeRow), workTypeWidth, kFieldHeight});
   workType.SetTag(L"required");
   workType.SetToolTip(L"The word used by your company to organize files on the server.");
-  AddAlert(kSetupWorkType, kFieldLeft + workTypeWidth + 75, kWorkTypeRow);
+  AddAlert(kSetupWorkType, kFieldLeft + workTypeWidth + 75, kWorkTypeRow, kLeft);
 
   AddLabel(kSetupDelimiterLabel, kDelimiterRow, L"Delimiters:")
       .SetToolTip(L"The strings to be used to separate the segments of the E-mail Subject Line.");
@@ -165,7 +165,8 @@ void frmSetup::DesignSubjectLine() {
   const int gap = 75;
   int left = kFieldLeft;
   const auto addWord = [&](int index, int width, const wchar_t* text) {
-    Add(ControlKind::Label, L"lblDelimLabel", index, LabelBox(left, kDelimiterRow, width), text);
+    Add(ControlKind::Label, L"lblDelimLabel", index, LabelBox(left, kDelimiterRow, width), text)
+        .mnemonic = false;
     left += width + gap;
   };
   const auto addDelimiter = [&](int index, const wchar_t* tip) {
@@ -182,14 +183,15 @@ void frmSetup::DesignSubjectLine() {
                L"the E-mail Subject Line.");
   addWord(2, 900, L"<Subject>");
   // Both at the end of the row, in the order of their fields.
-  AddAlert(kSetupProjectDelimiter, kAlertLeft - kAlertWidth - gap, kDelimiterRow);
-  AddAlert(kSetupSubjectDelimiter, kAlertLeft, kDelimiterRow);
+  AddAlert(kSetupProjectDelimiter, kAlertLeft - kAlertWidth - gap, kDelimiterRow, kRight);
+  AddAlert(kSetupSubjectDelimiter, kAlertLeft, kDelimiterRow, kRight);
 
   const wchar_t* const sampleTip =
       L"This is the path & filename format that will be used to save your email.";
   AddLabel(kSetupExampleLabel, kEndRow, L"Example: ").SetToolTip(sampleTip);
   Control& sample = Add(ControlKind::Label, L"lblSavePathSample", -1,
                         {kFieldLeft, RowTop(kEndRow) + 60, kRowRight - kFieldLeft, kSampleHeight});
+  sample.mnemonic = false;
   sample.anchors = kLeft | kTop | kRight;
   sample.SetToolTip(sampleTip);
 }

@@ -86,7 +86,7 @@ class frmSetup : public Form {
   void DesignFoot();
   Control& AddLabel(int index, int row, const wchar_t* text);
   Control& AddField(int index, Box place, const wchar_t* tip);
-  void AddAlert(int index, int left, int row);
+  void AddAlert(int index, int left, int row, unsigned side);
   void AddFolder(int index, int row, const wchar_t* label, const wchar_t* tip, int browseIndex,
                  const wchar_t* browseTip);
   void Connect(std::weak_ptr<frmSetupEvents> events);
