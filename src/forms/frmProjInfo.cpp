@@ -98,7 +98,7 @@ void frmProjInfo::DesignFields() {
     Control& alert = Add(ControlKind::Label, L"lblAlert", row.index,
                          {alertLeft, top + 60, kAlertWidth, kLabelHeight}, row.alert);
     if (grows) alert.anchors = kTop | kRight;
-    alert.SetForeColor(field.Tag().empty() ? kSystemGrayText : kRed);
+    alert.SetForeColor(field.Tag().empty() ? kSystemButtonText : kRed);
     top += 435;
   }
   // Its box stands in the column of the fields.
