@@ -36,7 +36,8 @@ enum Row {
   kEndRow
 };
 
-constexpr int RowTop(int row) { return kFrameTop + 315 + row * kSetupRowHeight; }
+constexpr int kRowHeight = 435;
+constexpr int RowTop(int row) { return kFrameTop + 315 + row * kRowHeight; }
 
 // A label stands on the line of its field's text.
 constexpr Box LabelBox(int left, int row, int width) {
@@ -45,6 +46,13 @@ constexpr Box LabelBox(int left, int row, int width) {
 
 constexpr int kSampleHeight = 480;  // two lines
 constexpr int kFrameBottom = RowTop(kEndRow) + kSampleHeight + 165;
+
+void Move(Control& control, int down, int taller) {
+  Box place = control.Place();
+  place.top += down;
+  place.height += taller;
+  control.SetPlace(place);
+}
 
 }  // namespace
 
@@ -58,6 +66,27 @@ frmSetup::frmSetup(std::weak_ptr<frmSetupEvents> events)
   // Closed by its title bar it would keep values that the return button refuses.
   closable = false;
   Connect(std::move(events));
+}
+
+void frmSetup::ShowSettingsLocation(bool show) {
+  Control& field = txtSetup(kSetupSettings);
+  if (field.Visible() == show) return;
+  Control& alert = lblAlert(kSetupSettings);
+  field.SetVisible(show);
+  lblFieldLabel(kSetupSettings).SetVisible(show);
+  cmdBrowse(kSetupBrowseSettings).SetVisible(show);
+  alert.SetVisible(show && field.Text().empty());
+
+  const int down = show ? kRowHeight : -kRowHeight;
+  // In tab order the rows below stand between the row's last control and the hint box.
+  bool below = false;
+  for (const auto& control : Controls()) {
+    if (control.get() == &rtfFieldHints) break;
+    if (below) Move(*control, down, 0);
+    below = below || control.get() == &alert;
+  }
+  Move(fraSettings, 0, down);
+  Move(rtfFieldHints, down, -down);
 }
 
 // Makes every control, in tab order, and answers the first frame.
@@ -220,21 +249,18 @@ void frmSetup::DesignFoot() {
   help.anchors = kLeft | kBottom;
   help.SetToolTip(L"Show Help");
 
-  const auto addSite = [&](int index, int left, int width, const wchar_t* caption,
-                           const wchar_t* tip) -> Control& {
+  const int siteWidth = 2700;
+  const auto addSite = [&](int index, int left, const wchar_t* caption, const wchar_t* tip) {
     Control& site = Add(ControlKind::Label, L"lblWebSite", index,
-                        {left, siteTop, width, kLabelHeight}, caption);
+                        {left, siteTop, siteWidth, kLabelHeight}, caption);
+    site.anchors = kLeft | kBottom;
     site.link = true;
     site.SetForeColor(kLinkBlue);
     site.SetToolTip(tip);
-    return site;
   };
-  addSite(0, kMargin, 3300, kWebSite, L"Click here to go to the Postrove website").anchors =
-      kLeft | kBottom;
-  const int siblingWidth = 2100;
-  addSite(1, kInnerRight - siblingWidth, siblingWidth, L"Find Out About Quillion",
-          L"Click here to go to the Quillion website")
-      .anchors = kRight | kBottom;
+  addSite(0, kMargin, kWebSite, L"Click here to go to the Postrove website");
+  addSite(1, kMargin + siteWidth + 300, L"Find Out About Quillion",
+          L"Click here to go to the Quillion website");
 }
 
 void frmSetup::Connect(std::weak_ptr<frmSetupEvents> events) {

@@ -40,7 +40,8 @@ Look LookOf(const Control& control, const wchar_t* richEditClass) {
     case ControlKind::CheckBox:
       return {WC_BUTTONW, BS_CHECKBOX | (control.boxOnRight ? BS_RIGHTBUTTON : 0u), 0};
     case ControlKind::OptionButton:
-      return {WC_BUTTONW, BS_RADIOBUTTON, 0};
+      // Of this kind the arrow keys choose. It marks its group as the model does.
+      return {WC_BUTTONW, BS_AUTORADIOBUTTON, 0};
     case ControlKind::Frame:
       // Transparent, so that the dialog paints the background of its inside.
       return {WC_BUTTONW, BS_GROUPBOX, WS_EX_TRANSPARENT};
@@ -306,8 +307,11 @@ void ControlWindow::Focus(bool selectAll) {
   if (selectAll && edit_) SendMessageW(edit_, EM_SETSEL, 0, -1);
 }
 
+// An option button without the mark is no tab stop: Windows takes that from it, and would click it
+// with the focus.
 bool ControlWindow::CanFocus() const {
-  return control_ && TakesFocus(*control_) && control_->Visible() && control_->Enabled();
+  return control_ && (GetWindowLongPtrW(window_, GWL_STYLE) & WS_TABSTOP) && control_->Visible() &&
+         control_->Enabled();
 }
 
 void ControlWindow::ShowDefault(bool isDefault) {

@@ -24,6 +24,17 @@ void EndByButtons(Form& form) {
   }
 }
 
+// Marks a field while it is empty, in colour when it is required.
+void Require(Control& field, Control& label, Control& alert) {
+  field.onChange = [&field, &label, &alert] {
+    const bool empty = field.Text().empty();
+    const bool missing = empty && field.Tag() == L"required";
+    field.SetBackColor(missing ? kYellow : kSystemWindow);
+    label.SetForeColor(missing ? kRed : kSystemButtonText);
+    alert.SetVisible(empty);
+  };
+}
+
 void ShowSaveDialog(FormHost& host) {
   frmPostrove form({});
   form.lblFormTitle.SetText(L"Postrove Project EMail and File Location");
@@ -34,12 +45,7 @@ void ShowSaveDialog(FormHost& host) {
   form.txtSaveAsName.SetText(L"2025-06-12 Minutes of the site meeting");
   form.lblVersion.SetText(L"1.0 0");
   form.rtfFieldHints.SetText(L"\r\nHint: Choose the project that this message belongs to.");
-  form.txtSaveAsName.onChange = [&form] {
-    const bool empty = form.txtSaveAsName.Text().empty();
-    form.txtSaveAsName.SetBackColor(empty ? kYellow : kSystemWindow);
-    form.lblNameLabel.SetForeColor(empty ? kRed : kSystemButtonText);
-    form.lblAlert.SetVisible(empty);
-  };
+  Require(form.txtSaveAsName, form.lblNameLabel, form.lblAlert);
   EndByButtons(form);
   host.ShowModal(form);
 }
@@ -60,38 +66,12 @@ void ShowFolderMessage(FormHost& host) {
   host.ShowModal(form);
 }
 
-void Move(Control& control, int down, int taller) {
-  Box place = control.Place();
-  place.top += down;
-  place.height += taller;
-  control.SetPlace(place);
-}
-
-// The row of the settings location goes with the sibling product's database.
-void ShowSettingsRow(frmSetup& form, bool show) {
-  Control& field = form.txtSetup(kSetupSettings);
-  if (field.Visible() == show) return;
-  const int down = show ? kSetupRowHeight : -kSetupRowHeight;
-  const int frameBottom = form.fraSettings.Place().top + form.fraSettings.Place().height;
-  const int rowTop = form.txtSetup(kSetupDatabase).Place().top + kSetupRowHeight;
-  for (const auto& control : form.Controls()) {
-    const int top = control->Place().top;
-    if (top > rowTop + kSetupRowHeight / 2 && top < frameBottom) Move(*control, down, 0);
-  }
-  Move(form.fraSettings, 0, down);
-  Move(form.rtfFieldHints, down, -down);
-  for (Control* const control :
-       {&field, &form.lblFieldLabel(kSetupSettings), &form.cmdBrowse(kSetupBrowseSettings)}) {
-    control->SetVisible(show);
-  }
-}
-
 void ShowSetup(FormHost& host) {
   frmSetup form({});
   for (const int index : {0, 1}) {
     form.optDbType(index).onClick = [&form] {
       const bool own = form.optDbType(kSetupOwnDb).Checked();
-      ShowSettingsRow(form, own);
+      form.ShowSettingsLocation(own);
       for (const int field : {kSetupServerFolder, kSetupDatabase}) {
         form.txtSetup(field).SetLocked(!own);
       }
@@ -106,11 +86,8 @@ void ShowSetup(FormHost& host) {
       L"C:\\ProgramData\\Postrove"};
   for (int index = kSetupServerFolder; index < kSetupWorkType; ++index) {
     Control& field = form.txtSetup(index);
-    field.onChange = [&form, &field, index] {
-      const bool empty = field.Text().empty();
-      field.SetBackColor(empty ? kYellow : kSystemWindow);
-      form.lblAlert(index).SetVisible(empty);
-    };
+    const bool second = index == kSetupSubjectDelimiter;
+    Require(field, form.lblFieldLabel(second ? kSetupDelimiterLabel : index), form.lblAlert(index));
     field.SetText(values[index]);
   }
   form.cboWorkType.SetItems({L"Project", L"Job", L"Contract"});
@@ -130,6 +107,9 @@ void ShowSetup(FormHost& host) {
 void ShowProjInfo(FormHost& host) {
   frmProjInfo form({});
   form.SetCaption(L"Edit a Project");
+  for (const int index : {kProjInfoNumber, kProjInfoName, kProjInfoFolder}) {
+    Require(form.txtProjInfo(index), form.lblFieldLabel(index), form.lblAlert(index));
+  }
   form.txtProjInfo(kProjInfoNumber).SetText(L"2024-017");
   form.txtProjInfo(kProjInfoName).SetText(L"Harbour Bridge");
   form.txtProjInfo(kProjInfoFolder).SetText(L"\\\\server\\Projects\\2024-017 Harbour Bridge");
