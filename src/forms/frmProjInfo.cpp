@@ -56,18 +56,19 @@ void frmProjInfo::DesignFields() {
   };
   const int browseWidth = 435;
   const int browseLeft = kAlertLeft - 75 - browseWidth;
-  const int longWidth = browseLeft - 60 - kFieldLeft;
+  const int nameWidth = kAlertLeft - 75 - kFieldLeft;
+  const int folderWidth = browseLeft - 60 - kFieldLeft;
   // The tips of the boxes stand as they were designed.
   const Row rows[] = {
       {kProjInfoNumber, 2400, L"Project Number: ",
        L"The word used by your company to organize files on the server.",
        L"The Number Assigned to the Project. This will appear as part of the Email Subject Line.",
        L"Optional"},
-      {kProjInfoName, longWidth, L"Project Name: ",
+      {kProjInfoName, nameWidth, L"Project Name: ",
        L"The Name Assigned to the Project. This will appear as part of the Email Subject Line.",
        L"Enter the Root Folder for Project E-mails. Click the Folder button to browse for folders.",
        L"Required"},
-      {kProjInfoFolder, longWidth, L"Project Folder: ",
+      {kProjInfoFolder, folderWidth, L"Project Folder: ",
        L"Enter the Root Folder for Project E-mails. CLick the Folder button to browse for folders.",
        L"The Folder Used for the Project FIles and Email Sub-Folder. Click the Folder button to "
        L"browse for folders.",
@@ -75,15 +76,15 @@ void frmProjInfo::DesignFields() {
   };
   int top = 705;
   for (const Row& row : rows) {
-    const bool grows = row.width == longWidth;
+    const bool required = row.index != kProjInfoNumber;  // these are the long ones, too
     Add(ControlKind::Label, L"lblFieldLabel", row.index,
         {kMargin, top + 60, kFieldLeft - kMargin - 60, kLabelHeight}, row.label)
         .SetToolTip(row.labelTip);
     Control& field = Add(ControlKind::TextBox, L"txtProjInfo", row.index,
                          {kFieldLeft, top, row.width, kFieldHeight});
     field.SetToolTip(row.tip);
-    if (grows) field.anchors = kLeft | kTop | kRight;
-    if (row.index != kProjInfoNumber) field.SetTag(L"required");
+    if (required) field.SetTag(L"required");
+    if (required) field.anchors = kLeft | kTop | kRight;
     if (row.index == kProjInfoFolder) {
       const wchar_t* const browseTip = L"Browse for a Project Root Folder";
       // The picture hides the caption, which screen readers speak.
@@ -94,11 +95,11 @@ void frmProjInfo::DesignFields() {
       browse.SetToolTip(browseTip);
     }
     // Shown at first: the box beside it is empty.
-    const int alertLeft = grows ? kAlertLeft : kFieldLeft + row.width + 75;
+    const int alertLeft = required ? kAlertLeft : kFieldLeft + row.width + 75;
     Control& alert = Add(ControlKind::Label, L"lblAlert", row.index,
                          {alertLeft, top + 60, kAlertWidth, kLabelHeight}, row.alert);
-    if (grows) alert.anchors = kTop | kRight;
-    alert.SetForeColor(field.Tag().empty() ? kSystemButtonText : kRed);
+    if (required) alert.anchors = kTop | kRight;
+    if (required) alert.SetForeColor(kRed);
     top += 435;
   }
   // Its box stands in the column of the fields.
