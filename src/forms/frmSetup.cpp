@@ -36,7 +36,8 @@ enum Row {
   kEndRow
 };
 
-constexpr int RowTop(int row) { return kFrameTop + 315 + row * kSetupRowHeight; }
+constexpr int kRowHeight = 435;
+constexpr int RowTop(int row) { return kFrameTop + 315 + row * kRowHeight; }
 
 // A label stands on the line of its field's text.
 constexpr Box LabelBox(int left, int row, int width) {
@@ -45,6 +46,13 @@ constexpr Box LabelBox(int left, int row, int width) {
 
 constexpr int kSampleHeight = 480;  // two lines
 constexpr int kFrameBottom = RowTop(kEndRow) + kSampleHeight + 165;
+
+void Move(Control& control, int down, int taller) {
+  Box place = control.Place();
+  place.top += down;
+  place.height += taller;
+  control.SetPlace(place);
+}
 
 }  // namespace
 
@@ -58,6 +66,27 @@ frmSetup::frmSetup(std::weak_ptr<frmSetupEvents> events)
   // Closed by its title bar it would keep values that the return button refuses.
   closable = false;
   Connect(std::move(events));
+}
+
+void frmSetup::ShowSettingsLocation(bool show) {
+  Control& field = txtSetup(kSetupSettings);
+  if (field.Visible() == show) return;
+  Control& alert = lblAlert(kSetupSettings);
+  field.SetVisible(show);
+  lblFieldLabel(kSetupSettings).SetVisible(show);
+  cmdBrowse(kSetupBrowseSettings).SetVisible(show);
+  alert.SetVisible(show && field.Text().empty());
+
+  const int down = show ? kRowHeight : -kRowHeight;
+  // In tab order the rows below stand between the row's last control and the hint box.
+  bool below = false;
+  for (const auto& control : Controls()) {
+    if (control.get() == &rtfFieldHints) break;
+    if (below) Move(*control, down, 0);
+    below = below || control.get() == &alert;
+  }
+  Move(fraSettings, 0, down);
+  Move(rtfFieldHints, down, -down);
 }
 
 // Makes every control, in tab order, and answers the first frame.
@@ -106,12 +135,12 @@ Control& frmSetup::AddField(int index, Box place, const wchar_t* tip) {
   return field;
 }
 
-void frmSetup::AddAlert(int index, int left, int row) {
+void frmSetup::AddAlert(int index, int left, int row, unsigned side) {
   Control& alert =
       Add(ControlKind::Label, L"lblAlert", index, LabelBox(left, row, kAlertWidth), L"Required");
   alert.SetForeColor(kRed);
   alert.SetVisible(false);
-  if (left == kAlertLeft) alert.anchors = kTop | kRight;
+  alert.anchors = kTop | side;
 }
 
 void frmSetup::AddFolder(int index, int row, const wchar_t* label, const wchar_t* tip,
@@ -126,7 +155,7 @@ void frmSetup::AddFolder(int index, int row, const wchar_t* label, const wchar_t
   browse.anchors = kTop | kRight;
   browse.icon = kFolderIcon;
   browse.SetToolTip(browseTip);
-  AddAlert(index, kAlertLeft, row);
+  AddAlert(index, kAlertLeft, row, kRight);
 }
 
 void frmSetup::DesignFolders() {
@@ -157,7 +186,7 @@ void frmSetup::DesignSubjectLine() {
                           {kFieldLeft, RowTop(kWorkTypeRow), workTypeWidth, kFieldHeight});
   workType.SetTag(L"required");
   workType.SetToolTip(L"The word used by your company to organize files on the server.");
-  AddAlert(kSetupWorkType, kFieldLeft + workTypeWidth + 75, kWorkTypeRow);
+  AddAlert(kSetupWorkType, kFieldLeft + workTypeWidth + 75, kWorkTypeRow, kLeft);
 
   AddLabel(kSetupDelimiterLabel, kDelimiterRow, L"Delimiters:")
       .SetToolTip(L"The strings to be used to separate the segments of the E-mail Subject Line.");
@@ -165,7 +194,8 @@ void frmSetup::DesignSubjectLine() {
   const int gap = 75;
   int left = kFieldLeft;
   const auto addWord = [&](int index, int width, const wchar_t* text) {
-    Add(ControlKind::Label, L"lblDelimLabel", index, LabelBox(left, kDelimiterRow, width), text);
+    Add(ControlKind::Label, L"lblDelimLabel", index, LabelBox(left, kDelimiterRow, width), text)
+        .mnemonic = false;
     left += width + gap;
   };
   const auto addDelimiter = [&](int index, const wchar_t* tip) {
@@ -182,14 +212,15 @@ void frmSetup::DesignSubjectLine() {
                L"the E-mail Subject Line.");
   addWord(2, 900, L"<Subject>");
   // Both at the end of the row, in the order of their fields.
-  AddAlert(kSetupProjectDelimiter, kAlertLeft - kAlertWidth - gap, kDelimiterRow);
-  AddAlert(kSetupSubjectDelimiter, kAlertLeft, kDelimiterRow);
+  AddAlert(kSetupProjectDelimiter, kAlertLeft - kAlertWidth - gap, kDelimiterRow, kRight);
+  AddAlert(kSetupSubjectDelimiter, kAlertLeft, kDelimiterRow, kRight);
 
   const wchar_t* const sampleTip =
       L"This is the path & filename format that will be used to save your email.";
   AddLabel(kSetupExampleLabel, kEndRow, L"Example: ").SetToolTip(sampleTip);
   Control& sample = Add(ControlKind::Label, L"lblSavePathSample", -1,
                         {kFieldLeft, RowTop(kEndRow) + 60, kRowRight - kFieldLeft, kSampleHeight});
+  sample.mnemonic = false;
   sample.anchors = kLeft | kTop | kRight;
   sample.SetToolTip(sampleTip);
 }
@@ -218,21 +249,18 @@ void frmSetup::DesignFoot() {
   help.anchors = kLeft | kBottom;
   help.SetToolTip(L"Show Help");
 
-  const auto addSite = [&](int index, int left, int width, const wchar_t* caption,
-                           const wchar_t* tip) -> Control& {
+  const int siteWidth = 2700;
+  const auto addSite = [&](int index, int left, const wchar_t* caption, const wchar_t* tip) {
     Control& site = Add(ControlKind::Label, L"lblWebSite", index,
-                        {left, siteTop, width, kLabelHeight}, caption);
+                        {left, siteTop, siteWidth, kLabelHeight}, caption);
+    site.anchors = kLeft | kBottom;
     site.link = true;
     site.SetForeColor(kLinkBlue);
     site.SetToolTip(tip);
-    return site;
   };
-  addSite(0, kMargin, 3300, kWebSite, L"Click here to go to the Postrove website").anchors =
-      kLeft | kBottom;
-  const int siblingWidth = 2100;
-  addSite(1, kInnerRight - siblingWidth, siblingWidth, L"Find Out About Quillion",
-          L"Click here to go to the Quillion website")
-      .anchors = kRight | kBottom;
+  addSite(0, kMargin, kWebSite, L"Click here to go to the Postrove website");
+  addSite(1, kMargin + siteWidth + 300, L"Find Out About Quillion",
+          L"Click here to go to the Quillion website");
 }
 
 void frmSetup::Connect(std::weak_ptr<frmSetupEvents> events) {

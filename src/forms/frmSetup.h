@@ -52,11 +52,6 @@ enum SetupBrowse {
 enum SetupButton { kSetupReturn = 0, kSetupHelp = 1 };
 enum SetupDbType { kSetupOwnDb = 0, kSetupSiblingDb = 1 };
 
-// The height of one row of fields in the frame fraSettings, in twips: how far the controls below
-// the settings location move when that row is hidden or shown. The frame shrinks with them, and
-// the hint box takes what they leave.
-inline constexpr int kSetupRowHeight = 435;
-
 // The defaults setup dialog. It does no work: every control event goes to the events object. Only
 // the return button ends it (Enter and Esc press it), because its listener may refuse.
 class frmSetup : public Form {
@@ -78,6 +73,10 @@ class frmSetup : public Form {
   Control& cmdBrowse(int index) const { return Find(L"cmdBrowse", index); }
   Control& cmdSetup(int index) const { return Find(L"cmdSetup", index); }
 
+  // Shows or hides the row of the settings location and moves what lies below so that no gap
+  // stays: the rows close up, and the hint box takes or gives the space.
+  void ShowSettingsLocation(bool show);
+
  private:
   Control& Design();
   void DesignDbType();
@@ -86,7 +85,7 @@ class frmSetup : public Form {
   void DesignFoot();
   Control& AddLabel(int index, int row, const wchar_t* text);
   Control& AddField(int index, Box place, const wchar_t* tip);
-  void AddAlert(int index, int left, int row);
+  void AddAlert(int index, int left, int row, unsigned side);
   void AddFolder(int index, int row, const wchar_t* label, const wchar_t* tip, int browseIndex,
                  const wchar_t* browseTip);
   void Connect(std::weak_ptr<frmSetupEvents> events);

@@ -126,11 +126,13 @@ class Control {
   bool isCancel = false;   // the button that Esc presses
   bool tabStop = true;
   bool bold = false;
-  bool link = false;       // a label that is clicked like a link
-  bool multiLine = false;  // a text box of several lines; Enter still presses the default button
-  bool border = true;      // a text box without one looks like a label
-  int fontPoints = 0;      // 0: the form's font size
-  int icon = 0;            // icon resource of a picture button, 0 for none
+  bool link = false;        // a label that is clicked like a link
+  bool multiLine = false;   // a text box of several lines; Enter still presses the default button
+  bool border = true;       // a text box without one looks like a label
+  bool mnemonic = true;     // "&" in a label's text marks a key; else it is shown
+  bool boxOnRight = false;  // a check box stands right of its text
+  int fontPoints = 0;       // 0: the form's font size
+  int icon = 0;             // icon resource of a picture button, 0 for none
 
   // Events, set by the form class. Unset ones are ignored.
   std::function<void()> onChange;

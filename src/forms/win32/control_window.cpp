@@ -27,7 +27,7 @@ Look LookOf(const Control& control, const wchar_t* richEditClass) {
   switch (control.Kind()) {
     case ControlKind::Label:
       // Without SS_NOTIFY the mouse passes through, and no tool tip comes up.
-      return {WC_STATICW, SS_LEFT | SS_NOTIFY, 0};
+      return {WC_STATICW, SS_LEFT | SS_NOTIFY | (control.mnemonic ? 0u : SS_NOPREFIX), 0};
     case ControlKind::TextBox:
       return {WC_EDITW, lines, frame};
     case ControlKind::ComboBox:
@@ -38,11 +38,13 @@ Look LookOf(const Control& control, const wchar_t* richEditClass) {
       return {richEditClass ? richEditClass : WC_EDITW,
               ES_MULTILINE | ES_AUTOVSCROLL | ES_READONLY | WS_VSCROLL, frame};
     case ControlKind::CheckBox:
-      return {WC_BUTTONW, BS_CHECKBOX, 0};
+      return {WC_BUTTONW, BS_CHECKBOX | (control.boxOnRight ? BS_RIGHTBUTTON : 0u), 0};
     case ControlKind::OptionButton:
-      return {WC_BUTTONW, BS_RADIOBUTTON, 0};
+      // Of this kind the arrow keys choose. It marks its group as the model does.
+      return {WC_BUTTONW, BS_AUTORADIOBUTTON, 0};
     case ControlKind::Frame:
-      return {WC_BUTTONW, BS_GROUPBOX, 0};
+      // Transparent, so that the dialog paints the background of its inside.
+      return {WC_BUTTONW, BS_GROUPBOX, WS_EX_TRANSPARENT};
   }
   throw Error(kInvalidArgument, control.Name(), L"Unknown kind of control");
 }
@@ -305,8 +307,11 @@ void ControlWindow::Focus(bool selectAll) {
   if (selectAll && edit_) SendMessageW(edit_, EM_SETSEL, 0, -1);
 }
 
+// An option button without the mark is no tab stop: Windows takes that from it, and would click it
+// with the focus.
 bool ControlWindow::CanFocus() const {
-  return control_ && TakesFocus(*control_) && control_->Visible() && control_->Enabled();
+  return control_ && (GetWindowLongPtrW(window_, GWL_STYLE) & WS_TABSTOP) && control_->Visible() &&
+         control_->Enabled();
 }
 
 void ControlWindow::ShowDefault(bool isDefault) {

@@ -192,7 +192,10 @@ void FormWindow::ControlChanged(Control& control, Property property) {
   if (!window || !window_) return;
   window->Apply(property);
   if (property == Property::ToolTip) tips_.Set(window->Window(), control.ToolTip());
-  if (property == Property::Place) Layout();
+  if (property != Property::Place) return;
+  Layout();
+  // Controls that move over each other one by one leave pieces of their old pictures behind.
+  RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
 
 void FormWindow::CaptionChanged() {

@@ -6,6 +6,7 @@
 #include "dialog_user.h"
 #include "forms/frmFolderMessage.h"
 #include "forms/frmPostrove.h"
+#include "forms/frmSetup.h"
 #include "forms/win32/WinFormHost.h"
 #include "gtest/gtest.h"
 
@@ -283,6 +284,37 @@ TEST(FolderMessage, OnlyItsButtonsCloseIt) {
   host->ShowModal(form);
   EXPECT_FALSE(log.Has("txtFolderMessage0 got"));
   EXPECT_EQ(form.txtFolderMessage(0).Text(), L"The file \r\n\"a\"\r\n already exists.");
+}
+
+TEST(OptionButtons, AreChosenByTheArrowKeysAndNotByTheFirstFocus) {
+  const OwnerWindow owner;
+  const auto host = CreateWinFormHost(GetModuleHandleW(nullptr));
+  EventLog log;
+  frmSetup form({});
+  Control& own = form.optDbType(kSetupOwnDb);
+  Control& sibling = form.optDbType(kSetupSiblingDb);
+  sibling.SetChecked(true);
+  Record(form, log);
+  form.cmdSetup(kSetupReturn).onClick = [&] { form.Unload(); };
+  const auto marked = [](const Dialog& dialog, const Control& option) {
+    return SendMessageW(dialog.Item(option), BM_GETCHECK, 0, 0) == BST_CHECKED;
+  };
+  const DialogUser user([&] {
+    const Dialog dialog(form.Caption());
+    dialog.WaitForFocus(sibling);
+    WaitFor("the first focus", [&] { return log.Has("optDbType1 got"); });
+    EXPECT_FALSE(log.Has("optDbType0 click"));
+    dialog.Press(sibling, VK_LEFT);
+    WaitFor("the choice", [&] { return log.Has("optDbType0 click"); });
+    dialog.WaitForFocus(own);
+    WaitFor("the marks", [&] { return marked(dialog, own) && !marked(dialog, sibling); });
+    dialog.Press(own, VK_TAB);
+    dialog.WaitForFocus(form.txtSetup(kSetupDatabase));
+    dialog.Press(form.txtSetup(kSetupDatabase), VK_ESCAPE);
+  });
+  host->ShowModal(form);
+  EXPECT_TRUE(own.Checked());
+  EXPECT_FALSE(sibling.Checked());
 }
 
 }  // namespace

@@ -1,0 +1,375 @@
+// The dialogs without windows: each control's event becomes one of the form, and every design can
+// be used by keyboard, screen reader and eye.
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "forms/frmFolderMessage.h"
+#include "forms/frmPostrove.h"
+#include "forms/frmProjInfo.h"
+#include "forms/frmSetup.h"
+#include "forms/web_site.h"
+#include "gtest/gtest.h"
+#include "shared/error.h"
+
+namespace postrove::forms {
+namespace {
+
+using Log = std::vector<std::string>;
+
+// A control event of the save dialog arrives as the event of the form, with its values.
+class PostroveListener final : public frmPostroveEvents {
+ public:
+  void frmPostroveEvent_ButtonClicked(int Index) override { Add("button", Index); }
+  void frmPostroveEvent_FormUnload(bool& Cancel) override {
+    Cancel = refuse;
+    Add("unload");
+  }
+  void frmPostroveEvent_FormActivate() override { Add("activate"); }
+  void frmPostroveEvent_ProjectComboChange(const std::wstring& Text) override {
+    Add("project " + std::string(Text.begin(), Text.end()));
+  }
+  void frmPostroveEvent_ProjectComboClick() override { Add("project click"); }
+  void frmPostroveEvent_ProjectComboGotFocus() override { Add("project got"); }
+  void frmPostroveEvent_ProjectComboKeyPress(int& KeyAscii) override {
+    Add("project key", KeyAscii);
+    KeyAscii = 0;
+  }
+  void frmPostroveEvent_ProjectComboLostFocus() override { Add("project lost"); }
+  void frmPostroveEvent_SaveAsNameChanged() override { Add("name"); }
+  void frmPostroveEvent_SaveAsNameGotFocus() override { Add("name got"); }
+  void frmPostroveEvent_SaveAsNameLostFocus() override { Add("name lost"); }
+  void frmPostroveEvent_SaveFolderChanged() override { Add("folder"); }
+  void frmPostroveEvent_SaveFolderGotFocus() override { Add("folder got"); }
+  void frmPostroveEvent_SaveFolderLostFocus() override { Add("folder lost"); }
+  void frmPostroveEvent_WebLabelClick(const std::wstring& Caption) override {
+    EXPECT_EQ(Caption, kWebSite);
+    Add("web");
+  }
+
+  Log log;
+  bool refuse = false;
+
+ private:
+  void Add(std::string event) { log.push_back(std::move(event)); }
+  void Add(const std::string& event, int value) { Add(event + " " + std::to_string(value)); }
+};
+
+TEST(FrmPostrove, RaisesOneEventForEachOfItsControls) {
+  const auto listener = std::make_shared<PostroveListener>();
+  frmPostrove form(listener);
+  listener->refuse = true;  // so that the close button leaves the form to go on with
+  form.UserActivated();
+  for (const int index : {0, 1, 2, 3, 4, 5, 8}) form.cmdPostrove(index).UserClicked();
+  form.cboPostrove.SetItems({L"P"});
+  form.cboPostrove.UserPicked(0);
+  form.cboPostrove.UserEntered();
+  EXPECT_TRUE(form.cboPostrove.UserPressed(13));
+  form.cboPostrove.UserLeft();
+  form.txtSaveAsName.SetText(L"n");
+  form.txtSaveAsName.UserEntered();
+  form.txtSaveAsName.UserLeft();
+  form.txtSaveFolder.SetText(L"f");
+  form.txtSaveFolder.UserEntered();
+  form.txtSaveFolder.UserLeft();
+  form.lblWebSite.UserClicked();
+  EXPECT_FALSE(form.Unload());
+  EXPECT_EQ(listener->log,
+            (Log{"activate",      "button 0",    "button 1",       "button 2",     "button 3",
+                 "button 4",      "unload",      "button 5",       "button 8",     "project P",
+                 "project click", "project got", "project key 13", "project lost", "name",
+                 "name got",      "name lost",   "folder",         "folder got",   "folder lost",
+                 "web",           "unload"}));
+  for (const int index : {6, 7}) EXPECT_THROW(form.cmdPostrove(index), Error) << index;
+}
+
+TEST(FrmPostrove, OutlivesItsListener) {
+  auto listener = std::make_shared<PostroveListener>();
+  frmPostrove form(listener);
+  listener.reset();
+  form.cmdPostrove(kMainButton).UserClicked();
+  form.txtSaveAsName.SetText(L"n");
+  EXPECT_TRUE(form.Unload());
+}
+
+bool Within(const Box& inner, const Box& outer) {
+  return inner.left >= outer.left && inner.top >= outer.top &&
+         inner.left + inner.width <= outer.left + outer.width &&
+         inner.top + inner.height <= outer.top + outer.height;
+}
+
+bool Apart(const Box& one, const Box& other) {
+  return one.left >= other.left + other.width || other.left >= one.left + one.width ||
+         one.top >= other.top + other.height || other.top >= one.top + one.height;
+}
+
+// Every visible control lies on the form, and on no other but a frame that holds it.
+void CheckPlaces(const Form& form) {
+  for (const auto& control : form.Controls()) {
+    if (!control->Visible()) continue;
+    SCOPED_TRACE(std::string(control->Name().begin(), control->Name().end()) + " " +
+                 std::to_string(control->Index()));
+    EXPECT_TRUE(Within(control->Place(), {0, 0, form.Width(), form.Height()}));
+    for (const auto& other : form.Controls()) {
+      if (other == control) break;
+      if (!other->Visible()) continue;
+      const bool held =
+          other->Kind() == ControlKind::Frame && Within(control->Place(), other->Place());
+      EXPECT_TRUE(held || Apart(control->Place(), other->Place()))
+          << "lies on " << std::string(other->Name().begin(), other->Name().end());
+    }
+  }
+}
+
+// What every form must offer the keyboard, the screen reader and the eye.
+void CheckDesign(Form& form) {
+  for (const auto& control : form.Controls()) control->SetVisible(true);
+  CheckPlaces(form);
+  std::map<wchar_t, std::wstring> mnemonics;
+  int defaults = 0;
+  int cancels = 0;
+  const Control* before = nullptr;
+  for (const auto& item : form.Controls()) {
+    const Control& control = *item;
+    SCOPED_TRACE(std::string(control.Name().begin(), control.Name().end()) + " " +
+                 std::to_string(control.Index()));
+    const std::wstring& text = control.Text();
+    const std::size_t mark = text.find(L'&');
+    if (mark != std::wstring::npos) {
+      EXPECT_EQ(mnemonics.count(text.at(mark + 1)), 0u) << "a mnemonic is used twice";
+      mnemonics[text.at(mark + 1)] = control.Name();
+    }
+    defaults += control.isDefault;
+    cancels += control.isCancel;
+    if (control.Kind() == ControlKind::ComboBox ||
+        (control.Kind() == ControlKind::TextBox && control.tabStop)) {
+      ASSERT_NE(before, nullptr);
+      EXPECT_EQ(before->Kind(), ControlKind::Label) << "the field has no name";
+    }
+    before = &control;
+  }
+  EXPECT_EQ(defaults, 1);
+  EXPECT_EQ(cancels, 1);
+}
+
+TEST(FrmPostrove, IsDesignedForKeyboardAndScreenReader) {
+  frmPostrove form({});
+  CheckDesign(form);
+  EXPECT_EQ(form.cmdPostrove(kMainButton).Text(), L"&Send and Save");
+  EXPECT_TRUE(form.cmdPostrove(kMainButton).isDefault);
+  EXPECT_TRUE(form.cmdPostrove(kCloseButton).isCancel);
+  EXPECT_EQ(form.txtSaveFolder.Tag(), L"required");
+  EXPECT_EQ(form.txtSaveAsName.Tag(), L"required");
+}
+
+TEST(FrmFolderMessage, AnswersByItsButtonsOnly) {
+  class Listener final : public frmFolderMessageEvents {
+   public:
+    void frmFolderMessageEvent_ButtonClicked(int Index) override {
+      log.push_back("button " + std::to_string(Index));
+    }
+    void frmFolderMessageEvent_ButtonMouseDown(int Index, int Button, int Shift, float X,
+                                               float Y) override {
+      EXPECT_EQ(Shift, 3);
+      EXPECT_EQ(X, 15.0f);
+      EXPECT_EQ(Y, 30.0f);
+      log.push_back("down " + std::to_string(Index) + std::to_string(Button));
+    }
+    void frmFolderMessageEvent_FolderMessageFieldChange(int Index) override {
+      log.push_back("change " + std::to_string(Index));
+    }
+    void frmFolderMessageEvent_FolderMessageFieldGotFocus(int Index) override {
+      log.push_back("got " + std::to_string(Index));
+    }
+    void frmFolderMessageEvent_FolderMessageFieldLostFocus(int Index) override {
+      log.push_back("lost " + std::to_string(Index));
+    }
+    void frmFolderMessageEvent_FormActivate() override { log.push_back("activate"); }
+    Log log;
+  };
+  const auto listener = std::make_shared<Listener>();
+  frmFolderMessage form(listener);
+  CheckDesign(form);
+  EXPECT_EQ(form.Caption(), L" Folder Not Found");
+  EXPECT_EQ(form.txtFolderMessage(1).Tag(), L"required");
+  form.UserClosed();
+  EXPECT_FALSE(form.IsUnloaded());
+  form.UserActivated();
+  form.txtFolderMessage(0).UserTyped(L"edited", 0, 0);
+  form.txtFolderMessage(1).UserEntered();
+  form.txtFolderMessage(1).UserTyped(L" name ", 6, 0);
+  form.txtFolderMessage(1).UserLeft();
+  form.cmdFolderMessage(1).UserMouseDown(2, 3, 15, 30);
+  form.cmdFolderMessage(0).UserClicked();
+  EXPECT_EQ(form.txtFolderMessage(1).Text(), L" name ");
+  EXPECT_EQ(listener->log, (Log{"activate", "got 1", "change 1", "lost 1", "down 12", "button 0"}));
+}
+
+class SetupListener final : public frmSetupEvents {
+ public:
+  void frmSetupEvent_BrowseClicked(int Index) override { Add("browse", Index); }
+  void frmSetupEvent_ButtonClicked(int Index) override { Add("button", Index); }
+  void frmSetupEvent_SetupDbTypeOptionClick() override { log.push_back("type"); }
+  void frmSetupEvent_SetupFieldChange(int Index) override { Add("change", Index); }
+  void frmSetupEvent_SetupFieldGotFocus(int Index) override { Add("got", Index); }
+  void frmSetupEvent_SetupFieldLostFocus(int Index) override { Add("lost", Index); }
+  void frmSetupEvent_SetupListChange(const std::wstring& Text) override { Add("list", Text); }
+  void frmSetupEvent_SetupListClick() override { log.push_back("list click"); }
+  void frmSetupEvent_SetupListKeyPress(int& KeyAscii, const std::wstring& Text) override {
+    Add("key " + std::to_string(KeyAscii), Text);
+    KeyAscii = 0;
+  }
+  void frmSetupEvent_SetupWebLabelClick(const std::wstring& Caption) override {
+    Add("web", Caption);
+  }
+
+  Log log;
+
+ private:
+  void Add(const std::string& event, int value) { log.push_back(event + std::to_string(value)); }
+  void Add(const std::string& event, const std::wstring& text) {
+    log.push_back(event + " " + std::string(text.begin(), text.end()));
+  }
+};
+
+TEST(FrmSetup, RaisesOneEventForEachOfItsControls) {
+  auto listener = std::make_shared<SetupListener>();
+  frmSetup form(listener);
+  Log expected;
+  for (const int index : {0, 1, 2, 3}) {
+    form.cmdBrowse(index).UserClicked();
+    expected.push_back("browse" + std::to_string(index));
+  }
+  for (const int index : {0, 1, 2, 3, 4, 5}) {
+    form.txtSetup(index).UserEntered();
+    form.txtSetup(index).UserTyped(L"x", 1, 0);
+    form.txtSetup(index).UserLeft();
+    for (const char* const event : {"got", "change", "lost"}) {
+      expected.push_back(event + std::to_string(index));
+    }
+  }
+  form.cboWorkType.SetItems({L"Job"});
+  form.cboWorkType.UserEntered();
+  form.cboWorkType.UserPicked(0);
+  EXPECT_TRUE(form.cboWorkType.UserPressed(13));
+  form.cboWorkType.UserLeft();
+  form.optDbType(kSetupOwnDb).SetChecked(true);
+  form.optDbType(kSetupSiblingDb).UserClicked();
+  EXPECT_FALSE(form.optDbType(kSetupOwnDb).Checked());
+  form.lblWebSite(1).UserClicked();
+  form.cmdSetup(kSetupHelp).UserClicked();
+  form.cmdSetup(kSetupReturn).UserClicked();
+  for (const char* const event : {"got6", "list Job", "list click", "key 13 Job", "lost6", "type",
+                                  "type", "web Find Out About Quillion", "button1", "button0"}) {
+    expected.emplace_back(event);
+  }
+  EXPECT_EQ(listener->log, expected);
+  EXPECT_FALSE(form.IsUnloaded());
+
+  listener.reset();
+  form.cmdBrowse(0).UserClicked();
+  form.cboWorkType.UserTyped(L"x", 1, 0);
+  EXPECT_TRUE(form.Unload());
+}
+
+TEST(FrmSetup, IsEndedByItsReturnButtonOnly) {
+  frmSetup form({});
+  CheckDesign(form);
+  EXPECT_TRUE(form.cmdSetup(kSetupReturn).isDefault);
+  EXPECT_TRUE(form.cmdSetup(kSetupReturn).isCancel);
+  for (const int index : {0, 1, 2, 3, 4, 5}) EXPECT_EQ(form.txtSetup(index).Tag(), L"required");
+  EXPECT_EQ(form.cboWorkType.Tag(), L"required");
+  form.UserClosed();
+  EXPECT_FALSE(form.IsUnloaded());
+}
+
+TEST(FrmSetup, ClosesTheGapOfTheHiddenSettingsRow) {
+  frmSetup form({});
+  std::vector<Box> designed;
+  for (const auto& control : form.Controls()) designed.push_back(control->Place());
+  for (const int index : {0, 1, 2, 3, 4, 5, 6}) form.lblAlert(index).SetVisible(true);
+  const int hintsEnd = form.rtfFieldHints.Place().top + form.rtfFieldHints.Place().height;
+  const Box row = form.txtSetup(kSetupSettings).Place();
+
+  for (const int repeated : {0, 1}) {
+    SCOPED_TRACE(repeated);
+    form.ShowSettingsLocation(false);
+    EXPECT_FALSE(form.txtSetup(kSetupSettings).Visible());
+    EXPECT_FALSE(form.lblFieldLabel(kSetupSettings).Visible());
+    EXPECT_FALSE(form.lblAlert(kSetupSettings).Visible());
+    EXPECT_FALSE(form.cmdBrowse(kSetupBrowseSettings).Visible());
+    CheckPlaces(form);
+    EXPECT_EQ(form.txtSetup(kSetupServerFolder).Place(), row);
+    const Box& hints = form.rtfFieldHints.Place();
+    EXPECT_EQ(hints.top + hints.height, hintsEnd);
+  }
+
+  form.txtSetup(kSetupSettings).SetText(L"C:\\Settings");
+  form.ShowSettingsLocation(true);
+  EXPECT_TRUE(form.txtSetup(kSetupSettings).Visible());
+  EXPECT_FALSE(form.lblAlert(kSetupSettings).Visible());
+  for (std::size_t i = 0; i < designed.size(); ++i) {
+    EXPECT_EQ(form.Controls()[i]->Place(), designed[i]) << i;
+  }
+}
+
+TEST(FrmProjInfo, AnswersByItsButtonsOnly) {
+  class Listener final : public frmProjInfoEvents {
+   public:
+    void frmProjInfoEvent_ButtonClicked(int Index) override { Add("button", Index); }
+    void frmProjInfoEvent_ButtonMouseDown(int Index, int Button, int Shift, float X,
+                                          float Y) override {
+      EXPECT_EQ(Shift, 1);
+      EXPECT_EQ(X, 15.0f);
+      EXPECT_EQ(Y, 30.0f);
+      Add("down" + std::to_string(Button), Index);
+    }
+    void frmProjInfoEvent_BrowseClicked(int Index) override { Add("browse", Index); }
+    void frmProjInfoEvent_ProjInfoFieldChange(int Index) override { Add("change", Index); }
+    void frmProjInfoEvent_ProjInfoFieldGotFocus(int Index) override { Add("got", Index); }
+    void frmProjInfoEvent_ProjInfoFieldLostFocus(int Index) override { Add("lost", Index); }
+    void frmProjInfoEvent_ProjInfoWebLabelClick(const std::wstring& Caption) override {
+      EXPECT_EQ(Caption, kWebSite);
+      log.push_back("web");
+    }
+    void frmProjInfoEvent_ProjActiveClicked() override { log.push_back("active"); }
+    void frmProjInfoEvent_FormActivate() override { log.push_back("activate"); }
+    Log log;
+
+   private:
+    void Add(const std::string& event, int value) {
+      log.push_back(event + " " + std::to_string(value));
+    }
+  };
+  auto listener = std::make_shared<Listener>();
+  frmProjInfo form(listener);
+  CheckDesign(form);
+  EXPECT_TRUE(form.cmdProjInfo(kProjInfoSave).isDefault);
+  EXPECT_TRUE(form.cmdProjInfo(kProjInfoCancel).isCancel);
+  EXPECT_EQ(form.txtProjInfo(kProjInfoNumber).Tag(), L"");
+  EXPECT_EQ(form.txtProjInfo(kProjInfoName).Tag(), L"required");
+  EXPECT_EQ(form.txtProjInfo(kProjInfoFolder).Tag(), L"required");
+  form.UserClosed();
+  EXPECT_FALSE(form.IsUnloaded());
+
+  form.UserActivated();
+  for (const int index : {0, 1, 2}) {
+    form.txtProjInfo(index).UserEntered();
+    form.txtProjInfo(index).SetText(L"x");
+    form.txtProjInfo(index).UserLeft();
+  }
+  form.cmdBrowse(0).UserClicked();
+  form.chkProjActive.UserClicked();
+  form.lblWebSite.UserClicked();
+  form.cmdProjInfo(kProjInfoCancel).UserMouseDown(2, 1, 15, 30);
+  for (const int index : {0, 1, 2}) form.cmdProjInfo(index).UserClicked();
+  EXPECT_EQ(listener->log, (Log{"activate", "got 0", "change 0", "lost 0", "got 1", "change 1",
+                                "lost 1", "got 2", "change 2", "lost 2", "browse 0", "active",
+                                "web", "down2 1", "button 0", "button 1", "button 2"}));
+  listener.reset();
+  form.cmdProjInfo(kProjInfoSave).UserClicked();
+}
+
+}  // namespace
+}  // namespace postrove::forms
