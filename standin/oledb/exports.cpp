@@ -1,0 +1,56 @@
+#include "oledb/com_object.h"
+#include "oledb/data_source.h"
+#include "oledb/registration.h"
+
+namespace {
+
+using namespace standin;
+
+HMODULE thisModule;
+
+class Factory : public ComObject<IClassFactory> {
+ public:
+  HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID iid, void** object) override {
+    return Entry(IID_IClassFactory, [&]() -> HRESULT {
+      if (!object) return E_INVALIDARG;
+      *object = nullptr;
+      if (outer) return CLASS_E_NOAGGREGATION;
+      return Make<DataSource>()->QueryInterface(iid, object);
+    });
+  }
+
+  HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) override {
+    openObjects += lock ? 1 : -1;
+    return S_OK;
+  }
+};
+
+}  // namespace
+
+BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, void*) {
+  if (reason == DLL_PROCESS_ATTACH) thisModule = module;
+  return TRUE;
+}
+
+STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** object) {
+  return Entry(IID_IUnknown, [&]() -> HRESULT {
+    if (!object) return E_INVALIDARG;
+    *object = nullptr;
+    if (clsid != kProviderClass) return CLASS_E_CLASSNOTAVAILABLE;
+    return Make<Factory>()->QueryInterface(iid, object);
+  });
+}
+
+STDAPI DllCanUnloadNow() { return openObjects == 0 ? S_OK : S_FALSE; }
+
+STDAPI DllRegisterServer() {
+  return Entry(IID_IUnknown, [] { return Register(thisModule); });
+}
+
+STDAPI DllUnregisterServer() {
+  return Entry(IID_IUnknown, [] { return Unregister(); });
+}
+
+// The objects that are alive, and server locks, for tests that look for leaks.
+extern "C" long OpenObjects();
+long OpenObjects() { return openObjects; }

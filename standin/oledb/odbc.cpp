@@ -1,0 +1,174 @@
+#include "oledb/odbc.h"
+
+#include <oledberr.h>
+#include <sqlucode.h>
+
+#include <algorithm>
+#include <iterator>
+
+#include "oledb/error.h"
+
+namespace standin {
+
+namespace {
+
+// Whether a column of this ODBC type holds yes/no values, whole numbers, numbers or else texts.
+DBTYPE ProviderType(SQLSMALLINT type) {
+  switch (type) {
+    case SQL_BIT:
+      return DBTYPE_BOOL;
+    case SQL_TINYINT:
+    case SQL_SMALLINT:
+    case SQL_INTEGER:
+    case SQL_BIGINT:
+      return DBTYPE_I4;
+    case SQL_REAL:
+    case SQL_FLOAT:
+    case SQL_DOUBLE:
+      return DBTYPE_R8;
+    default:
+      return DBTYPE_WSTR;
+  }
+}
+
+DBLENGTH ProviderSize(DBTYPE type, SQLULEN characters) {
+  switch (type) {
+    case DBTYPE_BOOL:
+      return sizeof(VARIANT_BOOL);
+    case DBTYPE_I4:
+      return sizeof(LONG);
+    case DBTYPE_R8:
+      return sizeof(double);
+    default:
+      return characters;
+  }
+}
+
+}  // namespace
+
+OdbcHandle::OdbcHandle(SQLSMALLINT kind, SQLHANDLE parent) : kind_(kind) {
+  if (!SQL_SUCCEEDED(SQLAllocHandle(kind, parent, &handle_))) {
+    throw ProviderError(E_FAIL, L"ODBC is not available.");
+  }
+}
+
+OdbcHandle::~OdbcHandle() { SQLFreeHandle(kind_, handle_); }
+
+void OdbcHandle::Check(SQLRETURN result, HRESULT code) const {
+  if (SQL_SUCCEEDED(result) || result == SQL_NO_DATA) return;
+  SQLWCHAR state[6] = {}, text[1024] = {};
+  SQLINTEGER native = 0;
+  SQLSMALLINT length = 0;
+  const SQLRETURN told = SQLGetDiagRecW(kind_, handle_, 1, state, &native, text,
+                                        static_cast<SQLSMALLINT>(std::size(text)), &length);
+  throw ProviderError(code, SQL_SUCCEEDED(told) ? text : L"The ODBC driver gives no reason.");
+}
+
+Connection::Environment::Environment() : OdbcHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE) {
+  Check(SQLSetEnvAttr(Get(), SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), 0),
+        E_FAIL);
+}
+
+Connection::Connection(const std::wstring& unixPath, bool readOnly)
+    : connection_(SQL_HANDLE_DBC, environment_.Get()) {
+  std::wstring text = L"DRIVER={SQLite3};NoCreat=1;Timeout=5000;Database=" + unixPath;
+  connection_.Check(SQLDriverConnectW(connection_.Get(), nullptr, text.data(), SQL_NTS, nullptr, 0,
+                                      nullptr, SQL_DRIVER_NOPROMPT),
+                    E_FAIL);
+  if (!readOnly) return;
+  const OdbcHandle statement(SQL_HANDLE_STMT, connection_.Get());
+  std::wstring pragma = L"PRAGMA query_only=1";
+  statement.Check(SQLExecDirectW(statement.Get(), pragma.data(), SQL_NTS), E_FAIL);
+}
+
+Connection::~Connection() { SQLDisconnect(connection_.Get()); }
+
+Statement::Statement(std::shared_ptr<Connection> connection, const std::wstring& text)
+    : connection_(std::move(connection)), statement_(SQL_HANDLE_STMT, connection_->Get()) {
+  const SQLHANDLE handle = statement_.Get();
+  std::wstring copy = text;
+  statement_.Check(SQLPrepareW(handle, copy.data(), SQL_NTS), DB_E_ERRORSINCOMMAND);
+  SQLSMALLINT parameters = 0;
+  statement_.Check(SQLNumParams(handle, &parameters), DB_E_ERRORSINCOMMAND);
+  if (parameters > 0) {
+    throw ProviderError(DB_E_PARAMNOTOPTIONAL,
+                        L"No value given for one or more required parameters.");
+  }
+  statement_.Check(SQLExecute(handle), DB_E_ERRORSINCOMMAND);
+  SQLSMALLINT count = 0;
+  statement_.Check(SQLNumResultCols(handle, &count), E_FAIL);
+  for (SQLSMALLINT i = 1; i <= count; ++i) {
+    columns_.push_back(Describe(static_cast<SQLUSMALLINT>(i)));
+  }
+}
+
+DBROWCOUNT Statement::AffectedRows() const {
+  SQLLEN rows = -1;
+  statement_.Check(SQLRowCount(statement_.Get(), &rows), E_FAIL);
+  return rows;
+}
+
+Column Statement::Describe(SQLUSMALLINT number) const {
+  SQLWCHAR name[256] = {};
+  SQLSMALLINT nameLength = 0, type = 0, scale = 0, nullable = 0;
+  SQLULEN size = 0;
+  statement_.Check(
+      SQLDescribeColW(statement_.Get(), number, name, static_cast<SQLSMALLINT>(std::size(name)),
+                      &nameLength, &type, &size, &scale, &nullable),
+      E_FAIL);
+  const DBTYPE ours = ProviderType(type);
+  return {name, ours, ProviderSize(ours, size), nullable != SQL_NO_NULLS};
+}
+
+std::vector<Cell> Statement::Next() {
+  const SQLRETURN fetched = SQLFetch(statement_.Get());
+  statement_.Check(fetched, E_FAIL);
+  if (fetched == SQL_NO_DATA) return {};
+  std::vector<Cell> cells;
+  for (size_t i = 1; i <= columns_.size(); ++i) cells.push_back(Read(static_cast<SQLUSMALLINT>(i)));
+  return cells;
+}
+
+Cell Statement::Read(SQLUSMALLINT number) const {
+  const auto get = [&](SQLSMALLINT type, auto value) -> Cell {
+    SQLLEN indicator = 0;
+    statement_.Check(SQLGetData(statement_.Get(), number, type, &value, sizeof value, &indicator),
+                     E_FAIL);
+    if (indicator == SQL_NULL_DATA) return {};
+    return value;
+  };
+  switch (columns_[number - 1].type) {
+    case DBTYPE_BOOL: {
+      const Cell bit = get(SQL_C_SBIGINT, std::int64_t{0});
+      const auto* value = std::get_if<std::int64_t>(&bit);
+      return value ? Cell(*value != 0) : Cell();
+    }
+    case DBTYPE_I4:
+      return get(SQL_C_SBIGINT, std::int64_t{0});
+    case DBTYPE_R8:
+      return get(SQL_C_DOUBLE, 0.0);
+    default: {
+      bool isNull = false;
+      std::wstring text = ReadText(number, isNull);
+      return isNull ? Cell() : Cell(std::move(text));
+    }
+  }
+}
+
+std::wstring Statement::ReadText(SQLUSMALLINT number, bool& isNull) const {
+  std::wstring text;
+  for (;;) {
+    SQLWCHAR part[1024] = {};
+    SQLLEN length = 0;
+    const SQLRETURN result =
+        SQLGetData(statement_.Get(), number, SQL_C_WCHAR, part, sizeof part, &length);
+    statement_.Check(result, E_FAIL);
+    if (result == SQL_NO_DATA) return text;
+    isNull = length == SQL_NULL_DATA;
+    if (isNull) return {};
+    text += part;
+    if (result == SQL_SUCCESS) return text;
+  }
+}
+
+}  // namespace standin
