@@ -71,7 +71,7 @@ MessageData LoadMessage(const std::wstring& folder) {
   const std::wstring root = postrove::text::NormaliseFolder(folder);
   const std::string ini = ReadWholeFile(root + L"message.ini");
   // The file carries a UTF-8 mark, so the code page is never asked.
-  const postrove::ini::CodePage codePage = {
+  const postrove::CodePage codePage = {
       [](const std::string& bytes) { return FromUtf8(bytes); },
       [](const std::wstring& text) { return postrove::text::ToUtf8(text); }};
   const auto value = [&](const std::wstring& section, const wchar_t* key) {

@@ -7,7 +7,7 @@
 namespace postrove {
 namespace {
 
-const ini::CodePage kLatin1{[](const std::string& bytes) {
+const CodePage kLatin1{[](const std::string& bytes) {
                               std::wstring text;
                               for (const char byte : bytes) {
                                 text.push_back(static_cast<unsigned char>(byte));

@@ -13,7 +13,7 @@ namespace postrove {
 namespace {
 
 // Latin-1 stands for the system's code page.
-const ini::CodePage kLatin1{[](const std::string& bytes) {
+const CodePage kLatin1{[](const std::string& bytes) {
                               std::wstring text;
                               for (const char byte : bytes) {
                                 text.push_back(static_cast<unsigned char>(byte));
@@ -30,7 +30,7 @@ const ini::CodePage kLatin1{[](const std::string& bytes) {
 
 // A code page in which the second byte of a character can be "[", "]" or "\": a byte from 0x81 on
 // and the next one are one character.
-const ini::CodePage kDoubleByte{[](const std::string& bytes) {
+const CodePage kDoubleByte{[](const std::string& bytes) {
                                   std::wstring text;
                                   for (std::size_t i = 0; i < bytes.size(); ++i) {
                                     unsigned c = static_cast<unsigned char>(bytes[i]);
