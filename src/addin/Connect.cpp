@@ -2,6 +2,8 @@
 
 #include <oleauto.h>
 
+#include <utility>
+
 #include "addin/modMain.h"
 #include "addin/module.h"
 #include "controller/clsPostrove.h"
@@ -162,7 +164,12 @@ STDMETHODIMP Connect::OnConnection(IDispatch* Application, ext_ConnectMode, IDis
 STDMETHODIMP Connect::OnDisconnection(ext_DisconnectMode, SAFEARRAY**) {
   Guarded([] {
     SharedObjects& shared = modMain::Shared();
-    if (shared.gController) shared.gController.reset();
+    if (const auto controller = std::exchange(shared.gController, nullptr)) {
+      Guarded([&] {
+        controller->Terminate();
+        return S_OK;
+      });
+    }
     if (shared.gUtility) shared.gUtility.reset();
     return S_OK;
   });

@@ -1,4 +1,5 @@
 #include "controller/clsPostrove.h"
+#include "controller/raised.h"
 #include "data/label_places.h"
 #include "outlook/IclsOutlook.h"
 #include "outlook/office/ids.h"
@@ -24,10 +25,11 @@ void clsPostrove::mcbPostroveMenuButton_Click() {
   }
   const bool shown = Reporting(*utility_, L"clsPostrove", L"PostroveMenuButton_Click()", [this] {
     GetProjectList();
-    const office::MailItem mail = TakeActiveMessage();
+    // Not kept here: Outlook can quit while the dialog is open.
+    const std::wstring subject = TakeActiveMessage().Subject();
     const auto form = std::make_shared<forms::frmPostrove>(weak_from_this());
     frmPostroveEvent_ = form;
-    PrepareFrom(mail.Subject());
+    PrepareFrom(subject);
     form->lblFormTitle.SetText(L"Postrove " + WorkUnit + L" EMail and File Location");
     form->lblProjectLabel.SetText(WorkUnit + L": ");
     form->lblFolderLabel.SetText(
@@ -35,17 +37,17 @@ void clsPostrove::mcbPostroveMenuButton_Click() {
     form->lblNameLabel.SetText(
         Label(labels::kSaveDialog, labels::kNameCaption, form->lblNameLabel.Text()));
     ArrangeForm(*form);
-    filling_ = true;
-    FillProjectCombo(form->cboPostrove);
-    FillSaveFields(*form);
-    filling_ = false;
+    {
+      const Raised filling(filling_);
+      FillProjectCombo(form->cboPostrove);
+      FillSaveFields(*form);
+    }
     forms_->ShowModal(*form);
   });
   // What a failed click left behind must not reach the next message.
   if (!shown) ClearProject();
   frmPostroveEvent_.reset();
   clickedInspector_ = {};
-  filling_ = false;
   typedProject_ = false;
 }
 
@@ -65,8 +67,8 @@ office::MailItem clsPostrove::TakeActiveMessage() {
   const office::MailItem mail = office::MailItem::From(item);
   outlook->SetMailItem(mail);
   clickedInspector_ = inspector;
-  // Asked of this very item: the flag of the window opened last may belong to another message.
-  ItemIsSent = item.Sent();
+  // Asked of this very item: ItemIsSent belongs to the window opened last.
+  clickedIsSent_ = item.Sent();
   return mail;
 }
 
@@ -105,7 +107,7 @@ void clsPostrove::ArrangeForm(forms::frmPostrove& form) const {
   form.lblAlert.SetVisible(false);
   form.lblAlert.SetText(L"Required");
 
-  if (ItemIsSent) form.cmdPostrove(forms::kMainButton).SetText(L"Save");
+  if (clickedIsSent_) form.cmdPostrove(forms::kMainButton).SetText(L"Save");
 
   form.lblVersion.SetText(VersionText(version_));
   forms::Box place = form.lblVersion.Place();

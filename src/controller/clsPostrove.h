@@ -149,6 +149,15 @@ class clsPostrove final : public forms::frmPostroveEvents,
   // A click on the inspector button.
   void mcbPostroveMenuButton_Click();
 
+  // The inspector button whose clicks arrive, and taking another one's clicks instead, which keeps
+  // its looks. Throws Error when Office refuses; the button kept before then stays.
+  const office::CommandBarButton& PostroveMenuButton() const { return mcbPostroveMenuButton_; }
+  void ListenTo(const office::CommandBarButton& button);
+
+  // Lets go of every object of Outlook and closes the open dialogs, unanswered. Before the last
+  // reference to the controller goes.
+  void Terminate();
+
   // The save dialog.
   void frmPostroveEvent_ButtonClicked(int Index) override;
   void frmPostroveEvent_FormUnload(bool& Cancel) override;
@@ -247,7 +256,10 @@ class clsPostrove final : public forms::frmPostroveEvents,
   office::CommandBarButton mcbPostroveMenuButton_;
   office::Subscription buttonEvents_;
 
-  office::Inspector clickedInspector_;  // whose message the open dialog files
+  // The message that the open dialog files. Other windows can open meanwhile, so its state is not
+  // that of the window opened last.
+  office::Inspector clickedInspector_;
+  bool clickedIsSent_ = false;
   std::shared_ptr<forms::frmPostrove> frmPostroveEvent_;
   std::shared_ptr<forms::frmFolderMessage> frmFolderMessageEvent_;
   bool folderMessageAnswered_ = false;  // by one of its two buttons

@@ -69,8 +69,14 @@ void clsPostrove::ResolveSubjectProject() {
   }
   ProjFilePath = Root + ProjectNumber + L"\\";
   ProjectList.push_back({ProjectNumber, ProjectName, ProjFilePath, false, 0});
-  if (frmPostroveEvent_) {
-    frmPostroveEvent_->cboPostrove.AddItem(ItemText(ProjectName, ProjectNumber));
+  if (!frmPostroveEvent_) return;
+  forms::Control& combo = frmPostroveEvent_->cboPostrove;
+  const std::wstring item = ItemText(ProjectName, ProjectNumber);
+  // An empty list shows one item that stands for no row.
+  if (ProjectList.size() == 1) {
+    combo.SetItems({item});
+  } else {
+    combo.AddItem(item);
   }
 }
 

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <utility>
 
 #include "controller/clsPostrove.h"
 #include "forms/kit/guards.h"
@@ -15,9 +16,79 @@ namespace {
 constexpr wchar_t kBreak[] = L"\r\n";
 constexpr wchar_t kExtension[] = L".msg";
 constexpr wchar_t kAttachmentMark[] = L"(att)";
+constexpr wchar_t kRootedFolder[] =
+    L"The Folder must begin with a drive or a server, such as C:\\Projects or "
+    L"\\\\Server\\Projects.";
 constexpr wchar_t kFooter[] = L"Save important emails with ";
 
 std::wstring Quoted(const std::wstring& text) { return L"\"" + text + L"\""; }
+
+// The subject that an empty one is filled with; empty again unless the message was filed, so that
+// another try can name another project.
+class FilledSubject {
+ public:
+  FilledSubject(const office::MailItem& mail, const std::wstring& subject)
+      : mail_(mail), filled_(mail.Subject().empty()) {
+    if (filled_) mail_.SetSubject(subject);
+  }
+  FilledSubject(const FilledSubject&) = delete;
+  FilledSubject& operator=(const FilledSubject&) = delete;
+  ~FilledSubject() {
+    if (!filled_) return;
+    try {
+      mail_.SetSubject({});
+    } catch (...) {
+      // The message may be gone.
+    }
+  }
+
+  void Keep() { filled_ = false; }
+
+ private:
+  const office::MailItem mail_;
+  bool filled_;
+};
+
+// A file that is about to be written over, out of the way under another name until the new one is
+// there. Whatever fails before, it comes back.
+class SetAside {
+ public:
+  SetAside(clsSharedUtil& utility, const std::wstring& path) : utility_(utility), path_(path) {
+    if (utility_.FileSize(path) < 0) return;
+    std::wstring aside = path + L".old";
+    for (int n = 2; utility_.FileSize(aside) >= 0; ++n) {
+      aside = path + L".old" + text::FromNumber(n);
+    }
+    utility_.RenameFile(path, aside);
+    aside_ = aside;
+  }
+  SetAside(const SetAside&) = delete;
+  SetAside& operator=(const SetAside&) = delete;
+  ~SetAside() {
+    if (aside_.empty()) return;
+    try {
+      if (utility_.FileSize(path_) >= 0) utility_.RemoveFile(path_);
+      utility_.RenameFile(aside_, path_);
+    } catch (...) {
+      // It stays under its other name.
+    }
+  }
+
+  void Discard() {
+    if (aside_.empty()) return;
+    const std::wstring old = std::exchange(aside_, std::wstring());
+    try {
+      utility_.RemoveFile(old);
+    } catch (const Error&) {
+      // The new file is there; one too many harms nobody.
+    }
+  }
+
+ private:
+  clsSharedUtil& utility_;
+  const std::wstring path_;
+  std::wstring aside_;
+};
 
 // The message with the footer for as long as it is being filed: what was there before is put back
 // unless the filing succeeded, so that another try does not add a second footer.
@@ -76,13 +147,13 @@ void clsPostrove::SaveButtonClicked() {
 
   const std::wstring errors = ValidateSave();
   if (!errors.empty()) {
-    const std::wstring verb = ItemIsSent ? L"save" : L"send";
+    const std::wstring verb = clickedIsSent_ ? L"save" : L"send";
     utility_->ShowMessage(L"Postrove cannot " + verb + L" this E-mail... " + kBreak + errors,
-                          ItemIsSent ? L"Cannot Save" : L"Cannot Send", MessageButtons::Ok,
+                          clickedIsSent_ ? L"Cannot Save" : L"Cannot Send", MessageButtons::Ok,
                           MessageIcon::Information);
     return;
   }
-  form->txtSaveFolder.SetText(text::NormaliseFolder(form->txtSaveFolder.Text()));
+  form->txtSaveFolder.SetText(text::NormaliseFolder(text::Trim(form->txtSaveFolder.Text())));
   if (EnsureFolder() && SaveAndSendMail()) form->Unload();
 }
 
@@ -97,7 +168,9 @@ std::wstring clsPostrove::ValidateSave() {
     if (!present) errors += kBreak + message;
   };
   require(!form.cboPostrove.Text().empty(), L"You must select a " + WorkUnit + L".");
-  require(!form.txtSaveFolder.Text().empty(), L"You must select a Folder to save this E-mail in.");
+  const std::wstring folder = text::Trim(form.txtSaveFolder.Text());
+  require(!folder.empty(), L"You must select a Folder to save this E-mail in.");
+  require(folder.empty() || text::IsRootedPath(folder), kRootedFolder);
   // A name of which nothing can stand in a file name is none.
   require(!utility_->MakeFileName(form.txtSaveAsName.Text()).empty(),
           L"You must select a Filename for this E-mail.");
@@ -130,7 +203,10 @@ bool clsPostrove::EnsureFolder() {
           L"-Click 'Cancel' to return to the Postrove form to pick a different location without "
           L"creating the new folder.");
   if (accepted.empty()) return false;
-  const std::wstring target = text::NormaliseFolder(accepted);
+  const std::wstring target = text::NormaliseFolder(text::Trim(accepted));
+  if (!text::IsRootedPath(target)) {
+    throw Error(kPathFileAccess, L"clsPostrove.EnsureFolder()", kRootedFolder);
+  }
   utility_->CreateFolder(target);
   form.txtSaveFolder.SetText(target);
   return true;
@@ -141,13 +217,16 @@ std::wstring clsPostrove::FileNameFor(const std::wstring& name, const std::wstri
   const std::wstring ending =
       (attachments ? std::wstring(kAttachmentMark) : std::wstring()) + kExtension;
   const std::size_t taken = text::ToUtf16(folder).size() + ending.size();
-  const std::wstring cleaned =
-      taken < kMaxPath ? utility_->MakeFileName(name, std::min(kMaxNameUnits, kMaxPath - taken))
-                       : std::wstring();
-  if (cleaned.empty()) {
+  if (taken >= kMaxPath) {
     throw Error(kPathFileAccess, L"clsPostrove.SaveAndSendMail()",
                 L"The folder " + Quoted(folder) +
                     L" leaves no room for a file name. Choose a folder with a shorter path.");
+  }
+  const std::wstring cleaned =
+      utility_->MakeFileName(name, std::min(kMaxNameUnits, kMaxPath - taken));
+  if (cleaned.empty()) {
+    throw Error(kPathFileAccess, L"clsPostrove.SaveAndSendMail()",
+                L"Nothing of " + Quoted(name) + L" can stand in a file name. Choose another name.");
   }
   return cleaned + ending;
 }
@@ -164,7 +243,7 @@ bool clsPostrove::ChooseFileName(const std::wstring& folder, std::wstring& fileN
             L"-Click 'Cancel' to return to the Postrove form and modify the file name.");
     if (accepted.empty()) return false;
     if (accepted == fileName) return true;  // overwrite
-    std::wstring stem = accepted;
+    std::wstring stem = text::Trim(accepted);
     const std::wstring_view extension = kExtension;
     if (stem.size() >= extension.size() &&
         text::EqualsIgnoreCase(std::wstring_view(stem).substr(stem.size() - extension.size()),
@@ -183,17 +262,17 @@ bool clsPostrove::SaveAndSendMail() {
     const std::shared_ptr<IclsOutlook> outlook = shared_.gOutlook;
     // Sending closes the message's window, and with it the tracker lets the item go.
     const office::MailItem mail = outlook ? outlook->MailItem() : office::MailItem();
-    if (!mail) {
+    const std::shared_ptr<forms::frmPostrove> form = frmPostroveEvent_;
+    if (!mail || !form) {
       throw Error(kObjectNotSet, L"MailItem",
                   L"The message is no longer open. Open it again and click its button.");
     }
-    if (mail.Subject().empty()) {
-      mail.SetSubject(ProjectNumber + ProjDelim + ProjectName + SubjDelim + SaveAsName);
-    }
-    const std::wstring folder = frmPostroveEvent_->txtSaveFolder.Text();
+    FilledSubject subject(mail, ProjectNumber + ProjDelim + ProjectName + SubjDelim + SaveAsName);
+    const std::wstring folder = form->txtSaveFolder.Text();
     std::wstring fileName = FileNameFor(SaveAsName, folder, mail.AttachmentCount() != 0);
     if (!ChooseFileName(folder, fileName)) return;
     WriteAndSend(mail, folder + fileName, outlook->SaveType());
+    subject.Keep();
     handled = true;
   });
   return handled;
@@ -202,10 +281,7 @@ bool clsPostrove::SaveAndSendMail() {
 void clsPostrove::WriteAndSend(const office::MailItem& mail, const std::wstring& path,
                                std::int32_t saveType) {
   if (mail.RecipientCount() == 0) {
-    if (!ItemIsSent) {
-      mail.Send();  // Outlook refuses it and says why
-      return;
-    }
+    if (!clickedIsSent_) mail.Send();  // Outlook refuses it and says why
     utility_->ShowMessage(L"This E-mail has no recipients. It was not saved.", L"Cannot Save",
                           MessageButtons::Ok, MessageIcon::Information);
     return;
@@ -213,12 +289,14 @@ void clsPostrove::WriteAndSend(const office::MailItem& mail, const std::wstring&
   const forms::WaitCursor wait(*forms_);
   const std::int32_t editor = clickedInspector_.EditorType();
   FootedBody footed(mail, editor == office::kEditorWord || editor == office::kEditorHtml, path);
+  SetAside previous(*utility_, path);
   mail.SaveAs(path, saveType);
   if (utility_->FileSize(path) <= 0) {
     throw Error(kPathFileAccess, L"SaveAs",
                 L"Outlook did not write the file " + Quoted(path) + L".");
   }
-  if (!ItemIsSent) mail.Send();
+  previous.Discard();
+  if (!clickedIsSent_) mail.Send();
   footed.Keep();
 }
 

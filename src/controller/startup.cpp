@@ -44,13 +44,13 @@ std::shared_ptr<clsPostrove> clsPostrove::Create(SharedObjects& shared,
 void clsPostrove::Class_Initialize(clsRegistry& registry) {
   gCommonAppData_ = registry.GetRegistryValue(kShellFolders, L"Common AppData");
   gProgramFiles_ = registry.GetRegistryValue(kCurrentVersion, L"ProgramFilesDir");
-  quillionInstalled_ = utility_->FolderExists(gProgramFiles_ + L"\\Quillion");
+  quillionInstalled_ =
+      !gProgramFiles_.empty() && utility_->FolderExists(gProgramFiles_ + L"\\Quillion");
   useQuillion_ = quillionInstalled_ && ReadsAsTrue(ReadSetup(L"UseQuillion", L"1", LocalIniFile()));
   LocateSettingsFile();
 }
 
-void clsPostrove::SetPostroveMenuButton(const office::CommandBarButton& button) {
-  button.SetTag(kInspectorButtonTag);
+void clsPostrove::ListenTo(const office::CommandBarButton& button) {
   // Office raises a click to every listener of every button with this tag, so there is one listener
   // at any time: on the last button.
   office::Subscription events = button.Get()->Subscribe(
@@ -62,6 +62,20 @@ void clsPostrove::SetPostroveMenuButton(const office::CommandBarButton& button) 
   buttonEvents_.Reset();
   buttonEvents_ = std::move(events);
   mcbPostroveMenuButton_ = button;
+}
+
+void clsPostrove::Terminate() {
+  buttonEvents_.Reset();
+  mcbPostroveMenuButton_ = {};
+  clickedInspector_ = {};
+  // The question above the save dialog goes first.
+  if (const auto form = frmFolderMessageEvent_) form->Unload();
+  if (const auto form = frmPostroveEvent_) form->Unload();
+}
+
+void clsPostrove::SetPostroveMenuButton(const office::CommandBarButton& button) {
+  button.SetTag(kInspectorButtonTag);
+  ListenTo(button);
 
   // A button that lacks one of its looks still files messages.
   const auto format = [](auto&& step) {

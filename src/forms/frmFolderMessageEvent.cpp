@@ -14,12 +14,15 @@ std::wstring clsPostrove::AskFolderMessage(const std::wstring& caption, const st
   form->lblWarning().SetText(instructions);
   form->SetCaption(caption);
 
+  const std::shared_ptr<forms::frmPostrove> saveDialog = frmPostroveEvent_;
   folderMessageAnswered_ = false;
   {
-    const forms::Lowered lowered(*forms_, frmPostroveEvent_);
+    const forms::Lowered lowered(*forms_, saveDialog);
     forms_->ShowModal(*form);
   }
   frmFolderMessageEvent_.reset();
+  // Nobody waits for the answer once the save dialog is gone (Outlook quits, the program is ended).
+  if (saveDialog->IsUnloaded()) return {};
   // A dialog that went without either button has not been answered; what the property holds then is
   // the answer to an earlier question.
   return folderMessageAnswered_ ? FolderMessageReturn : std::wstring();

@@ -1,4 +1,5 @@
 #include "controller/clsPostrove.h"
+#include "controller/raised.h"
 #include "data/label_places.h"
 #include "forms/kit/guards.h"
 #include "forms/web_site.h"
@@ -72,9 +73,8 @@ void clsPostrove::frmPostroveEvent_ProjectComboClick() {
     const int row = form.cboPostrove.ListIndex();
     if (row < 0 || static_cast<std::size_t>(row) >= ProjectList.size()) return;
     SelectProject(row);
-    filling_ = true;
+    const Raised filling(filling_);
     FillSaveFields(form);
-    filling_ = false;
     typedProject_ = false;
   });
 }

@@ -142,10 +142,12 @@ void clsPROutlook::OnInspectorEvent(std::int32_t dispid, const office::Arguments
 
 void clsPROutlook::OnMailEvent(std::int32_t dispid, const office::Arguments&) {
   // Send asks for nothing: only the button files a message.
-  if (dispid == office::kItemClose) {
-    SetMailItem({});
-    SetInspector({});
-  }
+  if (dispid != office::kItemClose) return;
+  Steps steps;
+  steps.Run([&] { HandOverClicks(m_olMail.object.GetInspector()); });
+  SetMailItem({});
+  SetInspector({});
+  steps.ThrowFirst();
 }
 
 void clsPROutlook::NewInspector(const office::Inspector& inspector) {
@@ -182,6 +184,7 @@ void clsPROutlook::PlaceButton(const office::Inspector& inspector) {
 void clsPROutlook::InspectorClose() {
   const office::Inspector closing = m_olInspector.object;
   Steps steps;
+  steps.Run([&] { HandOverClicks(closing); });
   steps.Run([&] { DeleteButtons(closing.CommandBars()); });
   steps.Run([&] {
     if (!closing.IsWordMail()) return;
@@ -193,10 +196,34 @@ void clsPROutlook::InspectorClose() {
   steps.ThrowFirst();
 }
 
+// The clicks of all buttons arrive through the one that the controller listens to. When its window
+// closes, another window's button takes its place, or the older windows' buttons would be dead.
+void clsPROutlook::HandOverClicks(const office::Inspector& closing) {
+  const std::shared_ptr<clsPostrove> controller = shared_.gController;
+  if (!controller || !controller->PostroveMenuButton()) return;
+  const auto buttonOf = [](const office::Inspector& inspector) {
+    return inspector.CommandBars().FindControl(kInspectorButtonTag);
+  };
+  const office::CommandBarControl ending = buttonOf(closing);
+  const std::int32_t heard =
+      office::CommandBarControl(controller->PostroveMenuButton().Get()).InstanceId();
+  if (!ending || ending.InstanceId() != heard) return;
+
+  const office::Inspectors inspectors = m_olInspectors.object;
+  for (std::int32_t i = inspectors.Count(); i >= 1; --i) {
+    try {
+      const office::CommandBarControl other = buttonOf(inspectors.Item(i));
+      if (other && other.InstanceId() != heard) return controller->ListenTo(other.AsButton());
+    } catch (const Error&) {
+      // A window without command bars, such as a note's.
+    }
+  }
+}
+
 void clsPROutlook::Quit() {
   // The user switched the add-in off before: no OnBeginShutdown will come.
   const bool disconnected = !shared_.gController;
-  shared_.gController.reset();
+  if (const auto controller = std::exchange(shared_.gController, nullptr)) controller->Terminate();
   // Outlook 2000 and 2003 count references and wait for the last one before they end; for the other
   // versions OnBeginShutdown releases the tracker.
   const double version = text::LeadingNumber(m_olApp.object.Version());

@@ -75,6 +75,7 @@ class clsPROutlook final : public IclsOutlook, public std::enable_shared_from_th
   void InspectorClose();
   void Quit();
   void PlaceButton(const office::Inspector& inspector);
+  void HandOverClicks(const office::Inspector& closing);
 
   SharedObjects& shared_;
   Tracked<office::Application> m_olApp;

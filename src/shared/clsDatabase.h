@@ -14,8 +14,8 @@ using Cell = std::variant<std::monostate, bool, std::int64_t, double, std::wstri
 // none.
 using Rows = std::vector<std::vector<Cell>>;
 
-// The shared database object (held in gDatabase): where and how the project database is reached, and
-// the two operations on it. It lives as long as the server is loaded.
+// The shared database object (held in gDatabase): where and how the project database is reached,
+// and the two operations on it. It lives as long as the server is loaded.
 //
 // A connection is opened for each operation and closed with it: nothing stays open that has gone
 // away meanwhile, no lock file is left beside a shared database, and its file can be moved.

@@ -64,6 +64,10 @@ class clsSharedUtil {
   // True when both files can be read to their ends and hold the same bytes.
   virtual bool FilesAreEqual(const std::wstring& one, const std::wstring& other) = 0;
 
+  // Gives a file another name in its folder, where none has it. Throws Error; the file then keeps
+  // its name.
+  virtual void RenameFile(const std::wstring& from, const std::wstring& to) = 0;
+
   // Removes a file; a read-only one as well. Throws Error when it is still there.
   virtual void RemoveFile(const std::wstring& path) = 0;
 

@@ -287,6 +287,12 @@ std::wstring EscapeHtml(std::wstring_view text) {
   return html;
 }
 
+bool IsRootedPath(std::wstring_view path) {
+  if (path.starts_with(L"\\\\")) return path.size() > 2 && path[2] != L'\\';
+  const wchar_t drive = path.empty() ? L'\0' : Fold(path[0]);
+  return drive >= L'a' && drive <= L'z' && path.substr(1).starts_with(L":\\");
+}
+
 std::wstring NormaliseFolder(std::wstring_view path) {
   std::wstring folder(path);
   if (!folder.empty() && folder.back() != L'\\') folder.push_back(L'\\');

@@ -56,6 +56,10 @@ std::wstring FromUtf16(std::u16string_view units);
 // decimal character references.
 std::wstring EscapeHtml(std::wstring_view text);
 
+// True for a path that begins with a drive and its root ("C:\...") or a server ("\\..."); any other
+// depends on the current folder.
+bool IsRootedPath(std::wstring_view path);
+
 // "\" appended to a non-empty path that does not end in one; an empty path stays empty.
 std::wstring NormaliseFolder(std::wstring_view path);
 

@@ -1,6 +1,6 @@
 // Wine's COM looks for classes below HKEY_LOCAL_MACHINE only. This tool makes the current user's
-// Software\Classes of a test prefix a registry link to the machine's, so that classes registered for
-// the user are found as they are on Windows. Run it once, in a fresh prefix.
+// Software\Classes of a test prefix a registry link to the machine's, so that classes registered
+// for the user are found as they are on Windows. Run it once, in a fresh prefix.
 
 #include <windows.h>
 
@@ -9,6 +9,15 @@
 
 int main() {
   const wchar_t target[] = L"\\Registry\\Machine\\Software\\Classes";
+  // Through a link that is there already the deletion would reach the machine's classes.
+  HKEY existing = nullptr;
+  DWORD type = REG_NONE;
+  if (RegOpenKeyExW(HKEY_CURRENT_USER, L"Software\\Classes", REG_OPTION_OPEN_LINK, KEY_QUERY_VALUE,
+                    &existing) == ERROR_SUCCESS) {
+    RegQueryValueExW(existing, L"SymbolicLinkValue", nullptr, &type, nullptr, nullptr);
+    RegCloseKey(existing);
+  }
+  if (type == REG_LINK) return 0;
   RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\Classes");
   HKEY key = nullptr;
   LSTATUS status =

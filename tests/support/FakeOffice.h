@@ -141,6 +141,10 @@ class FakeOutlook {
     app->functions[L"ActiveInspector"] = [this](const office::Arguments&) {
       return active ? office::Value(active->window) : office::Value();
     };
+    inspectors->functions[L"Item"] = [this](const office::Arguments& arguments) {
+      const auto index = static_cast<std::size_t>(office::ToLong(arguments.at(0)));
+      return office::Value(open.at(index - 1)->window);
+    };
     inspectors->functions[L"Count"] = [this](const office::Arguments&) {
       return office::Value(static_cast<std::int32_t>(open.size()));
     };
@@ -163,6 +167,9 @@ class FakeOutlook {
     parts.controls = Make(L"Controls");
     parts.item = Make(L"Item");
     parts.item->interfaces = {office::kMailItem};
+    parts.item->functions[L"GetInspector"] = [&parts](const office::Arguments&) {
+      return office::Value(parts.window);
+    };
     parts.item->properties = {{L"Class", itemClass},
                               {L"Sent", sent},
                               {L"Subject", L""},
@@ -206,9 +213,10 @@ class FakeOutlook {
   FakePtr AddButton(Inspector& parts, const std::wstring& tag) {
     const FakePtr button = Make(L"Button");
     button->interfaces = {office::kCommandBarButton};
-    button->properties = {{L"Caption", L""},  {L"Style", 0},      {L"FaceId", 0},
-                          {L"Tag", tag},      {L"OnAction", L""}, {L"BeginGroup", false},
-                          {L"Visible", false}};
+    button->properties = {{L"Caption", L""},   {L"Style", 0},
+                          {L"FaceId", 0},      {L"Tag", tag},
+                          {L"OnAction", L""},  {L"BeginGroup", false},
+                          {L"Visible", false}, {L"InstanceId", ++lastInstance_}};
     button->functions[L"Delete"] = [&parts, raw = button.get()](const office::Arguments&) {
       std::erase_if(parts.buttons, [raw](const FakePtr& one) { return one.get() == raw; });
       return office::Value();
@@ -229,6 +237,9 @@ class FakeOutlook {
   std::vector<std::shared_ptr<Inspector>> open;
   std::shared_ptr<Inspector> active;
   std::wstring lastNamespace;
+
+ private:
+  std::int32_t lastInstance_ = 0;
 };
 
 }  // namespace postrove::testing

@@ -109,6 +109,12 @@ class FakeSharedUtil : public clsSharedUtil {
   bool FilesAreEqual(const std::wstring& one, const std::wstring& other) override {
     return !NextOperationFails() && File(one) && File(one) == File(other);
   }
+  void RenameFile(const std::wstring& from, const std::wstring& to) override {
+    const std::optional<std::string> bytes = File(from);
+    if (NextOperationFails() || !bytes || Find(to)) Fail(L"Cannot rename the file", from);
+    Remove(from);
+    AddFile(to, *bytes);
+  }
   void RemoveFile(const std::wstring& path) override {
     if (NextOperationFails() || !File(path)) Fail(L"Cannot delete the file", path);
     Remove(path);

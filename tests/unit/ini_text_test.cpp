@@ -14,41 +14,41 @@ namespace {
 
 // Latin-1 stands for the system's code page.
 const CodePage kLatin1{[](const std::string& bytes) {
-                              std::wstring text;
-                              for (const char byte : bytes) {
-                                text.push_back(static_cast<unsigned char>(byte));
-                              }
-                              return text;
-                            },
-                            [](const std::wstring& text) {
-                              std::string bytes;
-                              for (const wchar_t c : text) {
-                                bytes.push_back(c >= 0 && c <= 0xFF ? static_cast<char>(c) : '?');
-                              }
-                              return bytes;
-                            }};
+                         std::wstring text;
+                         for (const char byte : bytes) {
+                           text.push_back(static_cast<unsigned char>(byte));
+                         }
+                         return text;
+                       },
+                       [](const std::wstring& text) {
+                         std::string bytes;
+                         for (const wchar_t c : text) {
+                           bytes.push_back(c >= 0 && c <= 0xFF ? static_cast<char>(c) : '?');
+                         }
+                         return bytes;
+                       }};
 
 // A code page in which the second byte of a character can be "[", "]" or "\": a byte from 0x81 on
 // and the next one are one character.
 const CodePage kDoubleByte{[](const std::string& bytes) {
-                                  std::wstring text;
-                                  for (std::size_t i = 0; i < bytes.size(); ++i) {
-                                    unsigned c = static_cast<unsigned char>(bytes[i]);
-                                    if (c > 0x80 && i + 1 < bytes.size()) {
-                                      c = c << 8 | static_cast<unsigned char>(bytes[++i]);
-                                    }
-                                    text.push_back(static_cast<wchar_t>(c));
-                                  }
-                                  return text;
-                                },
-                                [](const std::wstring& text) {
-                                  std::string bytes;
-                                  for (const wchar_t c : text) {
-                                    if (c > 0xFF) bytes.push_back(static_cast<char>(c >> 8));
-                                    bytes.push_back(static_cast<char>(c & 0xFF));
-                                  }
-                                  return bytes;
-                                }};
+                             std::wstring text;
+                             for (std::size_t i = 0; i < bytes.size(); ++i) {
+                               unsigned c = static_cast<unsigned char>(bytes[i]);
+                               if (c > 0x80 && i + 1 < bytes.size()) {
+                                 c = c << 8 | static_cast<unsigned char>(bytes[++i]);
+                               }
+                               text.push_back(static_cast<wchar_t>(c));
+                             }
+                             return text;
+                           },
+                           [](const std::wstring& text) {
+                             std::string bytes;
+                             for (const wchar_t c : text) {
+                               if (c > 0xFF) bytes.push_back(static_cast<char>(c >> 8));
+                               bytes.push_back(static_cast<char>(c & 0xFF));
+                             }
+                             return bytes;
+                           }};
 
 std::string Utf8(const std::wstring& text) { return "\xEF\xBB\xBF" + text::ToUtf8(text); }
 

@@ -34,7 +34,6 @@ inline constexpr Color kSystemWindow = 0x80000005;
 inline constexpr Color kSystemWindowText = 0x80000008;
 inline constexpr Color kSystemButtonFace = 0x8000000F;
 inline constexpr Color kSystemButtonText = 0x80000012;
-inline constexpr Color kSystemHighlight = 0x8000000D;
 inline constexpr Color kSystemInfoText = 0x80000017;
 inline constexpr Color kSystemInfoBack = 0x80000018;
 inline constexpr Color kRed = 255;

@@ -335,7 +335,8 @@ LRESULT FormWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
       }
       break;
     case WM_CLOSE:
-      if (form_) form_->UserClosed();
+      // Not from under a dialog of its own, which whoever ends the program does not see.
+      if (form_ && IsWindowEnabled(window)) form_->UserClosed();
       return 0;
     case WM_DESTROY:
       owner_.Release(window);

@@ -23,9 +23,9 @@ void CommandBarButton::SetOnAction(const std::wstring& action) const {
   Held().Put(L"OnAction", action);
 }
 void CommandBarButton::SetVisible(bool visible) const { Held().Put(L"Visible", visible); }
-std::wstring CommandBarButton::Caption() const { return ToText(Held().Get(L"Caption")); }
 
 void CommandBarControl::Delete() const { Held().Call(L"Delete"); }
+std::int32_t CommandBarControl::InstanceId() const { return ToLong(Held().Get(L"InstanceId")); }
 CommandBarButton CommandBarControl::AsButton() const {
   return CommandBarButton(Held().As(kCommandBarButton));
 }
@@ -80,6 +80,9 @@ std::int32_t MailItem::AttachmentCount() const {
 std::int32_t MailItem::RecipientCount() const {
   return CountOf(ToObject(Held().Get(L"Recipients")), L"Recipients");
 }
+Inspector MailItem::GetInspector() const {
+  return Inspector(ToObject(Held().Get(L"GetInspector")));
+}
 void MailItem::SaveAs(const std::wstring& path, std::int32_t type) const {
   Held().Call(L"SaveAs", {path, type});
 }
@@ -93,6 +96,9 @@ std::int32_t Inspector::EditorType() const { return ToLong(Held().Get(L"EditorTy
 bool Inspector::IsWordMail() const { return ToBool(Held().Call(L"IsWordMail")); }
 
 std::int32_t Inspectors::Count() const { return ToLong(Held().Get(L"Count")); }
+Inspector Inspectors::Item(std::int32_t index) const {
+  return Inspector(ToObject(Held().Call(L"Item", {index})));
+}
 
 std::wstring Application::Version() const { return ToText(Held().Get(L"Version")); }
 NameSpace Application::GetNamespace(const std::wstring& type) const {

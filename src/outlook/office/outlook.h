@@ -35,13 +35,14 @@ class CommandBarButton : public Wrapper {
   void SetTag(const std::wstring& tag) const;
   void SetOnAction(const std::wstring& action) const;
   void SetVisible(bool visible) const;
-  std::wstring Caption() const;
 };
 
 class CommandBarControl : public Wrapper {
  public:
   using Wrapper::Wrapper;
   void Delete() const;
+  // A number that no other control has.
+  std::int32_t InstanceId() const;
   // The same control through its button interface. Throws Error when it is not a button.
   CommandBarButton AsButton() const;
 };
@@ -71,6 +72,8 @@ class Item : public Wrapper {
   bool Sent() const;
 };
 
+class Inspector;
+
 class MailItem : public Item {
  public:
   using Item::Item;
@@ -85,6 +88,7 @@ class MailItem : public Item {
   void SetHtmlBody(const std::wstring& html) const;
   std::int32_t AttachmentCount() const;
   std::int32_t RecipientCount() const;
+  Inspector GetInspector() const;  // the window that shows the item
   void SaveAs(const std::wstring& path, std::int32_t type) const;
   void Send() const;
 };
@@ -102,6 +106,7 @@ class Inspectors : public Wrapper {
  public:
   using Wrapper::Wrapper;
   std::int32_t Count() const;
+  Inspector Item(std::int32_t index) const;  // from 1 on
 };
 
 class NameSpace : public Wrapper {

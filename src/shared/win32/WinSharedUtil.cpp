@@ -187,6 +187,12 @@ class WinSharedUtil final : public clsSharedUtil {
     return WholeFilesAreEqual(one, other);
   }
 
+  void RenameFile(const std::wstring& from, const std::wstring& to) override {
+    if (!MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_WRITE_THROUGH)) {
+      throw PathError(L"RenameFile", L"Cannot rename the file", from, GetLastError());
+    }
+  }
+
   void RemoveFile(const std::wstring& path) override {
     SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
     if (!DeleteFileW(path.c_str())) {
