@@ -20,7 +20,9 @@ def cases(report):
         if case.find("failure") is not None:
             failed += 1
         elif case.find("skipped") is not None:
-            skipped.append((name, (case.find("skipped").get("message") or "").strip()))
+            # The first line is the place in the source.
+            message = (case.find("skipped").get("message") or "").strip().split("\n")
+            skipped.append((name, " ".join(message[1:] or message)))
         else:
             passed += 1
     return passed, failed, skipped

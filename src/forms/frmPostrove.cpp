@@ -132,7 +132,6 @@ Control& frmPostrove::Design() {
   Control& version =
       Add(ControlKind::Label, L"lblVersion", -1, {kMargin, kHeight - 300, 3300, 300});
   version.anchors = kLeft | kBottom;
-  version.SetForeColor(kSystemGrayText);
   return title;
 }
 

@@ -46,10 +46,19 @@ def need_text(got, want, what):
     need(re.fullmatch(in_code_page(want), got, re.S), f"{what}: {got!r}, not {want!r}")
 
 
-def words_of_html(text):
-    """The words that a reader sees, for comparison with a plain-text rendering."""
-    text = re.sub(r"(?is)<(head|style|script)\b.*?</\1>", " ", text)
-    return html.unescape(re.sub(r"<[^>]*>", " ", text)).replace("\xa0", " ").split()
+def letters_of_html(text):
+    """What a reader sees, without blanks and line breaks, for comparison with a plain rendering."""
+    text = re.sub(r"(?is)<(head|style|script)\b.*?</\1>", "", text)
+    return "".join(html.unescape(re.sub(r"<[^>]*>", "", text)).split())
+
+
+def own_parts(part):
+    """The parts of a message itself, those of embedded messages left out."""
+    if part.get_content_maintype() == "multipart":
+        for child in part.get_payload():
+            yield from own_parts(child)
+    else:
+        yield part
 
 
 class Filing:
@@ -82,6 +91,8 @@ class Filing:
         arguments = ["--project", PROJECT]
         if not eml_reading.read_eml(eml)["subject"]:
             arguments += ["--name", eml.stem]
+        if b"X-Unsent: 1" in eml.read_bytes():
+            arguments += ["--new"]
         done = self.windows(self.root / "dist/x64/deskhost.exe", *arguments, folder)
         output = done.stdout.decode("utf-8")
         need(done.returncode == 0, f"deskhost ended with {done.returncode}: {output}"
@@ -126,9 +137,7 @@ class Filing:
         rest = got["html"][:added.start()] + got["html"][added.end():]
         need(eml_reading.html_lines(rest).lower() == want["html"].lower(),
              f"HTML body {rest!r}, not {want['html']!r}")
-        words = words_of_html(got["html"])
-        need(re.fullmatch(in_code_page(" ".join(words)), " ".join(plain.split())),
-             f"plain body {plain!r}, not the words {words!r}")
+        need_text("".join(plain.split()), letters_of_html(got["html"]), "plain body")
 
     def check_attachments(self, got, want):
         need(len(got["attachments"]) == len(want["attachments"]), "number of attachments")
@@ -150,13 +159,14 @@ class Filing:
             need(eml_reading.subject_of(message) == want["subject"], "msgconvert: subject")
         need(want["sender"][1] in "".join(eml_reading.fields(message, "from")),
              "msgconvert: sender's address")
-        kinds = [part.get_content_type() for part in message.walk()]
+        parts = list(own_parts(message))
+        kinds = [part.get_content_type() for part in parts]
         need(("text/html" in kinds) == (want["html"] is not None), f"msgconvert: parts {kinds}")
-        texts = [part.get_payload(decode=True).decode("utf-8", "replace") for part in message.walk()
+        texts = [part.get_payload(decode=True).decode("utf-8", "replace") for part in parts
                  if part.get_content_maintype() == "text" and not part.get_filename()]
         need(texts and all(FOOTER in text for text in texts), "msgconvert: a body without the footer")
         data = [eml_reading.comparable(part.get_content_type(), part.get_payload(decode=True))
-                for part in message.walk() if part.get_filename() and not part.is_multipart()]
+                for part in parts if part.get_filename() and not part.is_multipart()]
         for attachment in want["attachments"]:
             if attachment["data"] and attachment["type"] != "message/rfc822":
                 need(attachment["data"] in data, f"msgconvert: bytes of {attachment['name']}")
@@ -168,7 +178,7 @@ def main(source):
     filing.prepare()
     passed = failed = 0
     samples = sorted((root / "tests/mail/samples").glob("*.eml"))
-    for eml in samples + [root / "resources/mail/received.eml"]:
+    for eml in samples + sorted((root / "resources/mail").glob("*.eml")):
         try:
             filing.check(eml)
             passed += 1

@@ -32,7 +32,6 @@ enum Anchor : unsigned { kLeft = 1, kTop = 2, kRight = 4, kBottom = 8 };
 using Color = std::uint32_t;
 inline constexpr Color kSystemWindow = 0x80000005;
 inline constexpr Color kSystemWindowText = 0x80000008;
-inline constexpr Color kSystemGrayText = 0x80000011;
 inline constexpr Color kSystemButtonFace = 0x8000000F;
 inline constexpr Color kSystemButtonText = 0x80000012;
 inline constexpr Color kSystemHighlight = 0x8000000D;

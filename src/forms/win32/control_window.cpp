@@ -250,6 +250,9 @@ void ControlWindow::SetFont(Fonts& fonts) {
   if (!control_ || !window_) return;
   const HFONT font = fonts.Get(control_->fontPoints, control_->bold, link_);
   SendMessageW(window_, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
+  // Without a frame the text is aligned with the labels.
+  if (edit_ && !control_->border)
+    SendMessageW(edit_, EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, 0);
   unitsPerInch_ = fonts.Pixels(kTwipsPerInch);
   if (control_->icon) LoadIcon(fonts);
 }

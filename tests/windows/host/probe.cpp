@@ -66,6 +66,36 @@ ComPtr<IDispatch> As(const ComPtr<IDispatch>& object, const GUID& id) {
   return result;
 }
 
+MessageData SampleMessage() {
+  MessageData message;
+  message.subject = L"Site report";
+  message.senderName = L"Site office";
+  message.senderAddress = L"site@contractor.example";
+  message.body = L"First line\r\nSecond line";
+  message.recipients = {{RecipientKind::kTo, L"Project office", L"office@engineers.example"}};
+  return message;
+}
+
+ComPtr<IDispatch> CurrentItem(const Host& host) {
+  const ComPtr<IDispatch> inspector = Call(host.Application(), L"ActiveInspector").Object();
+  return As(Get(inspector, L"CurrentItem").Object(), kMailItemId);
+}
+
+ComPtr<IDispatch> Bars(const Host& host) {
+  return Get(Call(host.Application(), L"ActiveInspector").Object(), L"CommandBars").Object();
+}
+
+ComPtr<IDispatch> AddButton(const Host& host, const wchar_t* tag, bool temporary) {
+  const ComPtr<IDispatch> bar = Get(Bars(host), L"Item", List(Variant::Text(L"standard"))).Object();
+  const ComPtr<IDispatch> control =
+      Call(Get(bar, L"Controls").Object(), L"Add",
+           List(Variant::Long(1), Variant::Missing(), Variant::Missing(), Variant::Long(4),
+                Variant::Bool(temporary)))
+          .Object();
+  Put(control, L"Tag", Variant::Text(tag));
+  return control;
+}
+
 class Listener::Sink final : public IDispatch {
  public:
   Sink(Listener& listener, const GUID& id, const wchar_t* label, std::vector<std::wstring>& log)

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "outlook/add_ins.h"
+#include "outlook/host.h"
 #include "outlook/variant.h"
 
 // Small COM clients of the stand-in, written against the calling rules only.
@@ -42,6 +43,14 @@ Reply Put(const ComPtr<IDispatch>& object, const wchar_t* name, Variant value);
 Reply Call(const ComPtr<IDispatch>& object, const wchar_t* name,
            std::vector<Variant> arguments = {});
 ComPtr<IDispatch> As(const ComPtr<IDispatch>& object, const GUID& id);
+
+MessageData SampleMessage();  // one recipient, plain text
+
+// Of the active inspector: its mail item, its command bars, and a button with the tag, added as the
+// fourth control of its "Standard" bar.
+ComPtr<IDispatch> CurrentItem(const Host& host);
+ComPtr<IDispatch> Bars(const Host& host);
+ComPtr<IDispatch> AddButton(const Host& host, const wchar_t* tag, bool temporary = true);
 
 // Listens to an event interface of an object and writes "LABEL.DISPID" to the log.
 class Listener {
