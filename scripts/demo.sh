@@ -115,6 +115,11 @@ elif [[ -n $screenshots ]]; then
   options+=(--screenshots "$(windows_path "$work/pictures")")
 fi
 wine_start x64
+# A person's window manager frames the windows; on the virtual display Wine does it itself.
+frames=N
+[[ $interactive == no ]] || frames=Y
+[[ -z $POSTROVE_DISPLAY ]] ||
+  wine_run x64 wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d "$frames" /f >/dev/null
 
 wine_run x64 wine regsvr32 /s "$(windows_path "$root/dist/x64/Postrove09.dll")" ||
   die "the add-in could not be registered"

@@ -43,7 +43,8 @@ missing_packages() {
   done
   shift
   local installed
-  installed=$("${query[@]}" -W -f='${Package} ${db:Status-Status}\n' "$@" 2>/dev/null |
+  # The query fails for packages it has never heard of.
+  installed=$({ "${query[@]}" -W -f='${Package} ${db:Status-Status}\n' "$@" 2>/dev/null || true; } |
     sed -n 's/ installed$//p')
   local package
   for package in "$@"; do

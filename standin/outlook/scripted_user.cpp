@@ -125,6 +125,7 @@ void ScriptedUser::Watch() {
 
 void ScriptedUser::Act(HWND dialog) {
   const int presses = known_[dialog].presses++;
+  if (presses >= kMostPresses) return;  // it does not react: patience runs out
   Progress();
   ++acts_;
   const bool saveDialog = !IsMessageBox(dialog) && ComboEdit(dialog);
@@ -134,7 +135,7 @@ void ScriptedUser::Act(HWND dialog) {
     if (const HWND button = DefaultButton(dialog)) Press(button);
   } else if (presses == 0) {
     Answer(dialog);
-  } else if (presses < kMostPresses) {
+  } else {
     // Its button's work ended and it is still there: the user gives up.
     PostMessageW(dialog, WM_CLOSE, 0, 0);
     Settle();

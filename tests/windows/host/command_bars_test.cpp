@@ -97,6 +97,24 @@ TEST(CommandBars, AClickReachesEverySinkOfTheTag) {
   EXPECT_FALSE(host.Click(second, L"T"));
 }
 
+TEST(CommandBars, WhatASinkEndsIsNotCalledAnyMore) {
+  Host host;
+  std::vector<std::wstring> log;
+  Inspector& inspector = host.Open(SampleMessage());
+  const ComPtr<IDispatch> one = AddButton(host, L"T");
+  const ComPtr<IDispatch> two = AddButton(host, L"T");  // stands before the other
+  Listener first(two, kCommandBarButtonEventsId, L"Two", log);
+  auto unsubscribed = std::make_unique<Listener>(two, kCommandBarButtonEventsId, L"Ended", log);
+  const Listener deleted(one, kCommandBarButtonEventsId, L"One", log);
+  Listener again(two, kCommandBarButtonEventsId, L"Again", log);
+  first.during = [&](DISPID, const DISPPARAMS&) {
+    unsubscribed.reset();
+    Call(one, L"Delete");
+  };
+  EXPECT_TRUE(host.Click(inspector, L"T"));
+  EXPECT_THAT(log, ElementsAre(L"Two.1", L"Again.1"));
+}
+
 // A press of the real child window is a click, also when the sink closes the window under it.
 TEST(CommandBars, TheButtonInTheWindowClicks) {
   Host host;

@@ -12,6 +12,7 @@
 #include "outlook/host.h"
 #include "outlook/scripted_user.h"
 #include "shared/text.h"
+#include "temp_folder.h"
 
 // The real add-in, registered for a moment, in the stand-in Outlook.
 namespace run {
@@ -55,40 +56,7 @@ inline standin::MessageData Mail(const std::wstring& subject, bool html = true) 
   return message;
 }
 
-// An empty folder of the prefix for one test, removed with its files.
-class Folder {
- public:
-  Folder() {
-    wchar_t temp[MAX_PATH];
-    GetTempPathW(MAX_PATH, temp);
-    path_ = std::wstring(temp) + L"postrove-" + std::to_wstring(GetCurrentProcessId()) + L"-" +
-            std::to_wstring(++made_) + L"\\";
-    CreateDirectoryW(path_.c_str(), nullptr);
-  }
-  ~Folder() {
-    for (const std::wstring& name : Files()) DeleteFileW((path_ + name).c_str());
-    RemoveDirectoryW(path_.c_str());
-  }
-  Folder(const Folder&) = delete;
-  Folder& operator=(const Folder&) = delete;
-
-  const std::wstring& Path() const { return path_; }
-  std::vector<std::wstring> Files() const {
-    std::vector<std::wstring> names;
-    WIN32_FIND_DATAW found;
-    const HANDLE search = FindFirstFileW((path_ + L"*").c_str(), &found);
-    if (search == INVALID_HANDLE_VALUE) return names;
-    do {
-      if (!(found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)) names.push_back(found.cFileName);
-    } while (FindNextFileW(search, &found));
-    FindClose(search);
-    return names;
-  }
-
- private:
-  static inline int made_ = 0;
-  std::wstring path_;
-};
+using Folder = standin::probe::TempFolder;
 
 // The names of what is still held, for a message.
 inline std::string Held(const standin::Host& host) {
