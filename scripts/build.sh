@@ -29,7 +29,7 @@ distribute() {
   local product stand_ins data
   product=$(find "$root/build/$1/src" -name Postrove09.dll)
   [[ -n $product ]] || die "the $1 build left no Postrove09.dll"
-  mapfile -t stand_ins < <(find "$root/build/$1/standin" -name deskhost.exe)
+  mapfile -t stand_ins < <(find "$root/build/$1/standin" -name deskhost.exe -o -name standin_oledb.dll)
   mapfile -t data < <(find "$root/resources" -maxdepth 1 -name '*.cnt')
   put "$product" "${stand_ins[@]}" "${data[@]}" "$root/dist/$2"
   echo "dist/$2/Postrove09.dll"

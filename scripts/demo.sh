@@ -11,8 +11,7 @@ demo.sh [OPTION]... [FILE.eml]: opens a message in a stand-in for Outlook, press
 and files the message. Sets up and builds what is missing.
 
   --new               a new message, which is filed and sent
-  --project TEXT      the project to pick or to type; there is no project database yet,
-                      so without it "Harbour Bridge: 2231" is typed
+  --project TEXT      the project to pick or to type; without it "Harbour Bridge: 2231"
   --folder PATH       the folder to type: of this machine, or of the private Windows ("C:\...")
   --name TEXT         the file name to type
   --editor text|html|word
@@ -98,6 +97,7 @@ drive=$(wine_prefix x64)/drive_c
 rm -rf "$work" "$drive/Projects" "$drive/Sent"
 mkdir -p "$work/pictures" "$drive/Projects" "$drive/Sent" "$drive/ProgramData/Postrove"
 printf '[Setup]\r\nRoot=C:\\Projects\\\r\n' >"$drive/ProgramData/Postrove/Postrove.ini"
+sample_database "$drive/ProgramData/Postrove/Postrove.mdb"
 "$root/build/native/standin/mail/eml2folder" "$eml" "$work/message" || exit 1
 
 display_server=''
@@ -121,8 +121,7 @@ frames=N
 [[ -z $POSTROVE_DISPLAY ]] ||
   wine_run x64 wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d "$frames" /f >/dev/null
 
-wine_run x64 wine regsvr32 /s "$(windows_path "$root/dist/x64/Postrove09.dll")" ||
-  die "the add-in could not be registered"
+wine_register x64 standin_oledb.dll Postrove09.dll
 
 # windows_lines: what deskhost prints, with paths of this machine.
 windows_lines() {

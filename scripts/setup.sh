@@ -26,6 +26,7 @@ packages=(
   googletest                            # GoogleTest, as source for all three compilers
   libgmime-3.0-dev pkg-config           # MIME for the message converter
   wine64                                # runs the 64-bit Windows programs
+  unixodbc libsqliteodbc sqlite3        # the database behind the stand-in OLE DB provider
   fonts-wine fonts-open-sans fonts-liberation # the fonts of its dialogs
   xvfb xauth                            # a display for screenshots
   imagemagick                           # their conversion to PNG

@@ -58,6 +58,7 @@ with_wine() {
   wine_prepare "$width"
   trap 'wine_stop '"$width" EXIT
   wine_start "$width"
+  wine_register "$width" standin_oledb.dll
   "$@"
   wine_stop "$width"
   trap - EXIT

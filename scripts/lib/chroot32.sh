@@ -3,17 +3,25 @@
 # shellcheck shell=bash disable=SC2154
 
 chroot32=${XDG_CACHE_HOME:-$HOME/.cache}/postrove/i386
-chroot32_packages=(wine32 libwine)
+chroot32_packages=(wine32 libwine unixodbc libsqliteodbc)
 
-chroot32_ready() { [[ -e $chroot32/.postrove-ready ]]; }
+# Ready is one that had all of today's packages.
+chroot32_ready() { [[ $(cat "$chroot32/.postrove-ready" 2>/dev/null) == "${chroot32_packages[*]}" ]]; }
+chroot32_mark() { as_root tee "$1/.postrove-ready" <<<"${chroot32_packages[*]}" >/dev/null; }
 
-# Makes it unless it is there. One made by hand is accepted when it has all packages.
+# Makes it unless it is there. An older one, or one made by hand, is given the packages it lacks.
 chroot32_make() {
   chroot32_ready && return
   mkdir -p "$(dirname "$chroot32")"
-  if [[ -x $chroot32/usr/bin/dpkg-query ]] &&
-    [[ -z $(missing_packages as_root chroot "$chroot32" dpkg-query -- "${chroot32_packages[@]}") ]]; then
-    as_root touch "$chroot32/.postrove-ready"
+  if [[ -x $chroot32/usr/bin/dpkg-query ]]; then
+    local missing
+    mapfile -t missing < <(
+      missing_packages as_root chroot "$chroot32" dpkg-query -- "${chroot32_packages[@]}")
+    if [[ ${#missing[@]} -gt 0 ]]; then
+      say "Installing ${missing[*]} in $chroot32 ..."
+      chroot32_work chroot32_install "$chroot32" "${missing[@]}" || exit 1
+    fi
+    chroot32_mark "$chroot32"
     return
   fi
   local fresh=$chroot32.new old
@@ -22,9 +30,8 @@ chroot32_make() {
     as_root rm -rf --one-file-system "$old"
   done
   say "Making a 32-bit Debian for Wine in $chroot32 (once, about a minute) ..."
-  logged chroot32 as_root bash -c "$(declare -f chroot32_fill); chroot32_fill \"\$@\"" bash \
-    "$fresh" "$(chroot32_mirror)" "${chroot32_packages[@]}" || exit 1
-  as_root touch "$fresh/.postrove-ready"
+  chroot32_work chroot32_fill "$fresh" "$(chroot32_mirror)" "${chroot32_packages[@]}" || exit 1
+  chroot32_mark "$fresh"
   as_root mv "$fresh" "$chroot32"
 }
 
@@ -36,15 +43,28 @@ chroot32_mirror() {
   printf '%s\n' "${mirror:-http://deb.debian.org/debian}"
 }
 
+# chroot32_work FUNCTION ARGUMENT...: one of those below, as root and by this machine's way to packages.
+chroot32_work() {
+  logged chroot32 as_root bash -c "$(declare -f chroot32_fill chroot32_install)
+    set -e
+    eval \"\$(apt-config shell proxy Acquire::http::Proxy)\"
+    [[ -z \${proxy:-} ]] || export http_proxy=\$proxy
+    \"\$@\"" bash "$@"
+}
+
 chroot32_fill() {
-  set -e
-  local folder=$1 mirror=$2 proxy=
+  local folder=$1 mirror=$2
   shift 2
-  eval "$(apt-config shell proxy Acquire::http::Proxy)"
-  [[ -z $proxy ]] || export http_proxy=$proxy
-  export DEBIAN_FRONTEND=noninteractive
   debootstrap --arch=i386 --variant=minbase bookworm "$folder" "$mirror"
+  chroot32_install "$folder" "$@"
+}
+
+chroot32_install() {
+  local folder=$1
+  shift
+  export DEBIAN_FRONTEND=noninteractive
   cp /etc/resolv.conf "$folder/etc/resolv.conf" || true
+  chroot "$folder" apt-get update
   chroot "$folder" apt-get install -y --no-install-recommends "$@"
   chroot "$folder" apt-get clean
 }

@@ -74,6 +74,22 @@ wine_fill() {
   wine_run "$width" wineserver -w
 }
 
+# wine_register WIDTH FILE...: registers servers that build.sh left in dist.
+wine_register() {
+  local width=$1 file
+  shift
+  for file in "$@"; do
+    wine_run "$width" wine regsvr32 /s "$(windows_path "$root/dist/$width/$file")" </dev/null ||
+      die "$file could not be registered"
+  done
+}
+
+# sample_database FILE: a fresh one, as SQLite, which the stand-in provider opens as an Access file.
+sample_database() {
+  rm -f "$1"
+  sqlite3 -bail "$1" <"$root/resources/sample/Postrove.sql" || die "$1 could not be made"
+}
+
 # unix_path WIDTH 'C:\FOLDER\FILE': the path on this machine's file system.
 unix_path() {
   local drive=${2:0:1} rest=${2:2}

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "oledb/provider_class.h"
 #include "oledb/session.h"
 
 namespace standin {
@@ -52,18 +53,15 @@ void CheckFile(const std::wstring& path) {
 }
 
 // The path by which the ODBC driver, a program of the host, knows the file.
-std::wstring UnixPath(const std::wstring& path) {
+std::string UnixPath(const std::wstring& path) {
   using Translate = char*(CDECL*)(LPCWSTR);
   const auto address = GetProcAddress(GetModuleHandleW(L"kernel32"), "wine_get_unix_file_name");
   const auto translate = reinterpret_cast<Translate>(reinterpret_cast<void*>(address));
   char* const translated = translate ? translate(path.c_str()) : nullptr;
   if (!translated) throw ProviderError(E_FAIL, L"Only Wine can translate '" + path + L"'.");
-  std::wstring wide(std::strlen(translated), L'\0');
-  wide.resize(
-      static_cast<size_t>(MultiByteToWideChar(CP_UTF8, 0, translated, static_cast<int>(wide.size()),
-                                              wide.data(), static_cast<int>(wide.size()))));
+  const std::string result = translated;
   HeapFree(GetProcessHeap(), 0, translated);
-  return wide;
+  return result;
 }
 
 }  // namespace

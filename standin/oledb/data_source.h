@@ -9,11 +9,6 @@
 
 namespace standin {
 
-// This provider's class.
-// {C3CA9F78-FF5D-43AB-B732-7E4CD1DC6260}
-inline constexpr CLSID kProviderClass = {
-    0xc3ca9f78, 0xff5d, 0x43ab, {0xb7, 0x32, 0x7e, 0x4c, 0xd1, 0xdc, 0x62, 0x60}};
-
 // A database file: closed, with properties to be set, until Initialize; then open until
 // Uninitialize or the end. User names and passwords are taken and not looked at: the files have no
 // accounts.

@@ -1,5 +1,6 @@
 #include "oledb/com_object.h"
 #include "oledb/data_source.h"
+#include "oledb/provider_class.h"
 #include "oledb/registration.h"
 
 namespace {

@@ -1,7 +1,6 @@
 #include "oledb/odbc.h"
 
 #include <oledberr.h>
-#include <sqlucode.h>
 
 #include <algorithm>
 #include <iterator>
@@ -11,6 +10,30 @@
 namespace standin {
 
 namespace {
+
+std::string ToUtf8(const std::wstring& text) {
+  const int length = static_cast<int>(text.size());
+  std::string result(text.size() * 3, '\0');
+  result.resize(
+      static_cast<size_t>(WideCharToMultiByte(CP_UTF8, 0, text.data(), length, result.data(),
+                                              static_cast<int>(result.size()), nullptr, nullptr)));
+  return result;
+}
+
+std::wstring FromUtf8(const std::string& text) {
+  const int length = static_cast<int>(text.size());
+  std::wstring result(text.size(), L'\0');
+  result.resize(static_cast<size_t>(
+      MultiByteToWideChar(CP_UTF8, 0, text.data(), length, result.data(), length)));
+  return result;
+}
+
+SQLCHAR* Bytes(std::string& text) { return reinterpret_cast<SQLCHAR*>(text.data()); }
+
+template <size_t size>
+std::wstring FromUtf8(const SQLCHAR (&text)[size]) {
+  return FromUtf8(std::string(reinterpret_cast<const char*>(text)));
+}
 
 // Whether a column of this ODBC type holds yes/no values, whole numbers, numbers or else texts.
 DBTYPE ProviderType(SQLSMALLINT type) {
@@ -56,12 +79,13 @@ OdbcHandle::~OdbcHandle() { SQLFreeHandle(kind_, handle_); }
 
 void OdbcHandle::Check(SQLRETURN result, HRESULT code) const {
   if (SQL_SUCCEEDED(result) || result == SQL_NO_DATA) return;
-  SQLWCHAR state[6] = {}, text[1024] = {};
+  SQLCHAR state[6] = {}, text[1024] = {};
   SQLINTEGER native = 0;
   SQLSMALLINT length = 0;
-  const SQLRETURN told = SQLGetDiagRecW(kind_, handle_, 1, state, &native, text,
-                                        static_cast<SQLSMALLINT>(std::size(text)), &length);
-  throw ProviderError(code, SQL_SUCCEEDED(told) ? text : L"The ODBC driver gives no reason.");
+  const SQLRETURN told = SQLGetDiagRec(kind_, handle_, 1, state, &native, text,
+                                       static_cast<SQLSMALLINT>(std::size(text)), &length);
+  throw ProviderError(code,
+                      SQL_SUCCEEDED(told) ? FromUtf8(text) : L"The ODBC driver gives no reason.");
 }
 
 Connection::Environment::Environment() : OdbcHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE) {
@@ -69,16 +93,16 @@ Connection::Environment::Environment() : OdbcHandle(SQL_HANDLE_ENV, SQL_NULL_HAN
         E_FAIL);
 }
 
-Connection::Connection(const std::wstring& unixPath, bool readOnly)
+Connection::Connection(const std::string& unixPath, bool readOnly)
     : connection_(SQL_HANDLE_DBC, environment_.Get()) {
-  std::wstring text = L"DRIVER={SQLite3};NoCreat=1;Timeout=5000;Database=" + unixPath;
-  connection_.Check(SQLDriverConnectW(connection_.Get(), nullptr, text.data(), SQL_NTS, nullptr, 0,
-                                      nullptr, SQL_DRIVER_NOPROMPT),
+  std::string text = "DRIVER={SQLite3};NoCreat=1;Timeout=5000;Database=" + unixPath;
+  connection_.Check(SQLDriverConnect(connection_.Get(), nullptr, Bytes(text), SQL_NTS, nullptr, 0,
+                                     nullptr, SQL_DRIVER_NOPROMPT),
                     E_FAIL);
   if (!readOnly) return;
   const OdbcHandle statement(SQL_HANDLE_STMT, connection_.Get());
-  std::wstring pragma = L"PRAGMA query_only=1";
-  statement.Check(SQLExecDirectW(statement.Get(), pragma.data(), SQL_NTS), E_FAIL);
+  std::string pragma = "PRAGMA query_only=1";
+  statement.Check(SQLExecDirect(statement.Get(), Bytes(pragma), SQL_NTS), E_FAIL);
 }
 
 Connection::~Connection() { SQLDisconnect(connection_.Get()); }
@@ -86,8 +110,8 @@ Connection::~Connection() { SQLDisconnect(connection_.Get()); }
 Statement::Statement(std::shared_ptr<Connection> connection, const std::wstring& text)
     : connection_(std::move(connection)), statement_(SQL_HANDLE_STMT, connection_->Get()) {
   const SQLHANDLE handle = statement_.Get();
-  std::wstring copy = text;
-  statement_.Check(SQLPrepareW(handle, copy.data(), SQL_NTS), DB_E_ERRORSINCOMMAND);
+  std::string bytes = ToUtf8(text);
+  statement_.Check(SQLPrepare(handle, Bytes(bytes), SQL_NTS), DB_E_ERRORSINCOMMAND);
   SQLSMALLINT parameters = 0;
   statement_.Check(SQLNumParams(handle, &parameters), DB_E_ERRORSINCOMMAND);
   if (parameters > 0) {
@@ -109,15 +133,15 @@ DBROWCOUNT Statement::AffectedRows() const {
 }
 
 Column Statement::Describe(SQLUSMALLINT number) const {
-  SQLWCHAR name[256] = {};
+  SQLCHAR name[256] = {};
   SQLSMALLINT nameLength = 0, type = 0, scale = 0, nullable = 0;
   SQLULEN size = 0;
   statement_.Check(
-      SQLDescribeColW(statement_.Get(), number, name, static_cast<SQLSMALLINT>(std::size(name)),
-                      &nameLength, &type, &size, &scale, &nullable),
+      SQLDescribeCol(statement_.Get(), number, name, static_cast<SQLSMALLINT>(std::size(name)),
+                     &nameLength, &type, &size, &scale, &nullable),
       E_FAIL);
   const DBTYPE ours = ProviderType(type);
-  return {name, ours, ProviderSize(ours, size), nullable != SQL_NO_NULLS};
+  return {FromUtf8(name), ours, ProviderSize(ours, size), nullable != SQL_NO_NULLS};
 }
 
 std::vector<Cell> Statement::Next() {
@@ -156,19 +180,20 @@ Cell Statement::Read(SQLUSMALLINT number) const {
 }
 
 std::wstring Statement::ReadText(SQLUSMALLINT number, bool& isNull) const {
-  std::wstring text;
+  std::string text;
   for (;;) {
-    SQLWCHAR part[1024] = {};
+    SQLCHAR part[2048] = {};
     SQLLEN length = 0;
     const SQLRETURN result =
-        SQLGetData(statement_.Get(), number, SQL_C_WCHAR, part, sizeof part, &length);
+        SQLGetData(statement_.Get(), number, SQL_C_CHAR, part, sizeof part, &length);
     statement_.Check(result, E_FAIL);
-    if (result == SQL_NO_DATA) return text;
+    if (result == SQL_NO_DATA) break;
     isNull = length == SQL_NULL_DATA;
-    if (isNull) return {};
-    text += part;
-    if (result == SQL_SUCCESS) return text;
+    if (isNull) break;
+    text += reinterpret_cast<const char*>(part);
+    if (result == SQL_SUCCESS) break;
   }
+  return FromUtf8(text);
 }
 
 }  // namespace standin

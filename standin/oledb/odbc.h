@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#define SQL_NOUNICODEMAP  // texts go as UTF-8: the way of wide ones loses characters
 #include <sql.h>
 #include <sqlext.h>
 
@@ -37,8 +38,9 @@ class OdbcHandle {
 // An open SQLite file.
 class Connection {
  public:
-  // `unixPath` is the file's path outside of Wine. Never makes a file. Throws ProviderError.
-  Connection(const std::wstring& unixPath, bool readOnly);
+  // `unixPath` is the file's path outside of Wine, in its encoding there. Never makes a file.
+  // Throws ProviderError.
+  Connection(const std::string& unixPath, bool readOnly);
   ~Connection();
 
   SQLHANDLE Get() const { return connection_.Get(); }

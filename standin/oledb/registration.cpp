@@ -5,7 +5,8 @@
 #include <iterator>
 #include <string>
 
-#include "oledb/data_source.h"
+#include "oledb/error.h"
+#include "oledb/provider_class.h"
 
 namespace standin {
 

@@ -1,0 +1,52 @@
+-- A sample project database: what scripts/demo.sh and the tests work on. Made into a file with
+--   sqlite3 Postrove.mdb <Postrove.sql
+-- Texts compare without regard to case, as they do in Access.
+CREATE TABLE Project (
+  ProjectID INTEGER PRIMARY KEY AUTOINCREMENT,
+  [Project Number] TEXT COLLATE NOCASE,
+  [Project Name] TEXT COLLATE NOCASE,
+  ProjFilePath TEXT COLLATE NOCASE,
+  Active BOOLEAN NOT NULL DEFAULT False
+);
+
+INSERT INTO Project ([Project Number], [Project Name], ProjFilePath, Active) VALUES
+  ('0', 'Not a project', '', True),
+  ('2197', 'Old Town Hall Roof Survey', 'C:\Projects\2197 Old Town Hall', False),
+  ('2204', 'St Mary''s Hospital Boiler House', 'C:\Projects\2204 St Mary''s', True),
+  ('2207', 'Canal Street Footbridge', '', True),
+  ('2208', 'Canal Street Lock Gates', '', True),
+  ('2211', 'Airport Apron Drainage', 'C:\Projects\2211 Apron Drainage\', True),
+  ('2213', 'Quarry Haul Road', '', False),
+  ('2214', 'Fishermen''s Wharf Sheet Piling', 'C:\Projects\2214 Wharf', True),
+  ('2218', 'Ferry Terminal Fenders', '', True),
+  ('2219', 'Grain Silo Foundations', 'C:\Projects\2219 Silo', True),
+  ('2222', 'Ring Road Noise Barriers', '', True),
+  ('2225', 'Müllverbrennung Süd, Kranbahn', 'C:\Projects\2225 Kranbahn Süd', True),
+  ('2226', 'Brücke über die Gönne', '', True),
+  ('2228', 'Straßenbahn Linie 7', 'C:\Projects\2228 Straßenbahn', True),
+  ('2230', 'Lighthouse Access Stairs', '', False),
+  ('2231', 'Harbour Bridge', '', True),
+  ('2232', 'Harbour Bridge Approach Viaduct', 'C:\Projects\2232 Approach Viaduct', True),
+  ('2235', 'Passerelle de l''Écluse', 'C:\Projects\2235 Passerelle', True),
+  ('2236', 'Hôtel des Postes, façade', '', True),
+  ('2239', 'Reservoir No. 4 Spillway', '', True),
+  ('2240', 'Wind Farm Cable Trench', 'C:\Projects\2240 Cable Trench', True),
+  ('2243', 'Ørevik Breakwater', '', True),
+  ('2244', 'Norrån Hydro Intake', 'C:\Projects\2244 Norrån', True),
+  ('2247', 'Cold Store Floor Slab', '', True),
+  ('2250', 'Γέφυρα Ποταμού', 'C:\Projects\2250 Γέφυρα', True),
+  ('2251', 'Λιμάνι, Προβλήτα Β', '', True),
+  ('2254', 'Музей: реконструкция крыши', 'C:\Projects\2254 Музей', True),
+  ('2255', 'Мост через канал', '', True),
+  ('2258', 'Brewery Loading Dock', '', True),
+  ('2259', 'Market Hall "North" Canopy', 'C:\Projects\2259 Market Hall', True),
+  ('2262', 'Tunnel Ventilation 50 % Design', '', True),
+  ('2263', 'Sewage Works: Digester 2', 'C:\Projects\2263 Digester 2', True),
+  ('2266', 'Depot [Phase 1]', '', True),
+  ('2266', 'Depot [Phase 2]', '', True),
+  ('2270', 'University Library Extension', 'C:\Projects\2270 Library', True),
+  ('2271', 'Zoo, Elephant House', '', False),
+  ('2274', 'Mostek na Łące', 'C:\Projects\2274 Mostek', True),
+  ('2275', 'Přístav Sever', '', True),
+  ('2278', 'Data Centre Fit-out', 'C:\Projects\2278 Data Centre', True),
+  ('2279', 'Cathedral Bell Frame', '', True);

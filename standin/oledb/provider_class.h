@@ -1,0 +1,12 @@
+#pragma once
+
+#include <windows.h>
+
+namespace standin {
+
+// This provider's class.
+// {C3CA9F78-FF5D-43AB-B732-7E4CD1DC6260}
+inline constexpr CLSID kProviderClass = {
+    0xc3ca9f78, 0xff5d, 0x43ab, {0xb7, 0x32, 0x7e, 0x4c, 0xd1, 0xdc, 0x62, 0x60}};
+
+}  // namespace standin
