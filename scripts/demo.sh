@@ -95,9 +95,9 @@ wine_prepare x64
 work=$root/build/demo
 drive=$(wine_prefix x64)/drive_c
 rm -rf "$work" "$drive/Projects" "$drive/Sent"
-mkdir -p "$work/pictures" "$drive/Projects" "$drive/Sent" "$drive/ProgramData/Postrove"
+mkdir -p "$work/pictures" "$drive/Projects" "$drive/Sent"
+office_data x64
 printf '[Setup]\r\nRoot=C:\\Projects\\\r\n' >"$drive/ProgramData/Postrove/Postrove.ini"
-sample_database "$drive/ProgramData/Postrove/Postrove.mdb"
 "$root/build/native/standin/mail/eml2folder" "$eml" "$work/message" || exit 1
 
 display_server=''

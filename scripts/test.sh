@@ -56,6 +56,7 @@ with_wine() {
   shift
   wine_lock "$width"
   wine_prepare "$width"
+  office_data "$width"
   trap 'wine_stop '"$width" EXIT
   wine_start "$width"
   wine_register "$width" standin_oledb.dll

@@ -76,12 +76,9 @@ class Filing:
         for folder in (self.work, self.drive / "Projects"):
             shutil.rmtree(folder, ignore_errors=True)
             folder.mkdir(parents=True)
-        settings = self.drive / "ProgramData" / "Postrove"
-        settings.mkdir(parents=True, exist_ok=True)
+        settings = self.drive / "ProgramData" / "Postrove"  # with the sample database
+        need((settings / "Postrove.mdb").exists(), f"{settings} has no Postrove.mdb")
         (settings / "Postrove.ini").write_bytes(b"[Setup]\r\nRoot=C:\\Projects\\\r\n")
-        database, script = settings / "Postrove.mdb", self.root / "resources/sample/Postrove.sql"
-        database.unlink(missing_ok=True)
-        subprocess.run(["sqlite3", "-bail", database, f".read {script}"], check=True)
         done = self.windows("regsvr32", "/s", self.root / "dist/x64/Postrove09.dll")
         need(done.returncode == 0, "the add-in could not be registered")
 
