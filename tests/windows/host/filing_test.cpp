@@ -1,5 +1,7 @@
 // Whole filings through the real dialog: the scripted user works on its windows.
 
+#include <algorithm>
+
 #include "product_run.h"
 
 namespace {
@@ -52,7 +54,13 @@ Outcome File(const Case& given, const run::Folder& folder) {
   for (std::size_t i = before; i < calls.size(); ++i) {
     if (calls[i].starts_with(L"MailItem.")) outcome.calls.push_back(calls[i]);
   }
-  outcome.callCount = host.CallCount() - countBefore;
+  // Up to the sending: what follows it is the closing of the window.
+  const auto& all = host.AllCalls();
+  const auto sending = std::find_if(
+      all.begin() + static_cast<std::ptrdiff_t>(countBefore), all.end(),
+      [](const Runtime::Call& call) { return call.text.starts_with(L"MailItem.Send("); });
+  const auto end = sending == all.end() ? sending : sending + 1;
+  outcome.callCount = static_cast<std::size_t>(end - all.begin()) - countBefore;
   outcome.files = folder.Files();
   outcome.reports = reports.Lines();
   outcome.sent = host.SentMessages().size();
@@ -100,11 +108,37 @@ TEST_F(Filing, ReceivedAndNewInEveryVersionAndEditor) {
         std::vector<std::wstring> expected{L"Class",   L"Sent",        L"Subject",
                                            L"Subject", L"Attachments", L"Recipients",
                                            body,       body + L"=",    L"SaveAs"};
-        if (composing) expected.push_back(L"Send");
+        if (composing) {
+          // While it is sent its window closes; other windows' buttons are looked after then.
+          expected.insert(expected.end(), {L"Send", L"GetInspector"});
+        }
         EXPECT_EQ(Members(outcome), expected);
       }
     }
   }
+}
+
+// A reply is sent, its window closes, and the button of the mail that was answered still works.
+TEST_F(Filing, TheOlderWindowsButtonAfterTheNewerOneWasSent) {
+  const run::Folder folder;
+  Options options;
+  options.version = 11;
+  Host host(options);
+  host.LoadAddIns();
+  Inspector& received = host.Open(run::Mail(L"Question"));
+  Inspector& reply = host.Open(run::Mail(L"Answer"), false);
+  UserScript script;
+  script.project = L"Mill Street: 2231";
+  script.folder = folder.Path();
+  script.report = [](const std::wstring&) {};
+  const ScriptedUser user(std::move(script));
+  EXPECT_TRUE(host.Click(reply));
+  EXPECT_FALSE(reply.IsOpen());
+  EXPECT_TRUE(host.Click(received));
+  EXPECT_EQ(folder.Files(), (std::vector<std::wstring>{L"Answer.msg", L"Question.msg"}));
+  EXPECT_EQ(host.SentMessages().size(), 1u);
+  host.Quit();
+  EXPECT_EQ(run::Held(host), "");
 }
 
 TEST_F(Filing, QuestionsAndRefusals) {
