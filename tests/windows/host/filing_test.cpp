@@ -56,9 +56,9 @@ Outcome File(const Case& given, const run::Folder& folder) {
   }
   // Up to the sending: what follows it is the closing of the window.
   const auto& all = host.AllCalls();
-  const auto sending = std::find_if(
-      all.begin() + static_cast<std::ptrdiff_t>(countBefore), all.end(),
-      [](const Runtime::Call& call) { return call.text.starts_with(L"MailItem.Send("); });
+  const auto sending =
+      std::find_if(all.begin() + static_cast<std::ptrdiff_t>(countBefore), all.end(),
+                   [](const Runtime::Call& call) { return call.text == L"MailItem.Send"; });
   const auto end = sending == all.end() ? sending : sending + 1;
   outcome.callCount = static_cast<std::size_t>(end - all.begin()) - countBefore;
   outcome.files = folder.Files();
