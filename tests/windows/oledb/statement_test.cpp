@@ -88,6 +88,7 @@ TEST_F(Statement, ReportsItsErrorsAndDoesNothing) {
   EXPECT_EQ(DB_E_PARAMNOTOPTIONAL, Execute(L"DELETE FROM Project WHERE ProjectID = ?"));
   EXPECT_THAT(ErrorText(), HasSubstr(L"required parameters"));
   EXPECT_EQ(DB_E_NOCOMMAND, Execute(L""));
+  EXPECT_EQ(DB_E_ERRORSINCOMMAND, Execute(L"DELETE"));
   EXPECT_EQ(40u, Query(session_.Get(), L"SELECT 1 FROM Project").size());
   EXPECT_EQ(L"", ErrorText()) << "a success leaves no error behind";
 }
