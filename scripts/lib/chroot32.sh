@@ -35,12 +35,10 @@ chroot32_make() {
   as_root mv "$fresh" "$chroot32"
 }
 
-# The mirror that this machine's own packages come from.
+# The mirror that this machine's own packages come from; nothing when apt does not tell.
 chroot32_mirror() {
-  local mirror
-  mirror=$(apt-get indextargets --format '$(REPO_URI)' 'Created-By: Packages' 'Codename: bookworm' |
-    sort -u | head -n 1)
-  printf '%s\n' "${mirror:-http://deb.debian.org/debian}"
+  apt-get indextargets --format '$(REPO_URI)' 'Created-By: Packages' 'Codename: bookworm' |
+    sort -u | head -n 1
 }
 
 # chroot32_work FUNCTION ARGUMENT...: one of those below, as root and by this machine's way to packages.
@@ -55,7 +53,7 @@ chroot32_work() {
 chroot32_fill() {
   local folder=$1 mirror=$2
   shift 2
-  debootstrap --arch=i386 --variant=minbase bookworm "$folder" "$mirror"
+  debootstrap --arch=i386 --variant=minbase bookworm "$folder" ${mirror:+"$mirror"}
   chroot32_install "$folder" "$@"
 }
 
