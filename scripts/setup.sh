@@ -25,6 +25,7 @@ packages=(
   libwine                               # the standard type library that ours refers to
   googletest                            # GoogleTest, as source for all three compilers
   libgmime-3.0-dev pkg-config           # MIME for the message converter
+  clang libclang-rt-dev                 # the compiler of the fuzz targets, with its libFuzzer
   wine64                                # runs the 64-bit Windows programs
   unixodbc libsqliteodbc sqlite3        # the database behind the stand-in OLE DB provider
   fonts-wine fonts-open-sans fonts-liberation # the fonts of its dialogs

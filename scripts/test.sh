@@ -1,6 +1,7 @@
 #!/bin/bash
 # Builds everything and runs every test; sets up first what is missing. The last line says how it went.
-#   test.sh         native tests, 64-bit Windows tests, whole filings of the sample messages
+#   test.sh         native tests, a short run of the fuzz targets, 64-bit Windows tests, whole filings
+#                   of the sample messages
 #   test.sh --x86   the Windows tests of the 32-bit build
 set -euo pipefail
 here=$(dirname "${BASH_SOURCE[0]}")
@@ -78,6 +79,7 @@ case ${1:-} in
     "$here/setup.sh" >/dev/null
     "$here/build.sh" >/dev/null
     run_ctest native "$root/build/native" "$(nproc)"
+    run_checks fuzz "$here/fuzz.sh" 3
     with_wine x64 test_x64
     run_checks demo "$root/tests/mail/demo_test.sh"
     ;;

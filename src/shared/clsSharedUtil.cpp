@@ -39,6 +39,11 @@ std::wstring ReportText(const Error& error, const std::wstring& module,
   return report;
 }
 
+std::wstring DecodeFile(std::string_view bytes, const CodePage& codePage) {
+  const DetectedEncoding detected = DetectEncoding(bytes);
+  return DecodeText(bytes.substr(detected.markSize), detected.encoding, codePage);
+}
+
 }  // namespace
 
 std::wstring clsSharedUtil::ReadSetting(const std::wstring& /*application*/,
@@ -61,9 +66,7 @@ void clsSharedUtil::WriteSetting(const std::wstring& /*application*/, const std:
 std::optional<TextStream> clsSharedUtil::OpenTextFile(const std::wstring& path) {
   std::string bytes;
   if (!LoadFile(path, &bytes)) return std::nullopt;
-  const DetectedEncoding detected = DetectEncoding(bytes);
-  return TextStream(DecodeText(std::string_view(bytes).substr(detected.markSize), detected.encoding,
-                               SystemCodePage()));
+  return TextStream(DecodeFile(bytes, SystemCodePage()));
 }
 
 void clsSharedUtil::AppendLine(const std::wstring& path, const std::wstring& line) {
@@ -72,17 +75,14 @@ void clsSharedUtil::AppendLine(const std::wstring& path, const std::wstring& lin
   }
   UpdateFile(path, [&](const std::string& bytes) {
     const CodePage codePage = SystemCodePage();
-    const DetectedEncoding detected = DetectEncoding(bytes);
-    const std::wstring text =
-        DecodeText(std::string_view(bytes).substr(detected.markSize), detected.encoding, codePage);
+    const std::wstring text = DecodeFile(bytes, codePage);
     const bool lineOpen = !text.empty() && text.back() != L'\n' && text.back() != L'\r';
     const std::wstring added = (lineOpen ? L"\r\n" : L"") + line + L"\r\n";
-    const std::string spelled = EncodeText(added, detected.encoding, codePage);
-    if (DecodeText(spelled, detected.encoding, codePage) != added) {
-      // The code page lacks a character of the line.
-      return std::string(kUtf8Mark) + text::ToUtf8(text + added);
-    }
-    return bytes + spelled;
+    const std::string longer = bytes + EncodeText(added, DetectEncoding(bytes).encoding, codePage);
+    // The code page may lack a character of the line, the file may end within a character, or an
+    // empty one get a line that begins like a byte-order mark.
+    if (DecodeFile(longer, codePage) == text + added) return longer;
+    return std::string(kUtf8Mark) + text::ToUtf8(text + added);
   });
 }
 

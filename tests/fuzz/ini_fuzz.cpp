@@ -3,24 +3,12 @@
 #include "data/ini_text.h"
 #include "fuzz_input.h"
 #include "shared/error.h"
+#include "support/Latin1.h"
 
 namespace postrove {
 namespace {
 
-const CodePage kLatin1{[](const std::string& bytes) {
-                              std::wstring text;
-                              for (const char byte : bytes) {
-                                text.push_back(static_cast<unsigned char>(byte));
-                              }
-                              return text;
-                            },
-                            [](const std::wstring& text) {
-                              std::string bytes;
-                              for (const wchar_t c : text) {
-                                bytes.push_back(c >= 0 && c <= 0xFF ? static_cast<char>(c) : '?');
-                              }
-                              return bytes;
-                            }};
+using testing::kLatin1;
 
 void FuzzOne(FuzzInput input) {
   const std::wstring section = input.Text();

@@ -11,6 +11,7 @@
 
 #include "shared/clsSharedUtil.h"
 #include "shared/text.h"
+#include "support/Latin1.h"
 
 namespace postrove::testing {
 
@@ -157,19 +158,8 @@ class FakeSharedUtil : public clsSharedUtil {
     if (!Find(Root(path))) Fail(L"Cannot write the file", path);
     AddFile(path, change(File(path).value_or("")));
   }
-  std::wstring FromCodePage(const std::string& bytes) override {
-    std::wstring text;
-    for (const char byte : bytes) text.push_back(static_cast<unsigned char>(byte));
-    return text;
-  }
-  std::string ToCodePage(const std::wstring& text) override {
-    std::string bytes;
-    for (std::size_t i = 0; i < text.size();) {
-      const char32_t c = text::NextCodePoint(text, &i);
-      bytes.push_back(c <= 0xFF ? static_cast<char>(c) : '?');
-    }
-    return bytes;
-  }
+  std::wstring FromCodePage(const std::string& bytes) override { return kLatin1.decode(bytes); }
+  std::string ToCodePage(const std::wstring& text) override { return kLatin1.encode(text); }
 
  private:
   struct Entry {

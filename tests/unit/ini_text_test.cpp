@@ -8,25 +8,12 @@
 
 #include "shared/error.h"
 #include "shared/text.h"
+#include "support/Latin1.h"
 
 namespace postrove {
 namespace {
 
-// Latin-1 stands for the system's code page.
-const CodePage kLatin1{[](const std::string& bytes) {
-                         std::wstring text;
-                         for (const char byte : bytes) {
-                           text.push_back(static_cast<unsigned char>(byte));
-                         }
-                         return text;
-                       },
-                       [](const std::wstring& text) {
-                         std::string bytes;
-                         for (const wchar_t c : text) {
-                           bytes.push_back(c >= 0 && c <= 0xFF ? static_cast<char>(c) : '?');
-                         }
-                         return bytes;
-                       }};
+using testing::kLatin1;
 
 // A code page in which the second byte of a character can be "[", "]" or "\": a byte from 0x81 on
 // and the next one are one character.

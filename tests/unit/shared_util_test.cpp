@@ -50,6 +50,31 @@ TEST(SharedUtil, KeepsTheOldFileWhenAWriteFails) {
   EXPECT_THROW(utility.WriteSetting(L"Postrove", L"S", L"k", L"v", L"Q:\\x.ini"), Error);
 }
 
+TEST(SharedUtil, AppendsALineInTheFilesEncoding) {
+  using namespace std::string_literals;
+  const struct {
+    std::string before;
+    std::wstring line;
+    std::string after;
+  } kTable[] = {
+      {"", L"Job", "Job\r\n"},
+      {"Job\n", L"Größe", "Job\nGr\xF6\xDF\x65\r\n"},
+      {"Job", L"Task", "Job\r\nTask\r\n"},
+      {"J\xF6\x62\r\n", L"Ł", "\xEF\xBB\xBFJ\xC3\xB6\x62\r\n\xC5\x81\r\n"},
+      {"\xEF\xBB\xBFJob\r\n", L"Ł", "\xEF\xBB\xBFJob\r\n\xC5\x81\r\n"},
+      {"\xFF\xFE\x41\x01"s, L"b", "\xFF\xFE\x41\x01\r\0\n\0b\0\r\0\n\0"s},
+      // Half a character at the end, and a line that begins like a mark.
+      {"\xFF\xFEJ\0\n\0x"s, L"b", "\xEF\xBB\xBFJ\nb\r\n"},
+      {"", L"\u00FF\u00FE", "\xEF\xBB\xBF\xC3\xBF\xC3\xBE\r\n"},
+  };
+  for (const auto& row : kTable) {
+    FakeSharedUtil utility;
+    utility.AddFile(kFile, row.before);
+    utility.AppendLine(kFile, row.line);
+    EXPECT_EQ(utility.File(kFile), row.after);
+  }
+}
+
 TEST(SharedUtil, ReportsErrors) {
   FakeSharedUtil utility;
   utility.ExpectMessage();

@@ -3,8 +3,10 @@
 
 #include <atomic>
 #include <memory>
+#include <random>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "shared/text.h"
 #include "shared/win32/WinSharedUtil.h"
@@ -144,7 +146,7 @@ TEST_F(SettingsFile, IsNotLoadedWhenItIsHuge) {
 }
 
 TEST_F(SettingsFile, LosesNoValueWhenProcessesWriteAtOnce) {
-  constexpr int kCount = 200;
+  constexpr int kCount = 500;
   MakeFile(file_, "[Setup]\r\nRoot=C:\\\r\n");
   const WriterProcess one = WriterProcess::Keys(file_, L"One", kCount);
   const WriterProcess two = WriterProcess::Keys(file_, L"Two", kCount);
@@ -164,29 +166,111 @@ TEST_F(SettingsFile, LosesNoValueWhenProcessesWriteAtOnce) {
   EXPECT_EQ(folder_.Names(), std::vector<std::wstring>{L"Postrove.ini"});
 }
 
+// Told of the first new or deleted file in a folder.
+class FolderChange {
+ public:
+  explicit FolderChange(const TemporaryFolder& folder)
+      : handle_(FindFirstChangeNotificationW(folder.Path().c_str(), FALSE,
+                                             FILE_NOTIFY_CHANGE_FILE_NAME)) {}
+  FolderChange(const FolderChange&) = delete;
+  FolderChange& operator=(const FolderChange&) = delete;
+  ~FolderChange() { FindCloseChangeNotification(handle_); }
+
+  bool Wait() const { return WaitForSingleObject(handle_, 30000) == WAIT_OBJECT_0; }
+
+ private:
+  HANDLE handle_;
+};
+
 TEST_F(SettingsFile, IsOldOrNewAfterAWriterWasKilled) {
-  const std::string filler(300000, ';');
+  const std::string filler(30000, ';');
   const std::string tail = "\r\n" + filler + "\r\n[Setup]\r\nRoot=C:\\\r\n";
-  MakeFile(file_, "[Written]\r\nCounter=0" + tail);
-  for (int round = 0; round < 12; ++round) {
-    SCOPED_TRACE(round);
-    const std::wstring before = Read(kWrittenSection, kCounterKey);
-    WriterProcess writer = WriterProcess::Counter(file_);
-    // Writers are killed at different moments of their work.
-    for (int spare = round * 3; spare >= 0;) {
-      if (Read(kWrittenSection, kCounterKey) != before) --spare;
-      ASSERT_TRUE(writer.Running());
+  // Starting takes longest, so some writers start at a time, each for a file of its own that is
+  // locked until its turn.
+  const TemporaryFolder folders[5];
+  std::mt19937 random(27182);
+  int killed = 0;
+  int cutShort = 0;
+  while (killed < 200) {
+    std::vector<HANDLE> locks;
+    std::vector<WriterProcess> writers;
+    for (const TemporaryFolder& folder : folders) {
+      const std::wstring file = folder.Path() + L"Postrove.ini";
+      MakeFile(file, "[Written]\r\nCounter=none" + tail);
+      locks.push_back(CreateFileW((file + L".lock").c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                                  FILE_ATTRIBUTE_NORMAL, nullptr));
+      ASSERT_NE(locks.back(), INVALID_HANDLE_VALUE);
+      writers.push_back(WriterProcess::Counter(file));
     }
-    writer.Kill();
-    const std::string bytes = Bytes(file_).value_or("");
-    ASSERT_GT(bytes.size(), tail.size());
-    ASSERT_TRUE(bytes.ends_with(tail));
-    const std::wstring counter = Read(kWrittenSection, kCounterKey);
-    ASSERT_EQ(bytes, "[Written]\r\nCounter=" + text::ToUtf8(counter) + tail);
-    ASSERT_EQ(counter.find_first_not_of(L"0123456789"), std::wstring::npos);
-    ASSERT_EQ(WriteError(text::FromNumber(round)), L"") << "the lock went with its owner";
+    for (std::size_t i = 0; i < writers.size(); ++i) {
+      SCOPED_TRACE(++killed);
+      file_ = folders[i].Path() + L"Postrove.ini";
+      const FolderChange change(folders[i]);
+      CloseHandle(locks[i]);
+      ASSERT_TRUE(change.Wait()) << "the writer does not begin";
+      // Writers are killed at different moments of their work.
+      for (auto turns = random() % 300; turns > 0; --turns) ASSERT_TRUE(writers[i].Running());
+      writers[i].Kill();
+      if (Bytes(file_ + L".tmp")) ++cutShort;
+      const std::string bytes = Bytes(file_).value_or("");
+      ASSERT_TRUE(bytes.ends_with(tail));
+      const std::wstring counter = Read(kWrittenSection, kCounterKey);
+      ASSERT_EQ(bytes, "[Written]\r\nCounter=" + text::ToUtf8(counter) + tail);
+      ASSERT_TRUE(counter == L"none" || counter.find_first_not_of(L"0123456789") == counter.npos);
+      ASSERT_EQ(WriteError(), L"") << "the lock went with its owner";
+      ASSERT_EQ(folders[i].Names(), std::vector<std::wstring>{L"Postrove.ini"});
+    }
+  }
+  EXPECT_GT(cutShort, 0) << "no writer was met at its work";
+  RecordProperty("CutShort", cutShort);
+}
+
+// A file with sections of keys that all have values of the same length.
+struct Shape {
+  int sections;
+  int keys;
+  std::size_t valueSize;
+};
+
+std::wstring ValueOf(const Shape& shape, int section, int key) {
+  std::wstring value = text::FromNumber(section * shape.keys + key);
+  return value + std::wstring(shape.valueSize - value.size(), L'.');
+}
+
+// All of the file, with another value in one place.
+std::string Content(const Shape& shape, int section, int key, const std::wstring& value) {
+  std::wstring content;
+  for (int i = 0; i < shape.sections; ++i) {
+    content += L"[Section" + text::FromNumber(i) + L"]\r\n";
+    for (int j = 0; j < shape.keys; ++j) {
+      content += L"Key" + text::FromNumber(j) + L"=";
+      content += (i == section && j == key ? value : ValueOf(shape, i, j)) + L"\r\n";
+    }
+  }
+  return text::ToUtf8(content);
+}
+
+TEST_F(SettingsFile, CanBeLarge) {
+  for (const Shape& shape : {Shape{10000, 2, 8}, Shape{1, 1000, 1050}}) {
+    SCOPED_TRACE(shape.sections);
+    const std::string whole = Content(shape, -1, -1, L"");
+    EXPECT_TRUE(shape.sections == 10000 || whole.size() > 1024 * 1024);
+    for (const int part : {0, 1, 2}) {
+      MakeFile(file_, whole);
+      const int section = (shape.sections - 1) * part / 2;
+      const int key = (shape.keys - 1) * part / 2;
+      const std::wstring inSection = L"Section" + text::FromNumber(section);
+      const std::wstring ofKey = L"Key" + text::FromNumber(key);
+      EXPECT_EQ(Read(inSection, ofKey), ValueOf(shape, section, key));
+      Write(inSection, ofKey, L"new");
+      EXPECT_TRUE(Bytes(file_) == Content(shape, section, key, L"new")) << part;
+      EXPECT_EQ(Read(inSection, ofKey), L"new");
+    }
+    MakeFile(file_, whole);
     Write(L"Setup", L"Root", L"C:\\");
-    ASSERT_EQ(folder_.Names(), std::vector<std::wstring>{L"Postrove.ini"});
+    EXPECT_TRUE(Bytes(file_) == whole + "\r\n[Setup]\r\nRoot=C:\\\r\n");
+    EXPECT_EQ(Read(L"Setup", L"Root"), L"C:\\");
+    EXPECT_EQ(Read(L"Setup", L"Other"), L"(default)");
   }
 }
 
