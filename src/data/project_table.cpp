@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "controller/clsPostrove.h"
 #include "data/project_sql.h"
 #include "shared/text.h"
@@ -7,11 +9,12 @@ namespace postrove {
 
 namespace {
 
-// A field as text, without the blanks that a fixed-width column pads it with.
-std::wstring TextOf(const Cell& cell) {
-  if (const auto* words = std::get_if<std::wstring>(&cell)) {
-    const std::size_t end = words->find_last_not_of(L' ');
-    return end == std::wstring::npos ? std::wstring() : words->substr(0, end + 1);
+// A field as text, without the blanks that a fixed-width column pads it with. A text is taken out
+// of the cell.
+std::wstring TextOf(Cell&& cell) {
+  if (auto* words = std::get_if<std::wstring>(&cell)) {
+    words->resize(words->find_last_not_of(L' ') + 1);  // none found is -1
+    return std::move(*words);
   }
   if (const auto* whole = std::get_if<std::int64_t>(&cell)) return text::FromNumber(*whole);
   if (const auto* number = std::get_if<double>(&cell)) {
@@ -41,14 +44,15 @@ void clsPostrove::GetProjectList() {
   ProjectList.clear();
   if (!databaseFound_) return;
   Reporting(*utility_, L"clsPostrove", L"GetProjectList()", [this] {
-    const Rows rows = database_->OpenRecordset(sql::ListProjects(database_->DbType));
+    Rows rows = database_->OpenRecordset(sql::ListProjects(database_->DbType));
     ProjectList.reserve(rows.size());
-    for (const std::vector<Cell>& row : rows) {
+    for (std::vector<Cell>& row : rows) {
       if (row.size() < kFields) {
         throw Error(kSubscriptOutOfRange, L"GetProjectList()",
                     L"The project list has fewer columns than it should.");
       }
-      ProjectList.push_back({TextOf(row[0]), TextOf(row[1]), TextOf(row[2]), NumberOf(row[3]) != 0,
+      ProjectList.push_back({TextOf(std::move(row[0])), TextOf(std::move(row[1])),
+                             TextOf(std::move(row[2])), NumberOf(row[3]) != 0,
                              static_cast<std::int32_t>(NumberOf(row[4]))});
     }
   });
@@ -57,8 +61,9 @@ void clsPostrove::GetProjectList() {
 std::wstring clsPostrove::GetNewProjectNumber() {
   std::wstring number;
   Reporting(*utility_, L"clsPostrove", L"GetNewProjectNumber()", [&] {
-    const Rows rows = database_->OpenRecordset(sql::GreatestProjectNumber());
-    if (!rows.empty() && !rows[0].empty()) number = sql::NextProjectNumber(TextOf(rows[0][0]));
+    Rows rows = database_->OpenRecordset(sql::GreatestProjectNumber());
+    if (rows.empty() || rows[0].empty()) return;
+    number = sql::NextProjectNumber(TextOf(std::move(rows[0][0])));
   });
   return number;
 }

@@ -136,7 +136,6 @@ Cell ToCell(Field& field, const Column& column, const wchar_t* source) {
   if (field.status == DBSTATUS_S_ISNULL) return {};
   if (field.status != DBSTATUS_S_OK) ThrowUnreadable(column, source);
   Variant& value = field.value;
-  Variant number;
   switch (value->vt) {
     case VT_EMPTY:
     case VT_NULL:
@@ -145,6 +144,8 @@ Cell ToCell(Field& field, const Column& column, const wchar_t* source) {
       return value->boolVal != VARIANT_FALSE;
     case VT_BSTR:
       return std::wstring(value->bstrVal ? value->bstrVal : L"", SysStringLen(value->bstrVal));
+    case VT_I4:
+      return std::int64_t{value->lVal};
     case VT_UI8:
       if (value->ullVal > std::numeric_limits<std::int64_t>::max()) {
         return static_cast<double>(value->ullVal);
@@ -152,31 +153,40 @@ Cell ToCell(Field& field, const Column& column, const wchar_t* source) {
       return static_cast<std::int64_t>(value->ullVal);
     case VT_I1:
     case VT_I2:
-    case VT_I4:
     case VT_I8:
     case VT_INT:
     case VT_UI1:
     case VT_UI2:
     case VT_UI4:
-    case VT_UINT:
+    case VT_UINT: {
+      Variant number;
       if (FAILED(VariantChangeType(number.Get(), value.Get(), 0, VT_I8))) break;
       return std::int64_t{number->llVal};
+    }
     case VT_R4:
     case VT_R8:
     case VT_CY:
     case VT_DECIMAL:
-    case VT_DATE:
+    case VT_DATE: {
+      Variant number;
       if (FAILED(VariantChangeType(number.Get(), value.Get(), 0, VT_R8))) break;
       return number->dblVal;
+    }
     default:
       break;
   }
   ThrowUnreadable(column, source);
 }
 
+// `fields`, one for each column, are the room that the provider writes to; what the row before left
+// there is dropped.
 std::vector<Cell> ReadRow(IRowset* rowset, HROW row, const Accessor& accessor,
-                          const std::vector<Column>& columns, const wchar_t* source) {
-  std::vector<Field> fields(columns.size());
+                          const std::vector<Column>& columns, std::vector<Field>& fields,
+                          const wchar_t* source) {
+  for (Field& field : fields) {
+    VariantClear(field.value.Get());
+    field.status = DBSTATUS_E_UNAVAILABLE;
+  }
   const HRESULT result = rowset->GetData(row, accessor.Handle(), fields.data());
   // Then the fields tell which of them it was.
   if (result != DB_E_ERRORSOCCURRED) Check(result, source);
@@ -193,11 +203,12 @@ std::vector<Cell> ReadRow(IRowset* rowset, HROW row, const Accessor& accessor,
 Rows ReadRows(IRowset* rowset, const wchar_t* source) {
   const std::vector<Column> columns = ColumnsOf(rowset, source);
   const Accessor accessor(rowset, columns, source);
+  std::vector<Field> fields(columns.size());
   Rows rows;
   RowBlock block(rowset);
   while (block.Fetch(source)) {
     for (const HROW row : block) {
-      rows.push_back(ReadRow(rowset, row, accessor, columns, source));
+      rows.push_back(ReadRow(rowset, row, accessor, columns, fields, source));
     }
   }
   return rows;

@@ -2,61 +2,17 @@
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
-#include <stdexcept>
-
-#include "scripted_provider.h"
 #include "shared/error.h"
 #include "shared/text.h"
 #include "shared/win32/OleDbDatabase.h"
-
-using Microsoft::WRL::ComPtr;
+#include "standin_database.h"
 
 namespace postrove {
 namespace {
 
 using ::testing::HasSubstr;
-
-constexpr wchar_t kProvider[] = L"Postrove.Test.Standin";
-constexpr wchar_t kClassText[] = L"{C3CA9F78-FF5D-43AB-B732-7E4CD1DC6260}";
-
-// The stand-in under a name of this process, whatever is registered.
-class LoadedProvider {
- public:
-  LoadedProvider() : name_(kProvider, kClassText) {
-    const std::string built = POSTROVE_STANDIN_OLEDB;
-    std::wstring path(built.begin(), built.end());
-    if (path.front() == L'/') path.insert(0, L"Z:");
-    std::replace(path.begin(), path.end(), L'/', L'\\');
-    module_ = LoadLibraryW(path.c_str());
-    if (!module_) throw std::runtime_error("cannot load " POSTROVE_STANDIN_OLEDB);
-    CLSID id{};
-    CLSIDFromString(kClassText, &id);
-    ComPtr<IUnknown> factory;
-    EXPECT_EQ(S_OK, Find<decltype(&DllGetClassObject)>("DllGetClassObject")(
-                        id, IID_IClassFactory, reinterpret_cast<void**>(factory.GetAddressOf())));
-    EXPECT_EQ(S_OK, CoRegisterClassObject(id, factory.Get(), CLSCTX_INPROC_SERVER,
-                                          REGCLS_MULTIPLEUSE, &cookie_));
-  }
-  ~LoadedProvider() {
-    CoRevokeClassObject(cookie_);
-    EXPECT_EQ(S_OK, Find<HRESULT(STDAPICALLTYPE*)()>("DllCanUnloadNow")())
-        << "objects of the provider are left";
-    FreeLibrary(module_);
-  }
-  LoadedProvider(const LoadedProvider&) = delete;
-  LoadedProvider& operator=(const LoadedProvider&) = delete;
-
- private:
-  template <typename Function>
-  Function Find(const char* name) const {
-    return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(module_, name)));
-  }
-
-  const testing::RegistryName name_;
-  HMODULE module_ = nullptr;
-  DWORD cookie_ = 0;
-};
+using testing::LoadedProvider;
+using testing::MakeEmptyDatabase;
 
 // A new folder with an empty database, deleted with it.
 class DatabaseFile {
@@ -66,19 +22,7 @@ class DatabaseFile {
     GetTempPathW(MAX_PATH, temporary);
     folder_ = temporary + folder;
     CreateDirectoryW(folder_.c_str(), nullptr);
-    // One page: the header of the file and an empty table of contents.
-    std::string page("SQLite format 3\0\x10\0\1\1\0\x40\x20\x20\0\0\0\1\0\0\0\1", 32);
-    page.resize(4096);
-    page[47] = 4;
-    page[59] = 1;
-    page[95] = 1;
-    page[100] = 13;
-    page[105] = 0x10;
-    const HANDLE file =
-        CreateFileW(Path().c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-    DWORD written = 0;
-    EXPECT_TRUE(WriteFile(file, page.data(), static_cast<DWORD>(page.size()), &written, nullptr));
-    CloseHandle(file);
+    MakeEmptyDatabase(Path());
   }
   ~DatabaseFile() {
     EXPECT_TRUE(DeleteFileW(Path().c_str())) << "the file is still open";
@@ -104,7 +48,7 @@ class Standin : public ::testing::Test {
 
   void Use(const DatabaseFile& file) {
     database_->DbType = L"Access";
-    database_->Provider = kProvider;
+    database_->Provider = testing::kStandinProvider;
     database_->UID = L"admin";
     database_->DBFullPath = file.Path();
     database_->Prepare();

@@ -1,0 +1,40 @@
+#!/bin/bash
+# Measures what the product adds to reading a project list from the database, at 1,000, 10,000 and
+# 100,000 projects, in the private Wine prefix. Sets up and builds what is missing.
+set -euo pipefail
+here=$(dirname "${BASH_SOURCE[0]}")
+source "$here/lib/common.sh"
+source "$here/lib/chroot32.sh"
+source "$here/lib/wine.sh"
+
+[[ $# -eq 0 ]] || die "unknown option $1 (usage: bench.sh)"
+POSTROVE_DISPLAY=''
+"$here/setup.sh" >/dev/null
+"$here/build.sh" >/dev/null
+logged build-bench cmake --build "$root/build/win64" --target project_list_bench || exit 1
+
+# projects COUNT: a folder with a database of that many, half of them with a folder of their own.
+projects() {
+  local folder=$root/build/bench/$1
+  mkdir -p "$folder"
+  sample_database "$folder/Postrove.mdb"
+  sqlite3 -bail "$folder/Postrove.mdb" <<SQL || die "the database of $1 projects could not be filled"
+DELETE FROM Project;
+WITH RECURSIVE N(I) AS (SELECT 1 UNION ALL SELECT I + 1 FROM N WHERE I < $1)
+INSERT INTO Project ([Project Number], [Project Name], ProjFilePath, Active)
+SELECT printf('24-%06d', I), 'Harbour Bridge, Section ' || I,
+       CASE I % 2 WHEN 0 THEN '' ELSE printf('C:\Projects\24-%06d\', I) END, True
+FROM N;
+SQL
+  windows_path "$folder"
+}
+
+folders=()
+for count in 1000 10000 100000; do folders+=("$(projects "$count")"); done
+
+wine_lock x64
+wine_prepare x64
+trap 'wine_stop x64' EXIT
+wine_start x64
+wine_register x64 standin_oledb.dll
+wine_run x64 wine "$root/build/win64/bench/project_list_bench.exe" "${folders[@]}" </dev/null
