@@ -84,17 +84,21 @@ wine_register() {
   done
 }
 
+# sample_database FILE: a fresh one, as SQLite, which the stand-in provider opens as an Access file.
+sample_database() {
+  rm -f "$1"
+  sqlite3 -bail "$1" <"$root/resources/sample/Postrove.sql" || die "$1 could not be made"
+}
+
 # office_data WIDTH: the add-in's data folder of the prefix as a new office has it: the shipped files and
-# a fresh sample database, in SQLite's format, which the stand-in provider opens as an Access file; no
-# settings file.
+# a sample database, no settings file.
 office_data() {
   local folder
   folder=$(wine_prefix "$1")/drive_c/ProgramData/Postrove
   mkdir -p "$folder"
-  rm -f "$folder"/Postrove.{ini,mdb}
+  rm -f "$folder/Postrove.ini"
   cp "$root"/resources/*.cnt "$folder"
-  sqlite3 -bail "$folder/Postrove.mdb" <"$root/resources/sample/Postrove.sql" ||
-    die "the sample database could not be made"
+  sample_database "$folder/Postrove.mdb"
 }
 
 # unix_path WIDTH 'C:\FOLDER\FILE': the path on this machine's file system.
