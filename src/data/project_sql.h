@@ -19,7 +19,7 @@ std::wstring ListProjects(const std::wstring& dbType);
 
 std::wstring GreatestProjectNumber();
 
-// The number stands as typed: a quote in it breaks the statement, which is then reported.
+// The number stands as typed and must not hold an apostrophe.
 std::wstring FindProjectNumber(const std::wstring& number);
 
 std::wstring InsertProject(const ProjectRow& row);

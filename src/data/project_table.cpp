@@ -74,6 +74,11 @@ bool clsPostrove::IsExisitingProjectNumber(const std::wstring& number) {
     if (!database_->IsReady()) {
       throw Error(kObjectNotSet, L"clsDatabase", L"The project database has not been found.");
     }
+    // An apostrophe would end the text in the statement, and a server may run what follows it.
+    if (number.find(L'\'') != std::wstring::npos) {
+      throw Error(kInvalidArgument, L"IsExisitingProjectNumber()",
+                  L"A " + WorkUnit + L" Number with an apostrophe cannot be looked for.");
+    }
     if (database_->OpenRecordset(sql::FindProjectNumber(number)).empty()) return;
     refused = utility_->ShowMessage(
                   L"The " + WorkUnit + L" Number already exists. Do you want to add a duplicate?",

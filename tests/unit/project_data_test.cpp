@@ -91,6 +91,11 @@ TEST_F(ProjectData, DuplicateNumbersAreAskedAbout) {
   controller.WorkUnit = L"Job";
   product_.database->SetRows(sql::FindProjectNumber(L"7"), {{L"7"}});
   EXPECT_FALSE(controller.IsExisitingProjectNumber(L"8"));
+  // Never part of a statement: some servers run a second one.
+  const std::size_t ran = product_.database->Statements().size();
+  product_.utility->ExpectMessage();
+  EXPECT_FALSE(controller.IsExisitingProjectNumber(L"7'; DROP TABLE Project; --"));
+  EXPECT_EQ(product_.database->Statements().size(), ran);
   for (const MessageAnswer answer : {MessageAnswer::Yes, MessageAnswer::No}) {
     product_.utility->ExpectMessage(answer);
     EXPECT_EQ(controller.IsExisitingProjectNumber(L"7"), answer == MessageAnswer::No);
