@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -205,6 +206,14 @@ class clsPostrove final : public forms::frmPostroveEvents,
   // What to do about a file that is to move: a folder that already holds one of its name is asked
   // about, and never is that one replaced.
   enum class Move { Copy, UseExisting, Refused };
+  struct MovedFile {
+    std::wstring original;
+    std::wstring dated;  // the original under its new name
+    std::wstring target;
+  };
+  void TakeBackDbMove();
+  bool FindDatabaseAgain();
+  void RequireDatabase() const;
   Move PlanMove(const std::wstring& file, const std::wstring& folder, const std::wstring& name);
   std::wstring FreeDatedName(const std::wstring& folder) const;
 
@@ -251,6 +260,7 @@ class clsPostrove final : public forms::frmPostroveEvents,
   bool quillionInstalled_ = false;
   bool useQuillion_ = false;
   bool databaseFound_ = false;
+  std::optional<MovedFile> movedDatabase_;
   LabelTable labels_;
 
   office::CommandBarButton mcbPostroveMenuButton_;

@@ -23,6 +23,20 @@ void clsPostrove::GetDataBaseSettings() {
   });
 }
 
+// After a cancelled search: true when the database is where the settings say by now.
+bool clsPostrove::FindDatabaseAgain() {
+  const std::wstring folder = text::NormaliseFolder(
+      ReadSetup(L"PostroveDBPath", gCommonAppData_ + L"\\Postrove\\", utility_->IniFile()));
+  if (useQuillion_ || !utility_->FileExists(folder, database_->DbName)) return false;
+  GetDataBaseSettings();
+  return databaseFound_;
+}
+
+void clsPostrove::RequireDatabase() const {
+  if (databaseFound_ && database_->IsReady()) return;
+  throw Error(kObjectNotSet, L"clsDatabase", L"The project database has not been found.");
+}
+
 void clsPostrove::ReadSharedDatabaseSettings() {
   const std::wstring file = utility_->IniFile();
   const auto read = [&](const wchar_t* key, const wchar_t* defaultValue) {
@@ -54,7 +68,8 @@ void clsPostrove::ReadOwnDatabaseSettings() {
   database.DbName = L"Postrove.mdb";
   database.UID = L"admin";
   database.Pwd.clear();
-  database.DBPath = ReadSetup(L"PostroveDBPath", gCommonAppData_ + L"\\Postrove\\", file);
+  database.DBPath =
+      text::NormaliseFolder(ReadSetup(L"PostroveDBPath", gCommonAppData_ + L"\\Postrove\\", file));
   SearchForDatabase();
   database.DBFullPath = database.DBPath + database.DbName;
 }

@@ -240,7 +240,8 @@ std::string Write(const std::string& bytes, std::wstring_view section, std::wstr
   const std::wstring line = std::wstring(key) + L"=" + quoted;
   if (!document.CanHold(std::wstring(section) + line)) {
     const std::wstring content = document.Decode({document.Begin(), document.End()});
-    return Write(std::string(kUtf8Mark) + text::ToUtf8(content), section, key, value, codePage);
+    return Write(std::string(kUtf16Mark) + EncodeText(content, Encoding::Utf16, codePage), section,
+                 key, value, codePage);
   }
   std::string result = place.keyFound ? document.Splice(place.value, document.Encode(quoted))
                                       : WithNewLine(document, place, section, line);

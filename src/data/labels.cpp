@@ -13,7 +13,12 @@ constexpr wchar_t kWorkUnitFile[] = L"WorkUnitType.cnt";
 }  // namespace
 
 void clsPostrove::LoadLabels() {
-  std::optional<TextStream> stream = utility_->OpenTextFile(LocalFile(kLabelFile));
+  const std::wstring file = LocalFile(kLabelFile);
+  std::optional<TextStream> stream = utility_->OpenTextFile(file);
+  if (!stream && utility_->FileSize(file) >= 0) {
+    throw Error(kPathFileAccess, L"clsPostrove.LoadLabels()",
+                L"The label file \"" + file + L"\" cannot be read.");
+  }
   if (stream) labels_ = ReadLabelFile(std::move(*stream), WorkUnit, useQuillion_);
 }
 

@@ -42,7 +42,7 @@ constexpr std::size_t kFields = 5;
 
 void clsPostrove::GetProjectList() {
   ProjectList.clear();
-  if (!databaseFound_) return;
+  if (!databaseFound_ && !FindDatabaseAgain()) return;
   Reporting(*utility_, L"clsPostrove", L"GetProjectList()", [this] {
     Rows rows = database_->OpenRecordset(sql::ListProjects(database_->DbType));
     ProjectList.reserve(rows.size());
@@ -61,6 +61,7 @@ void clsPostrove::GetProjectList() {
 std::wstring clsPostrove::GetNewProjectNumber() {
   std::wstring number;
   Reporting(*utility_, L"clsPostrove", L"GetNewProjectNumber()", [&] {
+    RequireDatabase();
     Rows rows = database_->OpenRecordset(sql::GreatestProjectNumber());
     if (rows.empty() || rows[0].empty()) return;
     number = sql::NextProjectNumber(TextOf(std::move(rows[0][0])));
@@ -71,9 +72,7 @@ std::wstring clsPostrove::GetNewProjectNumber() {
 bool clsPostrove::IsExisitingProjectNumber(const std::wstring& number) {
   bool refused = false;
   Reporting(*utility_, L"clsPostrove", L"IsExisitingProjectNumber()", [&] {
-    if (!database_->IsReady()) {
-      throw Error(kObjectNotSet, L"clsDatabase", L"The project database has not been found.");
-    }
+    RequireDatabase();
     // An apostrophe would end the text in the statement, and a server may run what follows it.
     if (number.find(L'\'') != std::wstring::npos) {
       throw Error(kInvalidArgument, L"IsExisitingProjectNumber()",
@@ -90,6 +89,7 @@ bool clsPostrove::IsExisitingProjectNumber(const std::wstring& number) {
 
 bool clsPostrove::ProjectInfoSave(bool edited) {
   return Reporting(*utility_, L"clsPostrove", L"ProjectInfoSave()", [&] {
+    RequireDatabase();
     const sql::ProjectRow row{ProjectNumber, ProjectName, ProjFilePath, Active};
     database_->Execute(edited ? sql::UpdateProject(row, ProjectID) : sql::InsertProject(row));
   });

@@ -9,41 +9,26 @@ namespace {
 
 constexpr wchar_t kIniName[] = L"Postrove.ini";
 
-// Copies a file to a path where none is, and compares. What it made is removed again unless Keep.
-class VerifiedCopy {
- public:
-  VerifiedCopy(clsSharedUtil& utility, const std::wstring& from, std::wstring to)
-      : utility_(utility), to_(std::move(to)) {
-    utility_.DuplicateFile(from, to_);
-    made_ = true;
-    if (!utility_.FilesAreEqual(from, to_)) {
-      Undo();
-      throw Error(
-          kPathFileAccess, L"clsPostrove",
-          L"The copy \"" + to_ + L"\" is not the same as \"" + from + L"\". Nothing was moved.");
-    }
-  }
-  VerifiedCopy(const VerifiedCopy&) = delete;
-  VerifiedCopy& operator=(const VerifiedCopy&) = delete;
-  ~VerifiedCopy() { Undo(); }
+// The settings that move with their file.
+constexpr struct {
+  const wchar_t* section;
+  const wchar_t* key;
+} kMovingSettings[] = {{L"Setup", L"Root"},        {L"Setup", L"ProjDelim"},
+                       {L"Setup", L"SubjDelim"},   {L"Setup", L"EmailFolder"},
+                       {L"Setup", L"WorkUnit"},    {L"Setup", L"PostroveDBPath"},
+                       {L"Database", L"Provider2"}};
 
-  void Keep() { made_ = false; }
+// No value of a settings file: it cannot hold this character.
+constexpr wchar_t kMissing[] = L"\n";
 
- private:
-  void Undo() noexcept {
-    if (!made_) return;
-    made_ = false;
-    try {
-      utility_.RemoveFile(to_);
-    } catch (...) {
-      // A copy too many harms nobody.
-    }
-  }
-
-  clsSharedUtil& utility_;
-  const std::wstring to_;
-  bool made_ = false;
-};
+// Copies a file to a path where none is, and compares. Throws Error; nothing is then left there.
+void CopyVerified(clsSharedUtil& utility, const std::wstring& from, const std::wstring& to) {
+  utility.DuplicateFile(from, to);
+  if (utility.FilesAreEqual(from, to)) return;
+  utility.RemoveFile(to);
+  throw Error(kPathFileAccess, L"clsPostrove",
+              L"The copy \"" + to + L"\" is not the same as \"" + from + L"\".");
+}
 
 }  // namespace
 
@@ -58,36 +43,54 @@ std::wstring clsPostrove::FreeDatedName(const std::wstring& folder) const {
 
 clsPostrove::Move clsPostrove::PlanMove(const std::wstring& file, const std::wstring& folder,
                                         const std::wstring& name) {
-  const auto ask = [&](const std::wstring& question) {
-    return utility_->ShowMessage(L"The folder \"" + folder + L"\" already holds a file \"" + name +
-                                     L"\".\r\n\r\n" + question,
-                                 L"Existing File", MessageButtons::YesNo,
-                                 MessageIcon::Question) == MessageAnswer::Yes;
-  };
-  if (folder.empty() || text::EqualsIgnoreCase(folder + name, file)) return Move::Refused;
-  if (!utility_->FileExists(folder, name)) return Move::Copy;
-  if (ask(L"Do you want to use that file from now on? The one that was used until now stays where "
-          L"it is.")) {
-    return Move::UseExisting;
+  if (text::EqualsIgnoreCase(folder + name, file)) return Move::Refused;
+  if (!text::IsRootedPath(folder)) {
+    throw Error(
+        kPathFileAccess, L"clsPostrove",
+        L"The folder \"" + folder +
+            L"\" must begin with a drive or a server, such as C:\\Data or \\\\Server\\Data.");
   }
-  return Move::Refused;
+  if (!utility_->FileExists(folder, name)) return Move::Copy;
+  const bool use =
+      utility_->ShowMessage(
+          L"The folder \"" + folder + L"\" already holds a file \"" + name +
+              L"\".\r\n\r\nDo you want to use that file from now on? The one that was "
+              L"used until now stays where it is.",
+          L"Existing File", MessageButtons::YesNo, MessageIcon::Question) == MessageAnswer::Yes;
+  return use ? Move::UseExisting : Move::Refused;
 }
 
 bool clsPostrove::SetNewDbLocation(const std::wstring& folder) {
   bool moved = false;
+  movedDatabase_.reset();
   Reporting(*utility_, L"clsPostrove", L"SetNewDbLocation()", [&] {
+    if (useQuillion_) return;  // the database is Quillion's
     const std::wstring file = database_->DBPath + database_->DbName;
+    const std::wstring target = folder + database_->DbName;
     const Move move = PlanMove(file, folder, database_->DbName);
     if (move == Move::Copy) {
-      VerifiedCopy target(*utility_, file, folder + database_->DbName);
-      VerifiedCopy dated(*utility_, file, FreeDatedName(database_->DBPath));
-      utility_->RemoveFile(file);
-      target.Keep();
-      dated.Keep();
+      // The renaming comes first: it fails while anybody has the file open, and from then on nobody
+      // can add a row that the copy would miss. The renamed file is the dated copy that stays.
+      const std::wstring dated = FreeDatedName(database_->DBPath);
+      utility_->RenameFile(file, dated);
+      try {
+        CopyVerified(*utility_, dated, target);
+      } catch (const Error&) {
+        utility_->RenameFile(dated, file);
+        throw;
+      }
+      movedDatabase_ = MovedFile{file, dated, target};
     }
     moved = move != Move::Refused;
   });
   return moved;
+}
+
+void clsPostrove::TakeBackDbMove() {
+  if (!movedDatabase_) return;
+  utility_->RenameFile(movedDatabase_->dated, movedDatabase_->original);
+  utility_->RemoveFile(movedDatabase_->target);
+  movedDatabase_.reset();
 }
 
 bool clsPostrove::SetNewIniLocation(const std::wstring& folder) {
@@ -95,11 +98,21 @@ bool clsPostrove::SetNewIniLocation(const std::wstring& folder) {
   Reporting(*utility_, L"clsPostrove", L"SetNewIniLocation()", [&] {
     if (useQuillion_) return;  // the file is Quillion's
     const std::wstring file = utility_->IniFile();
+    const std::wstring target = folder + kIniName;
+    if (text::EqualsIgnoreCase(target, LocalIniFile()) && !text::EqualsIgnoreCase(target, file)) {
+      // The local file is always there, with the way to the others: it takes over what is in use.
+      for (const auto& [section, key] : kMovingSettings) {
+        const std::wstring value = utility_->ReadSetting(L"Postrove", section, key, kMissing, file);
+        if (value != kMissing) utility_->WriteSetting(L"Postrove", section, key, value, target);
+      }
+      moved = true;
+      return;
+    }
     const Move move = PlanMove(file, folder, kIniName);
     if (move == Move::Copy) {
       // Without a file yet there is nothing to copy; storing what is in use makes one.
       if (utility_->FileSize(file) < 0) WriteSetup(L"Root", Root, file);
-      VerifiedCopy(*utility_, file, folder + kIniName).Keep();
+      CopyVerified(*utility_, file, target);
     }
     moved = move != Move::Refused;
   });

@@ -108,15 +108,19 @@ std::wstring clsPostrove::WriteDefault(int index, const forms::frmSetup& setup) 
       break;
     case kDatabaseField:
       if (SetNewDbLocation(folder())) {
+        try {
+          WriteSetupToBoth(L"PostroveDBPath", folder(), file, LocalIniFile());
+        } catch (const Error&) {
+          TakeBackDbMove();  // nobody would find it
+          throw;
+        }
         database_->DBPath = folder();
         database_->DBFullPath = database_->DBPath + database_->DbName;
-        WriteSetupToBoth(L"PostroveDBPath", folder(), file, LocalIniFile());
         return L"You have changed the database location to " + folder() + L".\r\n";
       }
       break;
     case kSettingsField:
-      // The file that was current gets the new folder as well: whoever still starts from it finds
-      // where the settings went.
+      // The file that was current stays, for those who still use it; it tells where this one went.
       if (SetNewIniLocation(folder())) {
         WriteSetupToBoth(L"PostroveSettingsPath", folder(), LocalIniFile(), file);
       }

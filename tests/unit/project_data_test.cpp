@@ -166,13 +166,30 @@ TEST(LabelFile, DamagedFilesAreErrors) {
   }
 }
 
-TEST_F(ProjectData, LabelsFollowTheWorkUnitAndADamagedFileIsReportedOnce) {
-  const std::wstring file = std::wstring(kAppData) + L"\\Postrove\\Postrove.cnt";
-  product_.utility->AddFile(file, "2\r\nh\r\na|The <WorkUnit>\r\n[Form]\r\n");
+TEST_F(ProjectData, LabelsReachTheDialogAndADamagedFileIsReportedOnce) {
+  const std::wstring folder = std::wstring(kAppData) + L"\\Postrove\\";
+  product_.utility->AddFile(folder + L"Postrove.cnt",
+                            "1\r\nh\r\na|The <WorkUnit>\r\nb|f\r\nc|n\r\nd|In &Folder: \r\n"
+                            "e|Call it: \r\n[Form]\r\n");
+  product_.utility->AddFile(folder + L"Postrove.ini", "[Setup]\r\nWorkUnit=Job\r\n");
+  product_.Start();
+  product_.utility->Remove(folder + L"Postrove.cnt");
+  product_.Controller().LocateSettingsFile();  // a missing file leaves the labels as they are
+  const auto mail = product_.outlook.Open(true);
+  product_.outlook.RaiseNew(mail);
+  product_.forms->Expect([](forms::Form& form) {
+    auto& dialog = dynamic_cast<forms::frmPostrove&>(form);
+    EXPECT_EQ(dialog.lblFolderLabel.Text() + dialog.lblNameLabel.Text(), L"In &Folder: Call it: ");
+    dialog.cboPostrove.UserEntered();
+    EXPECT_EQ(dialog.rtfFieldHints.Text(), L"\r\nHint: The Job");
+    dialog.UserClosed();
+  });
+  mail->buttons.at(0)->Raise(office::kCommandBarButtonEvents, office::kButtonClick, {});
+
+  product_.utility->AddFile(folder + L"Postrove.cnt", "2\r\nh\r\na|x\r\n[Form]\r\n");
   product_.utility->ExpectMessage();
   product_.Create();
   EXPECT_EQ(product_.utility->Messages().size(), 1u);
-  EXPECT_EQ(product_.Controller().WorkUnit, L"Project");
 }
 
 TEST_F(ProjectData, WorkUnitTypes) {

@@ -194,9 +194,12 @@ class WinSharedUtil final : public clsSharedUtil {
   }
 
   void RemoveFile(const std::wstring& path) override {
+    const DWORD before = Attributes(path);
     SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
     if (!DeleteFileW(path.c_str())) {
-      throw PathError(L"RemoveFile", L"Cannot delete the file", path, GetLastError());
+      const DWORD error = GetLastError();
+      if (IsFile(before)) SetFileAttributesW(path.c_str(), before);
+      throw PathError(L"RemoveFile", L"Cannot delete the file", path, error);
     }
   }
 

@@ -75,7 +75,12 @@ TEST_F(SettingsFile, IsInTheCodePageAsLongAsThatHoldsTheValues) {
   EXPECT_EQ(Bytes(file_), "; caf\xE9\r\n[Setup]\r\nRoot=Gr\xF6\xDF\x65 \x80\r\n");
   // The code page has a best fit for the first letter, which would be another text.
   Write(L"Setup", L"Root", L"Ā");
-  EXPECT_EQ(Bytes(file_), "\xEF\xBB\xBF; caf\xC3\xA9\r\n[Setup]\r\nRoot=\xC4\x80\r\n");
+  std::string expected = "\xFF\xFE";
+  for (const wchar_t unit : std::wstring(L"; café\r\n[Setup]\r\nRoot=Ā\r\n")) {
+    expected.push_back(static_cast<char>(unit & 0xFF));
+    expected.push_back(static_cast<char>(unit >> 8));
+  }
+  EXPECT_EQ(Bytes(file_), expected);
 }
 
 TEST_F(SettingsFile, StaysWhenItCannotBeWritten) {
