@@ -12,31 +12,43 @@ Object& Wrapper::Held() const {
   return *object_;
 }
 
+std::wstring Wrapper::Text(const wchar_t* member) const { return ToText(Held().Get(member)); }
+std::int32_t Wrapper::Long(const wchar_t* member) const { return ToLong(Held().Get(member)); }
+bool Wrapper::Bool(const wchar_t* member) const { return ToBool(Held().Get(member)); }
+ObjectPtr Wrapper::Part(const wchar_t* member) const { return ToObject(Held().Get(member)); }
+void Wrapper::PutText(const wchar_t* member, const std::wstring& value) const {
+  Held().Put(member, value);
+}
+void Wrapper::PutLong(const wchar_t* member, std::int32_t value) const {
+  Held().Put(member, value);
+}
+void Wrapper::PutBool(const wchar_t* member, bool value) const { Held().Put(member, value); }
+
 void CommandBarButton::SetCaption(const std::wstring& caption) const {
-  Held().Put(L"Caption", caption);
+  PutText(L"Caption", caption);
 }
-void CommandBarButton::SetStyle(std::int32_t style) const { Held().Put(L"Style", style); }
-void CommandBarButton::SetFaceId(std::int32_t face) const { Held().Put(L"FaceId", face); }
-void CommandBarButton::SetBeginGroup(bool begin) const { Held().Put(L"BeginGroup", begin); }
-void CommandBarButton::SetTag(const std::wstring& tag) const { Held().Put(L"Tag", tag); }
+void CommandBarButton::SetStyle(std::int32_t style) const { PutLong(L"Style", style); }
+void CommandBarButton::SetFaceId(std::int32_t face) const { PutLong(L"FaceId", face); }
+void CommandBarButton::SetBeginGroup(bool begin) const { PutBool(L"BeginGroup", begin); }
+void CommandBarButton::SetTag(const std::wstring& tag) const { PutText(L"Tag", tag); }
 void CommandBarButton::SetOnAction(const std::wstring& action) const {
-  Held().Put(L"OnAction", action);
+  PutText(L"OnAction", action);
 }
-void CommandBarButton::SetVisible(bool visible) const { Held().Put(L"Visible", visible); }
+void CommandBarButton::SetVisible(bool visible) const { PutBool(L"Visible", visible); }
 
 void CommandBarControl::Delete() const { Held().Call(L"Delete"); }
-std::int32_t CommandBarControl::InstanceId() const { return ToLong(Held().Get(L"InstanceId")); }
+std::int32_t CommandBarControl::InstanceId() const { return Long(L"InstanceId"); }
 CommandBarButton CommandBarControl::AsButton() const {
   return CommandBarButton(Held().As(kCommandBarButton));
 }
 
-void CommandBar::SetVisible(bool visible) const { Held().Put(L"Visible", visible); }
+void CommandBar::SetVisible(bool visible) const { PutBool(L"Visible", visible); }
 void CommandBar::SetProtection(std::int32_t protection) const {
-  Held().Put(L"Protection", protection);
+  PutLong(L"Protection", protection);
 }
 CommandBarControl CommandBar::AddButton(std::int32_t parameter,
                                         std::optional<std::int32_t> before) const {
-  const ObjectPtr controls = ToObject(Held().Get(L"Controls"));
+  const ObjectPtr controls = Part(L"Controls");
   if (!controls) throw Error(kObjectNotSet, L"Controls", L"The command bar has no controls.");
   return CommandBarControl(
       ToObject(controls->Call(L"Add", {kControlButton, Missing{}, parameter,
@@ -51,19 +63,19 @@ CommandBarControl CommandBars::FindControl(const std::wstring& tag) const {
       ToObject(Held().Call(L"FindControl", {Missing{}, Missing{}, tag, Missing{}})));
 }
 
-std::int32_t Item::Class() const { return ToLong(Held().Get(L"Class")); }
-bool Item::Sent() const { return ToBool(Held().Get(L"Sent")); }
+std::int32_t Item::Class() const { return Long(L"Class"); }
+bool Item::Sent() const { return Bool(L"Sent"); }
 
 MailItem MailItem::From(const Item& item) {
   if (!item) throw Error(kObjectNotSet, L"CurrentItem", L"The window shows no message.");
   return MailItem(item.Get()->As(kMailItem));
 }
-std::wstring MailItem::Subject() const { return ToText(Held().Get(L"Subject")); }
-void MailItem::SetSubject(const std::wstring& subject) const { Held().Put(L"Subject", subject); }
-std::wstring MailItem::Body() const { return ToText(Held().Get(L"Body")); }
-void MailItem::SetBody(const std::wstring& body) const { Held().Put(L"Body", body); }
-std::wstring MailItem::HtmlBody() const { return ToText(Held().Get(L"HTMLBody")); }
-void MailItem::SetHtmlBody(const std::wstring& html) const { Held().Put(L"HTMLBody", html); }
+std::wstring MailItem::Subject() const { return Text(L"Subject"); }
+void MailItem::SetSubject(const std::wstring& subject) const { PutText(L"Subject", subject); }
+std::wstring MailItem::Body() const { return Text(L"Body"); }
+void MailItem::SetBody(const std::wstring& body) const { PutText(L"Body", body); }
+std::wstring MailItem::HtmlBody() const { return Text(L"HTMLBody"); }
+void MailItem::SetHtmlBody(const std::wstring& html) const { PutText(L"HTMLBody", html); }
 
 namespace {
 
@@ -75,37 +87,35 @@ std::int32_t CountOf(const ObjectPtr& collection, const wchar_t* name) {
 }  // namespace
 
 std::int32_t MailItem::AttachmentCount() const {
-  return CountOf(ToObject(Held().Get(L"Attachments")), L"Attachments");
+  return CountOf(Part(L"Attachments"), L"Attachments");
 }
 std::int32_t MailItem::RecipientCount() const {
-  return CountOf(ToObject(Held().Get(L"Recipients")), L"Recipients");
+  return CountOf(Part(L"Recipients"), L"Recipients");
 }
-Inspector MailItem::GetInspector() const {
-  return Inspector(ToObject(Held().Get(L"GetInspector")));
-}
+Inspector MailItem::GetInspector() const { return Inspector(Part(L"GetInspector")); }
 void MailItem::SaveAs(const std::wstring& path, std::int32_t type) const {
   Held().Call(L"SaveAs", {path, type});
 }
 void MailItem::Send() const { Held().Call(L"Send"); }
 
-Item Inspector::CurrentItem() const { return Item(ToObject(Held().Get(L"CurrentItem"))); }
+Item Inspector::CurrentItem() const { return Item(Part(L"CurrentItem")); }
 office::CommandBars Inspector::CommandBars() const {
-  return office::CommandBars(ToObject(Held().Get(L"CommandBars")));
+  return office::CommandBars(Part(L"CommandBars"));
 }
-std::int32_t Inspector::EditorType() const { return ToLong(Held().Get(L"EditorType")); }
+std::int32_t Inspector::EditorType() const { return Long(L"EditorType"); }
 bool Inspector::IsWordMail() const { return ToBool(Held().Call(L"IsWordMail")); }
 
-std::int32_t Inspectors::Count() const { return ToLong(Held().Get(L"Count")); }
+std::int32_t Inspectors::Count() const { return Long(L"Count"); }
 Inspector Inspectors::Item(std::int32_t index) const {
   return Inspector(ToObject(Held().Call(L"Item", {index})));
 }
 
-std::wstring Application::Version() const { return ToText(Held().Get(L"Version")); }
+std::wstring Application::Version() const { return Text(L"Version"); }
 NameSpace Application::GetNamespace(const std::wstring& type) const {
   return NameSpace(ToObject(Held().Call(L"GetNamespace", {type})));
 }
 office::Inspectors Application::Inspectors() const {
-  return office::Inspectors(ToObject(Held().Get(L"Inspectors")));
+  return office::Inspectors(Part(L"Inspectors"));
 }
 Inspector Application::ActiveInspector() const {
   return Inspector(ToObject(Held().Call(L"ActiveInspector")));

@@ -21,6 +21,15 @@ class Wrapper {
  protected:
   Object& Held() const;
 
+  // Members by the type of their value.
+  std::wstring Text(const wchar_t* member) const;
+  std::int32_t Long(const wchar_t* member) const;
+  bool Bool(const wchar_t* member) const;
+  ObjectPtr Part(const wchar_t* member) const;  // null for Nothing
+  void PutText(const wchar_t* member, const std::wstring& value) const;
+  void PutLong(const wchar_t* member, std::int32_t value) const;
+  void PutBool(const wchar_t* member, bool value) const;
+
  private:
   ObjectPtr object_;
 };
