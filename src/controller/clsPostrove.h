@@ -202,6 +202,9 @@ class clsPostrove final : public forms::frmPostroveEvents,
   void ReadSharedDatabaseSettings();
   void ReadOwnDatabaseSettings();
   void SearchForDatabase();
+  std::wstring OwnDatabaseFolder();
+  bool FindDatabaseAgain();
+  void RequireDatabase() const;
 
   // What to do about a file that is to move: a folder that already holds one of its name is asked
   // about, and never is that one replaced.
@@ -212,8 +215,6 @@ class clsPostrove final : public forms::frmPostroveEvents,
     std::wstring target;
   };
   void TakeBackDbMove();
-  bool FindDatabaseAgain();
-  void RequireDatabase() const;
   Move PlanMove(const std::wstring& file, const std::wstring& folder, const std::wstring& name);
   std::wstring FreeDatedName(const std::wstring& folder) const;
 
@@ -256,7 +257,6 @@ class clsPostrove final : public forms::frmPostroveEvents,
 
   std::wstring gCommonAppData_;
   std::wstring gProgramFiles_;
-  std::wstring settingsFolder_;
   bool quillionInstalled_ = false;
   bool useQuillion_ = false;
   bool databaseFound_ = false;

@@ -23,11 +23,14 @@ void clsPostrove::GetDataBaseSettings() {
   });
 }
 
+std::wstring clsPostrove::OwnDatabaseFolder() {
+  return text::NormaliseFolder(
+      ReadSetup(L"PostroveDBPath", gCommonAppData_ + L"\\Postrove\\", utility_->IniFile()));
+}
+
 // After a cancelled search: true when the database is where the settings say by now.
 bool clsPostrove::FindDatabaseAgain() {
-  const std::wstring folder = text::NormaliseFolder(
-      ReadSetup(L"PostroveDBPath", gCommonAppData_ + L"\\Postrove\\", utility_->IniFile()));
-  if (useQuillion_ || !utility_->FileExists(folder, database_->DbName)) return false;
+  if (useQuillion_ || !utility_->FileExists(OwnDatabaseFolder(), database_->DbName)) return false;
   GetDataBaseSettings();
   return databaseFound_;
 }
@@ -68,8 +71,7 @@ void clsPostrove::ReadOwnDatabaseSettings() {
   database.DbName = L"Postrove.mdb";
   database.UID = L"admin";
   database.Pwd.clear();
-  database.DBPath =
-      text::NormaliseFolder(ReadSetup(L"PostroveDBPath", gCommonAppData_ + L"\\Postrove\\", file));
+  database.DBPath = OwnDatabaseFolder();
   SearchForDatabase();
   database.DBFullPath = database.DBPath + database.DbName;
 }

@@ -6,17 +6,8 @@ namespace postrove {
 
 namespace {
 
-// Fields of the setup dialog.
-enum SetupField {
-  kRootField = 0,
-  kProjDelimField = 1,
-  kSubjDelimField = 2,
-  kEmailFolderField = 3,
-  kDatabaseField = 4,
-  kSettingsField = 5,
-  kWorkUnitField = 6,
-  kUseQuillionField = 7,
-};
+// The option pair of the setup dialog as one more field behind its text fields.
+constexpr int kUseQuillionField = 7;
 
 }  // namespace
 
@@ -41,21 +32,21 @@ void clsPostrove::WriteSetupToBoth(const std::wstring& key, const std::wstring& 
 }
 
 void clsPostrove::LocateSettingsFile() {
+  std::wstring folder;
   std::wstring name;
   if (useQuillion_) {
     if (utility_->FolderExists(gCommonAppData_ + L"\\Quillion")) {
-      settingsFolder_ = gCommonAppData_ + L"\\Quillion\\";
+      folder = gCommonAppData_ + L"\\Quillion\\";
       name = L"Qulln.ini";
     } else {
-      settingsFolder_ = gProgramFiles_ + L"\\Quillion\\";
+      folder = gProgramFiles_ + L"\\Quillion\\";
       name = L"Qulln.txt";
     }
   } else {
-    settingsFolder_ =
-        ReadSetup(L"PostroveSettingsPath", gCommonAppData_ + L"\\Postrove\\", LocalIniFile());
+    folder = ReadSetup(L"PostroveSettingsPath", gCommonAppData_ + L"\\Postrove\\", LocalIniFile());
     name = L"Postrove.ini";
   }
-  utility_->SetIniFile(settingsFolder_ + name);
+  utility_->SetIniFile(folder + name);
   GetDataBaseSettings();
   ReadDefaults();
   GetProjectList();
@@ -94,19 +85,19 @@ std::wstring clsPostrove::WriteDefault(int index, const forms::frmSetup& setup) 
   const auto typed = [&] { return setup.txtSetup(index).Text(); };
   const auto folder = [&] { return text::NormaliseFolder(typed()); };
   switch (index) {
-    case kRootField:
+    case forms::kSetupServerFolder:
       WriteSetup(L"Root", folder(), file);
       break;
-    case kProjDelimField:
+    case forms::kSetupProjectDelimiter:
       WriteSetup(L"ProjDelim", typed(), file);
       break;
-    case kSubjDelimField:
+    case forms::kSetupSubjectDelimiter:
       WriteSetup(L"SubjDelim", typed(), file);
       break;
-    case kEmailFolderField:
+    case forms::kSetupEmailFolder:
       WriteSetup(L"EmailFolder", folder(), file);
       break;
-    case kDatabaseField:
+    case forms::kSetupDatabase:
       if (SetNewDbLocation(folder())) {
         try {
           WriteSetupToBoth(L"PostroveDBPath", folder(), file, LocalIniFile());
@@ -119,20 +110,21 @@ std::wstring clsPostrove::WriteDefault(int index, const forms::frmSetup& setup) 
         return L"You have changed the database location to " + folder() + L".\r\n";
       }
       break;
-    case kSettingsField:
+    case forms::kSetupSettings:
       // The file that was current stays, for those who still use it; it tells where this one went.
       if (SetNewIniLocation(folder())) {
         WriteSetupToBoth(L"PostroveSettingsPath", folder(), LocalIniFile(), file);
       }
       break;
-    case kWorkUnitField: {
+    case forms::kSetupWorkType: {
       const std::wstring name = setup.cboWorkType.Text();
       WriteSetup(L"WorkUnit", name, file);
       if (!IsKnownWorkUnit(name)) AddWorkUnitType(name);
       break;
     }
     case kUseQuillionField:
-      WriteSetup(L"UseQuillion", setup.optDbType(1).Checked() ? L"1" : L"0", LocalIniFile());
+      WriteSetup(L"UseQuillion", setup.optDbType(forms::kSetupSiblingDb).Checked() ? L"1" : L"0",
+                 LocalIniFile());
       break;
     default:
       break;
