@@ -78,6 +78,7 @@ class clsPostrove final : public forms::frmPostroveEvents,
   std::wstring Root;                 // root folder of the project folders
   std::wstring WorkUnit;             // the word for a project in labels and messages
   std::wstring FolderMessageReturn;  // answer of the folder message dialog; empty is Cancel
+  std::wstring ProjInfoMode;         // "add", "addmanual" or "edit"
 
   std::vector<Project> ProjectList;
 
@@ -133,8 +134,9 @@ class clsPostrove final : public forms::frmPostroveEvents,
   // when there is none.
   int FindProject(const std::wstring& number, const std::wstring& name) const;
 
-  // Makes the project of the subject current: the list's row, or a temporary row added for this
-  // message. Nothing is written to the database.
+  // Makes the project of the subject current: the list's row, else, as the user decides, one added
+  // to the database or a temporary row for this message. A project that the user typed and that the
+  // list knows stays as it was typed.
   void ResolveSubjectProject();
 
   void SelectProject(int row);  // copies a list row into the current project
@@ -146,6 +148,9 @@ class clsPostrove final : public forms::frmPostroveEvents,
   // message was handled and the dialog may close. A failure is reported and answers false: nothing
   // is sent that was not written.
   bool SaveAndSendMail();
+
+  // Opens the project information dialog in the mode of ProjInfoMode; returns when it is closed.
+  void OpenProjectInfo();
 
   // A click on the inspector button.
   void mcbPostroveMenuButton_Click();
@@ -230,10 +235,8 @@ class clsPostrove final : public forms::frmPostroveEvents,
 
   // The main button's steps.
   void SaveButtonClicked();
-  void BrowseForSaveFolder();
   std::wstring ValidateSave();
   void TakeTypedProject();
-  bool EnsureFolder();
   bool ChooseFileName(const std::wstring& folder, std::wstring& fileName);
   std::wstring FileNameFor(const std::wstring& name, const std::wstring& folder, bool attachments);
   void WriteAndSend(const office::MailItem& mail, const std::wstring& path, std::int32_t saveType);
@@ -242,7 +245,44 @@ class clsPostrove final : public forms::frmPostroveEvents,
   std::wstring AskFolderMessage(const std::wstring& caption, const std::wstring& message,
                                 const std::wstring& name, const std::wstring& instructions);
 
+  // What the dialogs share.
+
+  // Colours a box and its caption by whether a required value is there. False when it is missing.
   static bool CheckRequired(forms::Control& box, forms::Control& caption, forms::Control& marker);
+
+  // The field that a browsed folder goes to.
+  enum class BrowseTarget {
+    SaveFolder = 0,
+    ServerFolder = 1,
+    EmailFolder = 2,
+    Database = 3,
+    ProjectFolder = 6,
+    Settings = 8,
+  };
+
+  // Lets the user choose a folder for a field; a cancelled choice leaves the field.
+  void BrowseFor(BrowseTarget target);
+  std::wstring BrowsePrompt(BrowseTarget target) const;
+  forms::Control& BrowsedField(BrowseTarget target) const;
+
+  // The line that refuses a folder for its drive, or nothing. Notes a network drive.
+  std::wstring DriveProblem(const std::wstring& folder, const std::wstring& fieldName);
+
+  // True when the folder exists, or the user had it made, perhaps under another name, which is then
+  // in `folder`. False when he did not want it. Throws Error when it cannot be made.
+  bool EnsureFolder(std::wstring& folder);
+
+  // Completes what is typed into a combo box by the first item that begins with it, ignoring case:
+  // the item is selected, its completed part marked, and the key becomes 0. True then; a text that
+  // no item begins with is left to the box.
+  bool CompleteTyping(forms::Control& combo, int& KeyAscii, bool& typeAhead);
+
+  std::wstring FolderOf(const Project& project) const;
+  bool AskToAddProject();
+  void TellTemporaryProject();
+  void AddTemporaryProject();
+  void ChooseListedProject(int row);
+
   void ShowHint(std::size_t label, const wchar_t* fallback);
 
   // Runs a handler of the save dialog with that form; nothing when none is open.
@@ -273,6 +313,10 @@ class clsPostrove final : public forms::frmPostroveEvents,
   std::shared_ptr<forms::frmPostrove> frmPostroveEvent_;
   std::shared_ptr<forms::frmFolderMessage> frmFolderMessageEvent_;
   bool folderMessageAnswered_ = false;  // by one of its two buttons
+  bool ignoreFieldEvents_ = false;      // a press on Cancel, or a form is being filled
+  bool projectTypeAhead_ = false;       // the project box completes what is typed
+  bool workUnitTypeAhead_ = false;      // the work-unit box does
+  bool networkDrive_ = false;           // the folder checked last is on a network drive
   bool filling_ = false;                // the controller fills the dialog itself
   bool typedProject_ = false;           // the user typed a project instead of choosing one
 };

@@ -67,6 +67,43 @@ void clsPostrove::ResolveSubjectProject() {
     if (!typedProject_) SelectProject(row);
     return;
   }
+  if (useQuillion_) {
+    TellTemporaryProject();
+  } else if (AskToAddProject()) {
+    if (ProjFilePath.empty()) ProjFilePath = Root + ProjectNumber + L"\\";
+    ProjInfoMode = L"addmanual";
+    Active = true;
+    OpenProjectInfo();
+    const int added = FindProject(ProjectNumber, ProjectName);
+    if (added >= 0) return SelectProject(added);
+  }
+  AddTemporaryProject();
+}
+
+void clsPostrove::OpenProjectInfo() {}
+
+void clsPostrove::TellTemporaryProject() {
+  utility_->ShowMessage(L"\"" + ProjectNumber + ProjDelim + ProjectName +
+                            L"\" is not an existing project. \r\n\r\nIt will be added to the " +
+                            WorkUnit + L" List as a temporary " + WorkUnit +
+                            L" for this Email. \r\nTo make it a permanent " + WorkUnit +
+                            L", Add the " + WorkUnit + L" in Quillion.",
+                        WorkUnit + L" Not Found", MessageButtons::Ok, MessageIcon::Information);
+}
+
+bool clsPostrove::AskToAddProject() {
+  const std::wstring quoted = L"\"" + ProjectName + L"\"";
+  return utility_->ShowMessage(WorkUnit + L" name " + quoted +
+                                   L" was not found in the Database . \r\n\r\nYou may:\r\n"
+                                   L"   -Click 'Yes' to add it to the Postrove database or\r\n"
+                                   L"   -Click 'No' to use it as a temporary " +
+                                   WorkUnit + L" for this Email.\r\n\r\nDo you want to add " +
+                                   quoted + L" to the database?",
+                               WorkUnit + L" Not Found", MessageButtons::YesNo,
+                               MessageIcon::Question) == MessageAnswer::Yes;
+}
+
+void clsPostrove::AddTemporaryProject() {
   ProjFilePath = Root + ProjectNumber + L"\\";
   ProjectList.push_back({ProjectNumber, ProjectName, ProjFilePath, false, 0});
   if (!frmPostroveEvent_) return;
@@ -80,13 +117,16 @@ void clsPostrove::ResolveSubjectProject() {
   }
 }
 
+// Without its own folder a project lies below the root; FillSaveFields adds the backslash.
+std::wstring clsPostrove::FolderOf(const Project& project) const {
+  return project.filePath.empty() ? Root + project.number : text::NormaliseFolder(project.filePath);
+}
+
 void clsPostrove::SelectProject(int row) {
   const Project& project = ProjectList.at(static_cast<std::size_t>(row));
   ProjectNumber = project.number;
   ProjectName = project.name;
-  // Without its own folder a project lies below the root; FillSaveFields adds the backslash.
-  ProjFilePath =
-      project.filePath.empty() ? Root + project.number : text::NormaliseFolder(project.filePath);
+  ProjFilePath = FolderOf(project);
   Active = project.active;
   ProjectID = project.id;
 }

@@ -3,6 +3,7 @@
 
 #include "controller/clsPostrove.h"
 #include "forms/kit/guards.h"
+#include "forms/messages.h"
 #include "forms/web_site.h"
 #include "outlook/IclsOutlook.h"
 #include "outlook/office/ids.h"
@@ -16,12 +17,7 @@ namespace {
 constexpr wchar_t kBreak[] = L"\r\n";
 constexpr wchar_t kExtension[] = L".msg";
 constexpr wchar_t kAttachmentMark[] = L"(att)";
-constexpr wchar_t kRootedFolder[] =
-    L"The Folder must begin with a drive or a server, such as C:\\Projects or "
-    L"\\\\Server\\Projects.";
 constexpr wchar_t kFooter[] = L"Save important emails with ";
-
-std::wstring Quoted(const std::wstring& text) { return L"\"" + text + L"\""; }
 
 // The subject that an empty one is filled with; empty again unless the message was filed, so that
 // another try can name another project.
@@ -146,6 +142,7 @@ void clsPostrove::SaveButtonClicked() {
   SaveAsName = form->txtSaveAsName.Text();
 
   const std::wstring errors = ValidateSave();
+  if (form->IsUnloaded()) return;  // Outlook quit during a question
   if (!errors.empty()) {
     const std::wstring verb = clickedIsSent_ ? L"save" : L"send";
     utility_->ShowMessage(L"Postrove cannot " + verb + L" this E-mail... " + kBreak + errors,
@@ -153,15 +150,20 @@ void clsPostrove::SaveButtonClicked() {
                           MessageIcon::Information);
     return;
   }
-  form->txtSaveFolder.SetText(text::NormaliseFolder(text::Trim(form->txtSaveFolder.Text())));
-  if (EnsureFolder() && SaveAndSendMail()) form->Unload();
+  std::wstring folder = text::NormaliseFolder(text::Trim(form->txtSaveFolder.Text()));
+  form->txtSaveFolder.SetText(folder);
+  if (!EnsureFolder(folder)) return;
+  form->txtSaveFolder.SetText(folder);
+  if (SaveAndSendMail()) form->Unload();
 }
 
 std::wstring clsPostrove::ValidateSave() {
-  forms::frmPostrove& form = *frmPostroveEvent_;
+  const std::shared_ptr<forms::frmPostrove> held = frmPostroveEvent_;
+  forms::frmPostrove& form = *held;
   if (typedProject_) {
     TakeTypedProject();
     ResolveSubjectProject();
+    typedProject_ = false;  // asked about once
   }
   std::wstring errors;
   const auto require = [&errors](bool present, const std::wstring& message) {
@@ -170,10 +172,12 @@ std::wstring clsPostrove::ValidateSave() {
   require(!form.cboPostrove.Text().empty(), L"You must select a " + WorkUnit + L".");
   const std::wstring folder = text::Trim(form.txtSaveFolder.Text());
   require(!folder.empty(), L"You must select a Folder to save this E-mail in.");
-  require(folder.empty() || text::IsRootedPath(folder), kRootedFolder);
+  require(folder.empty() || text::IsRootedPath(folder), forms::kRootedFolder);
   // A name of which nothing can stand in a file name is none.
   require(!utility_->MakeFileName(form.txtSaveAsName.Text()).empty(),
           L"You must select a Filename for this E-mail.");
+  const std::wstring drive = DriveProblem(folder, L"Folder");
+  require(drive.empty(), drive);
   return errors;
 }
 
@@ -189,27 +193,7 @@ void clsPostrove::TakeTypedProject() {
   }
   Active = true;
   ProjectID = 0;
-}
-
-bool clsPostrove::EnsureFolder() {
-  forms::frmPostrove& form = *frmPostroveEvent_;
-  const std::wstring folder = form.txtSaveFolder.Text();
-  if (utility_->FolderExists(folder)) return true;
-  const std::wstring accepted = AskFolderMessage(
-      L"Folder Not Found",
-      std::wstring(L"The folder ") + kBreak + Quoted(folder) + kBreak + L" does not exist.", folder,
-      std::wstring(L"You may:") + kBreak +
-          L"-Click 'OK' to create it. You may edit the folder name first." + kBreak +
-          L"-Click 'Cancel' to return to the Postrove form to pick a different location without "
-          L"creating the new folder.");
-  if (accepted.empty()) return false;
-  const std::wstring target = text::NormaliseFolder(text::Trim(accepted));
-  if (!text::IsRootedPath(target)) {
-    throw Error(kPathFileAccess, L"clsPostrove.EnsureFolder()", kRootedFolder);
-  }
-  utility_->CreateFolder(target);
-  form.txtSaveFolder.SetText(target);
-  return true;
+  ProjFilePath.clear();  // that of the project before
 }
 
 std::wstring clsPostrove::FileNameFor(const std::wstring& name, const std::wstring& folder,
@@ -219,14 +203,15 @@ std::wstring clsPostrove::FileNameFor(const std::wstring& name, const std::wstri
   const std::size_t taken = text::ToUtf16(folder).size() + ending.size();
   if (taken >= kMaxPath) {
     throw Error(kPathFileAccess, L"clsPostrove.SaveAndSendMail()",
-                L"The folder " + Quoted(folder) +
+                L"The folder " + text::Quoted(folder) +
                     L" leaves no room for a file name. Choose a folder with a shorter path.");
   }
   const std::wstring cleaned =
       utility_->MakeFileName(name, std::min(kMaxNameUnits, kMaxPath - taken));
   if (cleaned.empty()) {
-    throw Error(kPathFileAccess, L"clsPostrove.SaveAndSendMail()",
-                L"Nothing of " + Quoted(name) + L" can stand in a file name. Choose another name.");
+    throw Error(
+        kPathFileAccess, L"clsPostrove.SaveAndSendMail()",
+        L"Nothing of " + text::Quoted(name) + L" can stand in a file name. Choose another name.");
   }
   return cleaned + ending;
 }
@@ -235,7 +220,7 @@ bool clsPostrove::ChooseFileName(const std::wstring& folder, std::wstring& fileN
   while (utility_->FileExists(folder, fileName)) {
     const std::wstring accepted = AskFolderMessage(
         L"Existing File Name",
-        std::wstring(L"The file ") + kBreak + Quoted(folder + fileName) + kBreak +
+        std::wstring(L"The file ") + kBreak + text::Quoted(folder + fileName) + kBreak +
             L" already exists.",
         fileName,
         std::wstring(L"You may:") + kBreak + L"-Edit the name and click 'OK' to save the file." +
@@ -293,7 +278,7 @@ void clsPostrove::WriteAndSend(const office::MailItem& mail, const std::wstring&
   mail.SaveAs(path, saveType);
   if (utility_->FileSize(path) <= 0) {
     throw Error(kPathFileAccess, L"SaveAs",
-                L"Outlook did not write the file " + Quoted(path) + L".");
+                L"Outlook did not write the file " + text::Quoted(path) + L".");
   }
   previous.Discard();
   if (!clickedIsSent_) mail.Send();

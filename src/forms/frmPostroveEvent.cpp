@@ -1,7 +1,8 @@
+#include <algorithm>
+
 #include "controller/clsPostrove.h"
 #include "controller/raised.h"
 #include "data/label_places.h"
-#include "forms/kit/guards.h"
 #include "forms/web_site.h"
 #include "shared/text.h"
 
@@ -41,7 +42,7 @@ void clsPostrove::frmPostroveEvent_ButtonClicked(int Index) {
         SaveButtonClicked();
         break;
       case forms::kBrowseFolderButton:
-        BrowseForSaveFolder();
+        BrowseFor(BrowseTarget::SaveFolder);
         break;
       case forms::kHelpButton:
         utility_->OpenDocument(std::wstring(forms::kWebSite) + L"/PostroveHelp.htm");
@@ -50,13 +51,6 @@ void clsPostrove::frmPostroveEvent_ButtonClicked(int Index) {
         break;  // the close button needs nothing but the form's own closing
     }
   });
-}
-
-void clsPostrove::BrowseForSaveFolder() {
-  const std::shared_ptr<forms::frmPostrove> form = frmPostroveEvent_;
-  const forms::Lowered lowered(*forms_, form);
-  const std::wstring folder = utility_->BrowseForFolder(L"Select a folder to save the Email in:");
-  if (!folder.empty()) form->txtSaveFolder.SetText(text::NormaliseFolder(folder));
 }
 
 void clsPostrove::frmPostroveEvent_FormUnload(bool&) {
@@ -69,14 +63,16 @@ void clsPostrove::frmPostroveEvent_ProjectComboChange(const std::wstring& Text) 
 }
 
 void clsPostrove::frmPostroveEvent_ProjectComboClick() {
-  WithForm(L"frmPostroveEvent_ProjectComboClick()", [this](forms::frmPostrove& form) {
-    const int row = form.cboPostrove.ListIndex();
-    if (row < 0 || static_cast<std::size_t>(row) >= ProjectList.size()) return;
-    SelectProject(row);
-    const Raised filling(filling_);
-    FillSaveFields(form);
-    typedProject_ = false;
-  });
+  WithForm(L"frmPostroveEvent_ProjectComboClick()",
+           [this](forms::frmPostrove& form) { ChooseListedProject(form.cboPostrove.ListIndex()); });
+}
+
+void clsPostrove::ChooseListedProject(int row) {
+  if (row < 0 || static_cast<std::size_t>(row) >= ProjectList.size()) return;
+  SelectProject(row);
+  const Raised filling(filling_);
+  FillSaveFields(*frmPostroveEvent_);
+  typedProject_ = false;
 }
 
 void clsPostrove::frmPostroveEvent_ProjectComboGotFocus() {
@@ -94,13 +90,32 @@ void clsPostrove::ShowHint(std::size_t label, const wchar_t* fallback) {
 }
 
 void clsPostrove::frmPostroveEvent_ProjectComboKeyPress(int& KeyAscii) {
-  if (KeyAscii != kEnter) return;
-  KeyAscii = 0;
-  WithForm(L"frmPostroveEvent_ProjectComboKeyPress()",
-           [this](forms::frmPostrove& form) { forms_->SendTab(form); });
+  WithForm(L"frmPostroveEvent_ProjectComboKeyPress()", [&](forms::frmPostrove& form) {
+    if (KeyAscii == kEnter) {
+      KeyAscii = 0;
+      forms_->SendTab(form);
+    } else if (CompleteTyping(form.cboPostrove, KeyAscii, projectTypeAhead_)) {
+      // The folder is that of the project which the box shows.
+      const int start = form.cboPostrove.SelectionStart();
+      const int length = form.cboPostrove.SelectionLength();
+      ChooseListedProject(form.cboPostrove.ListIndex());
+      form.cboPostrove.Select(start, length);
+    }
+  });
 }
 
-void clsPostrove::frmPostroveEvent_ProjectComboLostFocus() {}
+// A text that was typed or pasted whole may name a listed project: then it is chosen.
+void clsPostrove::frmPostroveEvent_ProjectComboLostFocus() {
+  projectTypeAhead_ = workUnitTypeAhead_ = false;
+  if (!typedProject_) return;
+  WithForm(L"frmPostroveEvent_ProjectComboLostFocus()", [this](forms::frmPostrove& form) {
+    const std::vector<std::wstring>& items = form.cboPostrove.Items();
+    const auto item = std::find_if(items.begin(), items.end(), [&](const std::wstring& text) {
+      return text::EqualsIgnoreCase(text, form.cboPostrove.Text());
+    });
+    if (item != items.end()) ChooseListedProject(static_cast<int>(item - items.begin()));
+  });
+}
 
 void clsPostrove::frmPostroveEvent_SaveAsNameChanged() {
   WithForm(L"frmPostroveEvent_SaveAsNameChanged()", [](forms::frmPostrove& form) {
@@ -124,16 +139,6 @@ void clsPostrove::frmPostroveEvent_SaveFolderLostFocus() {}
 void clsPostrove::frmPostroveEvent_WebLabelClick(const std::wstring& Caption) {
   WithForm(L"frmPostroveEvent_WebLabelClick()",
            [&](forms::frmPostrove&) { utility_->OpenDocument(Caption); });
-}
-
-bool clsPostrove::CheckRequired(forms::Control& box, forms::Control& caption,
-                                forms::Control& marker) {
-  const bool empty = box.Text().empty();
-  marker.SetVisible(empty);
-  if (!text::EqualsIgnoreCase(box.Tag(), L"required")) return true;
-  box.SetBackColor(empty ? forms::kYellow : forms::kSystemWindow);
-  caption.SetForeColor(empty ? forms::kRed : forms::kSystemButtonText);
-  return !empty;
 }
 
 }  // namespace postrove

@@ -137,6 +137,8 @@ std::wstring ReplaceIgnoreCase(std::wstring_view text, std::wstring_view what,
   return ReplaceEvery(text, what, with, FindIgnoreCase);
 }
 
+std::wstring Quoted(std::wstring_view text) { return L'"' + std::wstring(text) + L'"'; }
+
 std::wstring Trim(std::wstring_view text) {
   const std::size_t first = text.find_first_not_of(L' ');
   if (first == std::wstring_view::npos) return {};

@@ -26,6 +26,9 @@ std::wstring Replace(std::wstring_view text, std::wstring_view what, std::wstrin
 std::wstring ReplaceIgnoreCase(std::wstring_view text, std::wstring_view what,
                                std::wstring_view with);
 
+// Between double quotes.
+std::wstring Quoted(std::wstring_view text);
+
 // Without blanks (U+0020) at both ends.
 std::wstring Trim(std::wstring_view text);
 

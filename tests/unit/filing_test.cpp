@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "data/project_sql.h"
 #include "forms/web_site.h"
 #include "gtest/gtest.h"
 #include "support/Product.h"
@@ -14,6 +15,8 @@ class Filing : public ::testing::Test {
  protected:
   void Open(bool sent, std::int32_t editor = 2) {
     product_->Start();
+    product_->database->SetRows(sql::ListProjects(product_->database->DbType),
+                                {{L"2231", L"Mill Street", L"", true, std::int64_t{7}}});
     product_->utility->AddFolder(L"C:\\Corr_Out");
     product_->utility->AddFolder(L"D:\\");
     mail_ = product_->outlook.Open(sent);

@@ -1,0 +1,130 @@
+#include "controller/clsPostrove.h"
+#include "forms/kit/guards.h"
+#include "forms/messages.h"
+#include "shared/text.h"
+
+// What the controller's handlers of several dialogs share.
+namespace postrove {
+
+namespace {
+
+constexpr int kBackspace = 8;
+
+// What stands behind the drive in a refusal; null for a drive that will do.
+const wchar_t* DriveRefusal(DriveKind kind) {
+  switch (kind) {
+    case DriveKind::Unknown:
+    case DriveKind::NoRoot:
+      return L" doesn't exist or it's type cannot be determined.";
+    case DriveKind::CdRom:
+      return L" is a CD-ROM drive.";
+    case DriveKind::RamDisk:
+      return L" is a RAM drive.";
+    case DriveKind::Removable:
+      return L" is a removable drive.";
+    default:
+      return nullptr;
+  }
+}
+
+}  // namespace
+
+bool clsPostrove::CheckRequired(forms::Control& box, forms::Control& caption,
+                                forms::Control& marker) {
+  const bool empty = box.Text().empty();
+  marker.SetVisible(empty);
+  if (!text::EqualsIgnoreCase(box.Tag(), L"required")) return true;
+  box.SetBackColor(empty ? forms::kYellow : forms::kSystemWindow);
+  caption.SetForeColor(empty ? forms::kRed : forms::kSystemButtonText);
+  return !empty;
+}
+
+std::wstring clsPostrove::BrowsePrompt(BrowseTarget target) const {
+  switch (target) {
+    case BrowseTarget::ServerFolder:
+      return L"Select Default Root Folder:";
+    case BrowseTarget::EmailFolder:
+      return L"Select Default Email Folder:";
+    case BrowseTarget::Database:
+      return L"Select the Postrove Database Location:";
+    case BrowseTarget::Settings:
+      return L"Select the Settings File Location:";
+    case BrowseTarget::ProjectFolder:
+      return L"Select the Folder for the " + WorkUnit + L" Files and Emails:";
+    case BrowseTarget::SaveFolder:
+      break;
+  }
+  const std::wstring prompt = L"Select a folder to save the Email in:";
+  if (!useQuillion_ || ProjFilePath.empty()) return prompt;
+  return L"The Quillion " + WorkUnit + L" Folder is " + ProjFilePath + L"\r\n" + prompt;
+}
+
+forms::Control& clsPostrove::BrowsedField(BrowseTarget) const {
+  return frmPostroveEvent_->txtSaveFolder;
+}
+
+void clsPostrove::BrowseFor(BrowseTarget target) {
+  const std::shared_ptr<forms::frmPostrove> form = frmPostroveEvent_;
+  std::wstring folder;
+  {
+    const forms::Lowered lowered(*forms_, form);
+    folder = utility_->BrowseForFolder(BrowsePrompt(target));
+  }
+  if (folder.empty() || form->IsUnloaded()) return;
+  BrowsedField(target).SetText(text::NormaliseFolder(folder));
+}
+
+std::wstring clsPostrove::DriveProblem(const std::wstring& folder, const std::wstring& fieldName) {
+  if (folder.size() < 2 || folder[1] != L':') return {};
+  const std::wstring drive = folder.substr(0, 2);
+  const DriveKind kind = utility_->DriveType(drive + L"\\");
+  if (kind == DriveKind::Network) networkDrive_ = true;
+  const wchar_t* const refusal = DriveRefusal(kind);
+  if (!refusal) return {};
+  return L"-Drive " + drive + refusal + L"  (Select a different " + fieldName + L".)";
+}
+
+bool clsPostrove::EnsureFolder(std::wstring& folder) {
+  if (utility_->FolderExists(folder)) return true;
+  const std::wstring accepted = AskFolderMessage(
+      L"Folder Not Found", L"The folder \r\n" + text::Quoted(folder) + L"\r\n does not exist.",
+      folder,
+      L"You may:\r\n-Click 'OK' to create it. You may edit the folder name first.\r\n-Click "
+      L"'Cancel' to return to the Postrove form to pick a different location without creating the "
+      L"new folder.");
+  if (accepted.empty()) return false;
+  const std::wstring target = text::NormaliseFolder(text::Trim(accepted));
+  if (!text::IsRootedPath(target)) {
+    throw Error(kPathFileAccess, L"clsPostrove.EnsureFolder()", forms::kRootedFolder);
+  }
+  utility_->CreateFolder(target);
+  folder = target;
+  return true;
+}
+
+bool clsPostrove::CompleteTyping(forms::Control& combo, int& KeyAscii, bool& typeAhead) {
+  const bool printable = KeyAscii >= 32 && KeyAscii <= 126;
+  if (!printable && KeyAscii != kBackspace) return false;
+  std::wstring prefix = combo.Text().substr(0, static_cast<std::size_t>(combo.SelectionStart()));
+  if (printable) {
+    prefix += static_cast<wchar_t>(KeyAscii);
+  } else if (!prefix.empty()) {
+    prefix.pop_back();
+  }
+  if (prefix.empty()) return false;  // the box takes away what is left
+  typeAhead = true;
+  forms_->DropDownList(combo);
+  const std::vector<std::wstring>& items = combo.Items();
+  for (std::size_t row = 0; row < items.size(); ++row) {
+    if (!text::StartsWithIgnoreCase(items[row], prefix)) continue;
+    const auto start = static_cast<int>(prefix.size());
+    const auto length = static_cast<int>(items[row].size()) - start;
+    combo.SetListIndex(static_cast<int>(row));
+    combo.Select(start, length);
+    KeyAscii = 0;
+    return true;
+  }
+  return false;
+}
+
+}  // namespace postrove
