@@ -319,6 +319,7 @@ class clsPostrove final : public forms::frmPostroveEvents,
   bool networkDrive_ = false;           // the folder checked last is on a network drive
   bool filling_ = false;                // the controller fills the dialog itself
   bool typedProject_ = false;           // the user typed a project instead of choosing one
+  int lowered_ = 0;                     // dialogs open above the save dialog
 };
 
 }  // namespace postrove

@@ -67,7 +67,7 @@ void clsPostrove::BrowseFor(BrowseTarget target) {
   const std::shared_ptr<forms::frmPostrove> form = frmPostroveEvent_;
   std::wstring folder;
   {
-    const forms::Lowered lowered(*forms_, form);
+    const forms::Lowered lowered(*forms_, form, lowered_);
     folder = utility_->BrowseForFolder(BrowsePrompt(target));
   }
   if (folder.empty() || form->IsUnloaded()) return;

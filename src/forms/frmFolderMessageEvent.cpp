@@ -17,7 +17,7 @@ std::wstring clsPostrove::AskFolderMessage(const std::wstring& caption, const st
   const std::shared_ptr<forms::frmPostrove> saveDialog = frmPostroveEvent_;
   folderMessageAnswered_ = false;
   {
-    const forms::Lowered lowered(*forms_, saveDialog);
+    const forms::Lowered lowered(*forms_, saveDialog, lowered_);
     forms_->ShowModal(*form);
   }
   frmFolderMessageEvent_.reset();

@@ -20,14 +20,16 @@ class WaitCursor {
   FormHost& host_;
 };
 
-// A topmost form lowered for a scope, while a dialog that it opened is up.
+// A topmost form lowered for a scope, while a dialog that it opened is up. Scopes nest: `depth`
+// counts those that are open, and the form rises again with the last one.
 class Lowered {
  public:
-  Lowered(FormHost& host, std::shared_ptr<Form> form) : host_(host), form_(std::move(form)) {
-    host_.SetTopmost(*form_, false);
+  Lowered(FormHost& host, std::shared_ptr<Form> form, int& depth)
+      : host_(host), form_(std::move(form)), depth_(depth) {
+    if (depth_++ == 0) host_.SetTopmost(*form_, false);
   }
   ~Lowered() {
-    if (!form_->IsUnloaded()) host_.SetTopmost(*form_, true);
+    if (--depth_ == 0 && !form_->IsUnloaded()) host_.SetTopmost(*form_, true);
   }
   Lowered(const Lowered&) = delete;
   Lowered& operator=(const Lowered&) = delete;
@@ -35,6 +37,7 @@ class Lowered {
  private:
   FormHost& host_;
   const std::shared_ptr<Form> form_;
+  int& depth_;
 };
 
 }  // namespace postrove::forms
