@@ -30,6 +30,7 @@ void clsPostrove::mcbPostroveMenuButton_Click() {
     const auto form = std::make_shared<forms::frmPostrove>(weak_from_this());
     frmPostroveEvent_ = form;
     PrepareFrom(subject);
+    if (form->IsUnloaded()) return;  // Outlook quit during a question
     form->lblFormTitle.SetText(L"Postrove " + WorkUnit + L" EMail and File Location");
     form->lblProjectLabel.SetText(WorkUnit + L": ");
     form->lblFolderLabel.SetText(
@@ -79,11 +80,7 @@ void clsPostrove::PrepareFrom(std::wstring subject) {
 }
 
 void clsPostrove::ArrangeForm(forms::frmPostrove& form) const {
-  // The dialogs of these buttons do not exist yet.
-  for (const int index :
-       {forms::kAddProjectButton, forms::kEditProjectButton, forms::kDefaultsButton}) {
-    form.cmdPostrove(index).SetEnabled(false);
-  }
+  form.cmdPostrove(forms::kDefaultsButton).SetEnabled(false);  // its dialog does not exist yet
 
   const auto moveTo = [](forms::Control& label, int left, int width) {
     forms::Box place = label.Place();

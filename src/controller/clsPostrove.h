@@ -11,6 +11,7 @@
 #include "data/label_file.h"
 #include "forms/frmFolderMessage.h"
 #include "forms/frmPostrove.h"
+#include "forms/frmProjInfo.h"
 #include "forms/frmSetup.h"
 #include "forms/kit/form_host.h"
 #include "outlook/clsRegistry.h"
@@ -44,6 +45,7 @@ struct Project {
 // released during a click.
 class clsPostrove final : public forms::frmPostroveEvents,
                           public forms::frmFolderMessageEvents,
+                          public forms::frmProjInfoEvents,
                           public std::enable_shared_from_this<clsPostrove> {
  public:
   // The start-up: finds the folders, decides whether Quillion's data is shared, locates and reads
@@ -149,7 +151,9 @@ class clsPostrove final : public forms::frmPostroveEvents,
   // is sent that was not written.
   bool SaveAndSendMail();
 
-  // Opens the project information dialog in the mode of ProjInfoMode; returns when it is closed.
+  // Opens the project information dialog in the mode of ProjInfoMode above the save dialog, whether
+  // that is shown yet or not; returns when it is closed. A saved project is the current one then;
+  // otherwise the one before is current again.
   void OpenProjectInfo();
 
   // A click on the inspector button.
@@ -189,6 +193,18 @@ class clsPostrove final : public forms::frmPostroveEvents,
   void frmFolderMessageEvent_FolderMessageFieldGotFocus(int Index) override;
   void frmFolderMessageEvent_FolderMessageFieldLostFocus(int Index) override;
   void frmFolderMessageEvent_FormActivate() override;
+
+  // The project information dialog.
+  void frmProjInfoEvent_BrowseClicked(int Index) override;
+  void frmProjInfoEvent_ButtonClicked(int Index) override;
+  void frmProjInfoEvent_ButtonMouseDown(int Index, int Button, int Shift, float X,
+                                        float Y) override;
+  void frmProjInfoEvent_FormActivate() override;
+  void frmProjInfoEvent_ProjActiveClicked() override;
+  void frmProjInfoEvent_ProjInfoFieldChange(int Index) override;
+  void frmProjInfoEvent_ProjInfoFieldGotFocus(int Index) override;
+  void frmProjInfoEvent_ProjInfoFieldLostFocus(int Index) override;
+  void frmProjInfoEvent_ProjInfoWebLabelClick(const std::wstring& Caption) override;
 
  private:
   clsPostrove(SharedObjects& shared, std::shared_ptr<forms::FormHost> forms,
@@ -277,6 +293,17 @@ class clsPostrove final : public forms::frmPostroveEvents,
   // no item begins with is left to the box.
   bool CompleteTyping(forms::Control& combo, int& KeyAscii, bool& typeAhead);
 
+  // The project information dialog's steps.
+  void FillProjectInfo(forms::frmProjInfo& form);
+  void SaveProjectInfo(forms::frmProjInfo& form);
+  std::wstring ValidateProjectInfo(forms::frmProjInfo& form);
+  bool WriteProjectInfo(forms::frmProjInfo& form);
+  void ShowSavedProject();
+  void EditProjectClicked();
+
+  Project CurrentProject() const;
+  void TakeProject(const Project& project);
+
   std::wstring FolderOf(const Project& project) const;
   bool AskToAddProject();
   void TellTemporaryProject();
@@ -288,6 +315,10 @@ class clsPostrove final : public forms::frmPostroveEvents,
   // Runs a handler of the save dialog with that form; nothing when none is open.
   void WithForm(const wchar_t* procedure,
                 const std::function<void(forms::frmPostrove& form)>& body);
+
+  // The same for the project information dialog.
+  void WithProjectInfo(const wchar_t* procedure,
+                       const std::function<void(forms::frmProjInfo& form)>& body);
 
   SharedObjects& shared_;
   const std::shared_ptr<clsDatabase> database_;
@@ -312,6 +343,8 @@ class clsPostrove final : public forms::frmPostroveEvents,
   bool clickedIsSent_ = false;
   std::shared_ptr<forms::frmPostrove> frmPostroveEvent_;
   std::shared_ptr<forms::frmFolderMessage> frmFolderMessageEvent_;
+  std::shared_ptr<forms::frmProjInfo> frmProjInfoEvent_;
+  Project projectBefore_;               // the current project when that dialog was opened
   bool folderMessageAnswered_ = false;  // by one of its two buttons
   bool ignoreFieldEvents_ = false;      // a press on Cancel, or a form is being filled
   bool projectTypeAhead_ = false;       // the project box completes what is typed

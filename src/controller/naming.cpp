@@ -70,17 +70,14 @@ void clsPostrove::ResolveSubjectProject() {
   if (useQuillion_) {
     TellTemporaryProject();
   } else if (AskToAddProject()) {
-    if (ProjFilePath.empty()) ProjFilePath = Root + ProjectNumber + L"\\";
+    if (ProjFilePath.empty()) ProjFilePath = text::NormaliseFolder(Root + ProjectNumber);
     ProjInfoMode = L"addmanual";
     Active = true;
     OpenProjectInfo();
-    const int added = FindProject(ProjectNumber, ProjectName);
-    if (added >= 0) return SelectProject(added);
+    if (FindProject(ProjectNumber, ProjectName) >= 0) return;  // added, and current
   }
   AddTemporaryProject();
 }
-
-void clsPostrove::OpenProjectInfo() {}
 
 void clsPostrove::TellTemporaryProject() {
   utility_->ShowMessage(L"\"" + ProjectNumber + ProjDelim + ProjectName +
@@ -104,7 +101,7 @@ bool clsPostrove::AskToAddProject() {
 }
 
 void clsPostrove::AddTemporaryProject() {
-  ProjFilePath = Root + ProjectNumber + L"\\";
+  ProjFilePath = text::NormaliseFolder(Root + ProjectNumber);
   ProjectList.push_back({ProjectNumber, ProjectName, ProjFilePath, false, 0});
   if (!frmPostroveEvent_) return;
   forms::Control& combo = frmPostroveEvent_->cboPostrove;
@@ -124,20 +121,24 @@ std::wstring clsPostrove::FolderOf(const Project& project) const {
 
 void clsPostrove::SelectProject(int row) {
   const Project& project = ProjectList.at(static_cast<std::size_t>(row));
+  TakeProject({project.number, project.name, FolderOf(project), project.active, project.id});
+}
+
+Project clsPostrove::CurrentProject() const {
+  return {ProjectNumber, ProjectName, ProjFilePath, Active, ProjectID};
+}
+
+void clsPostrove::TakeProject(const Project& project) {
   ProjectNumber = project.number;
   ProjectName = project.name;
-  ProjFilePath = FolderOf(project);
+  ProjFilePath = project.filePath;
   Active = project.active;
   ProjectID = project.id;
 }
 
 void clsPostrove::ClearProject() {
-  ProjectNumber.clear();
-  ProjectName.clear();
-  ProjFilePath.clear();
+  TakeProject({});
   SaveAsName.clear();
-  Active = false;
-  ProjectID = 0;
 }
 
 void clsPostrove::FillProjectCombo(forms::Control& combo) {

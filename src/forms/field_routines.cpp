@@ -59,7 +59,10 @@ std::wstring clsPostrove::BrowsePrompt(BrowseTarget target) const {
   return L"The Quillion " + WorkUnit + L" Folder is " + ProjFilePath + L"\r\n" + prompt;
 }
 
-forms::Control& clsPostrove::BrowsedField(BrowseTarget) const {
+forms::Control& clsPostrove::BrowsedField(BrowseTarget target) const {
+  if (target == BrowseTarget::ProjectFolder) {
+    return frmProjInfoEvent_->txtProjInfo(forms::kProjInfoFolder);
+  }
   return frmPostroveEvent_->txtSaveFolder;
 }
 

@@ -36,13 +36,21 @@ void clsPostrove::frmPostroveEvent_FormActivate() {
 }
 
 void clsPostrove::frmPostroveEvent_ButtonClicked(int Index) {
-  WithForm(L"frmPostroveEvent_ButtonClicked()", [&](forms::frmPostrove&) {
+  WithForm(L"frmPostroveEvent_ButtonClicked()", [&](forms::frmPostrove& form) {
     switch (Index) {
       case forms::kMainButton:
         SaveButtonClicked();
         break;
       case forms::kBrowseFolderButton:
         BrowseFor(BrowseTarget::SaveFolder);
+        break;
+      case forms::kAddProjectButton:
+        SaveAsName = form.txtSaveAsName.Text();
+        ProjInfoMode = L"add";
+        OpenProjectInfo();
+        break;
+      case forms::kEditProjectButton:
+        EditProjectClicked();
         break;
       case forms::kHelpButton:
         utility_->OpenDocument(std::wstring(forms::kWebSite) + L"/PostroveHelp.htm");
@@ -51,6 +59,18 @@ void clsPostrove::frmPostroveEvent_ButtonClicked(int Index) {
         break;  // the close button needs nothing but the form's own closing
     }
   });
+}
+
+void clsPostrove::EditProjectClicked() {
+  // A project that was typed or is temporary has no row that could be edited.
+  if (typedProject_ || ProjectID == 0) {
+    utility_->ShowMessage(L"Select the " + WorkUnit + L" to edit from the list first.",
+                          L"Edit a " + WorkUnit, MessageButtons::Ok, MessageIcon::Information);
+    return;
+  }
+  SaveAsName = frmPostroveEvent_->txtSaveAsName.Text();
+  ProjInfoMode = L"edit";
+  OpenProjectInfo();
 }
 
 void clsPostrove::frmPostroveEvent_FormUnload(bool&) {
