@@ -138,7 +138,7 @@ class clsPostrove final : public forms::frmPostroveEvents,
 
   // Makes the project of the subject current: the list's row, else, as the user decides, one added
   // to the database or a temporary row for this message. A project that the user typed and that the
-  // list knows stays as it was typed.
+  // list knows stays as it was typed, with the folder of the listed one.
   void ResolveSubjectProject();
 
   void SelectProject(int row);  // copies a list row into the current project
@@ -252,6 +252,7 @@ class clsPostrove final : public forms::frmPostroveEvents,
   // The main button's steps.
   void SaveButtonClicked();
   std::wstring ValidateSave();
+  void ResolveTypedProject();
   void TakeTypedProject();
   bool ChooseFileName(const std::wstring& folder, std::wstring& fileName);
   std::wstring FileNameFor(const std::wstring& name, const std::wstring& folder, bool attachments);
@@ -302,6 +303,7 @@ class clsPostrove final : public forms::frmPostroveEvents,
   void EditProjectClicked();
 
   Project CurrentProject() const;
+  std::wstring ProposedFolder() const;  // of the current project's messages
   void TakeProject(const Project& project);
 
   std::wstring FolderOf(const Project& project) const;

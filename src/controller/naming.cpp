@@ -64,7 +64,11 @@ int clsPostrove::FindProject(const std::wstring& number, const std::wstring& nam
 void clsPostrove::ResolveSubjectProject() {
   const int row = FindProject(ProjectNumber, useQuillion_ ? std::wstring() : ProjectName);
   if (row >= 0) {
-    if (!typedProject_) SelectProject(row);
+    if (!typedProject_) {
+      SelectProject(row);
+    } else {
+      ProjFilePath = FolderOf(ProjectList[static_cast<std::size_t>(row)]);
+    }
     return;
   }
   if (useQuillion_) {
@@ -156,11 +160,14 @@ void clsPostrove::FillProjectCombo(forms::Control& combo) {
   combo.SetListIndex(selected);
 }
 
+std::wstring clsPostrove::ProposedFolder() const {
+  return text::NormaliseFolder(ProjFilePath.empty() ? Root : ProjFilePath) + EmailFolder;
+}
+
 void clsPostrove::FillSaveFields(forms::frmPostrove& form) {
   if (!ProjectNumber.empty()) form.cboPostrove.SetText(ItemText(ProjectName, ProjectNumber));
   if (form.cboPostrove.Text().empty()) frmPostroveEvent_ProjectComboChange({});
-  form.txtSaveFolder.SetText(text::NormaliseFolder(ProjFilePath.empty() ? Root : ProjFilePath) +
-                             EmailFolder);
+  form.txtSaveFolder.SetText(ProposedFolder());
   form.txtSaveAsName.SetText(SaveAsName);
   if (form.txtSaveAsName.Text().empty()) frmPostroveEvent_SaveAsNameChanged();
 }

@@ -160,11 +160,7 @@ void clsPostrove::SaveButtonClicked() {
 std::wstring clsPostrove::ValidateSave() {
   const std::shared_ptr<forms::frmPostrove> held = frmPostroveEvent_;
   forms::frmPostrove& form = *held;
-  if (typedProject_) {
-    TakeTypedProject();
-    ResolveSubjectProject();
-    typedProject_ = false;  // asked about once
-  }
+  if (typedProject_) ResolveTypedProject();
   std::wstring errors;
   const auto require = [&errors](bool present, const std::wstring& message) {
     if (!present) errors += kBreak + message;
@@ -179,6 +175,18 @@ std::wstring clsPostrove::ValidateSave() {
   const std::wstring drive = DriveProblem(folder, L"Folder");
   require(drive.empty(), drive);
   return errors;
+}
+
+void clsPostrove::ResolveTypedProject() {
+  const std::shared_ptr<forms::frmPostrove> form = frmPostroveEvent_;
+  const std::wstring proposed = ProposedFolder();
+  TakeTypedProject();
+  ResolveSubjectProject();
+  typedProject_ = false;  // asked about once
+  if (form->IsUnloaded()) return;
+  // The folder of the project before is not that of the typed one; one that the user chose stays.
+  const std::wstring shown = text::NormaliseFolder(text::Trim(form->txtSaveFolder.Text()));
+  if (text::EqualsIgnoreCase(shown, proposed)) form->txtSaveFolder.SetText(ProposedFolder());
 }
 
 void clsPostrove::TakeTypedProject() {

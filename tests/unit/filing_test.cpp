@@ -16,7 +16,7 @@ class Filing : public ::testing::Test {
   void Open(bool sent, std::int32_t editor = 2) {
     product_->Start();
     product_->database->SetRows(sql::ListProjects(product_->database->DbType),
-                                {{L"2231", L"Mill Street", L"", true, std::int64_t{7}}});
+                                {{L"2231", L"Mill Street", L"C:\\", true, std::int64_t{7}}});
     product_->utility->AddFolder(L"C:\\Corr_Out");
     product_->utility->AddFolder(L"D:\\");
     mail_ = product_->outlook.Open(sent);

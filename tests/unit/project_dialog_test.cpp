@@ -20,6 +20,7 @@ class ProjectDialog : public ::testing::Test {
     product_.utility->AddFile(std::wstring(kAppData) + L"\\Postrove\\Postrove.ini", settings);
     product_.utility->AddFolder(L"D:\\Files\\Corr_Out");
     product_.utility->AddFolder(L"C:\\Projects\\Corr_Out");
+    product_.utility->AddFolder(L"C:\\Projects\\17\\Corr_Out");
     product_.Start();
     list_ = sql::ListProjects(product_.database->DbType);
     product_.database->SetHandler([this](const RanStatement& ran) {
@@ -236,8 +237,38 @@ TEST_F(ProjectDialog, AnUnknownProjectIsAddedOrStaysTemporary) {
     EXPECT_EQ(writes_.size(), one.saves ? 1u : 0u);
     EXPECT_EQ(saved_,
               std::vector<std::wstring>{one.saves ? L"D:\\Files\\Corr_Out\\Minutes.msg"
-                                                  : L"C:\\Projects\\Corr_Out\\Minutes.msg"});
+                                                  : L"C:\\Projects\\17\\Corr_Out\\Minutes.msg"});
     product_.utility->Remove(saved_.at(0));
+  }
+}
+
+// What is typed over a chosen project is not filed into that one's folder, unless the user wants
+// it.
+TEST_F(ProjectDialog, ATypedProjectBringsItsFolder) {
+  const struct {
+    const wchar_t* typed;
+    const wchar_t* folder;  // typed as well; null leaves the box
+    const wchar_t* saved;
+    bool known;
+  } cases[] = {
+      {L"Quay Wall: 17", nullptr, L"C:\\Projects\\17\\Corr_Out\\Minutes.msg", false},
+      {L"Quay Wall: 17", L"C:\\Projects\\Corr_Out", L"C:\\Projects\\Corr_Out\\Minutes.msg", false},
+      {L"A new name: 7", nullptr, L"D:\\Files\\Corr_Out\\Minutes.msg", true},
+  };
+  for (const auto& one : cases) {
+    SCOPED_TRACE(text::ToUtf8(one.saved));
+    Start();
+    saved_.clear();
+    if (!one.known) product_.utility->ExpectMessage(MessageAnswer::No);
+    Click([&](forms::frmPostrove& dialog) {
+      dialog.cboPostrove.UserPicked(one.known ? 1 : 0);
+      dialog.cboPostrove.UserTyped(one.typed, 0, 0);
+      if (one.folder) dialog.txtSaveFolder.UserTyped(one.folder, 0, 0);
+      if (one.known) product_.utility->AddFolder(L"C:\\Projects\\2231\\Corr_Out");
+      dialog.cmdPostrove(forms::kMainButton).UserClicked();
+    });
+    EXPECT_EQ(saved_, std::vector<std::wstring>{one.saved});
+    product_.utility->Remove(one.saved);
   }
 }
 

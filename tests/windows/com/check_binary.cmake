@@ -37,6 +37,6 @@ endif()
 
 file(SIZE ${DLL} size)
 message(STATUS "${size} bytes")
-if(WIDTH EQUAL 8 AND size GREATER_EQUAL 409600)
-  message(SEND_ERROR "larger than 400 KB")
+if(WIDTH EQUAL 8 AND size GREATER_EQUAL 524288)
+  message(SEND_ERROR "larger than 512 KB")
 endif()
