@@ -10,7 +10,7 @@
 namespace postrove::bench {
 namespace {
 
-constexpr int kRuns = 15;
+constexpr int kRuns = 7;
 constexpr double kAim = 1.3;
 
 // Shows real windows, and closes each once it was activated and painted.

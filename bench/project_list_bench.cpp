@@ -7,7 +7,7 @@
 namespace postrove::bench {
 namespace {
 
-constexpr int kRuns = 15;
+constexpr int kRuns = 7;
 constexpr double kAim = 1.2;
 
 }  // namespace
