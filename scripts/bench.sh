@@ -35,7 +35,9 @@ for count in 10 1000 10000 100000; do folders+=("$(projects "$count")"); done
 
 wine_lock x64
 wine_prepare x64
-trap 'wine_stop x64' EXIT
+trap 'wine_stop x64; display_stop' EXIT
+display_start
 wine_start x64
+wine_frames x64 N
 wine_register x64 standin_oledb.dll
 wine_run x64 wine "$root/build/win64/bench/product_bench.exe" "${folders[@]}" </dev/null
