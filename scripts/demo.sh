@@ -100,26 +100,20 @@ office_data x64
 printf '[Setup]\r\nRoot=C:\\Projects\\\r\n' >"$drive/ProgramData/Postrove/Postrove.ini"
 "$root/build/native/standin/mail/eml2folder" "$eml" "$work/message" || exit 1
 
-display_server=''
-trap 'wine_stop x64; [[ -z $display_server ]] || kill "$display_server" || true' EXIT
+trap 'wine_stop x64; display_stop' EXIT
 
 if [[ $interactive == yes ]]; then
   export XAUTHORITY=${XAUTHORITY:-$HOME/.Xauthority}
   POSTROVE_DISPLAY=$DISPLAY
 elif [[ -n $screenshots ]]; then
-  # The server takes a free number and tells it on the pipe once it can be used.
-  exec 8< <(exec Xvfb -displayfd 1 -screen 0 1280x1024x24 -nolisten tcp 2>/dev/null 9>&-)
-  display_server=$!
-  read -r number <&8 || die "the virtual display did not start"
-  POSTROVE_DISPLAY=:$number
+  display_start
   options+=(--screenshots "$(windows_path "$work/pictures")")
 fi
 wine_start x64
 # A person's window manager frames the windows; on the virtual display Wine does it itself.
 frames=N
 [[ $interactive == no ]] || frames=Y
-[[ -z $POSTROVE_DISPLAY ]] ||
-  wine_run x64 wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d "$frames" /f >/dev/null
+[[ -z $POSTROVE_DISPLAY ]] || wine_frames x64 "$frames"
 
 wine_register x64 standin_oledb.dll Postrove09.dll
 

@@ -46,6 +46,23 @@ wine_start() {
 
 wine_stop() { wine_run "$1" wineserver -k >/dev/null 2>&1 || true; }
 
+# display_start: a virtual display for the session that is started next, until display_stop.
+display_start() {
+  local number
+  # The server takes a free number and tells it on the pipe once it can be used.
+  exec 8< <(exec Xvfb -displayfd 1 -screen 0 1280x1024x24 -nolisten tcp 2>/dev/null 9>&-)
+  display_server=$!
+  read -r number <&8 || die "the virtual display did not start"
+  POSTROVE_DISPLAY=:$number
+}
+
+display_stop() { [[ -z ${display_server:-} ]] || kill "$display_server" || true; }
+
+# wine_frames WIDTH Y|N: whether the display's window manager frames the windows, or Wine itself.
+wine_frames() {
+  wine_run "$1" wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d "$2" /f >/dev/null
+}
+
 # wine_prepare WIDTH: makes the prefix unless it is there as the files beside prefix.reg want it.
 wine_prepare() {
   local width=$1 prefix marker wanted

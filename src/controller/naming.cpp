@@ -7,7 +7,11 @@ namespace {
 
 // A combo item or text: "name: number", the name alone without a number.
 std::wstring ItemText(const std::wstring& name, const std::wstring& number) {
-  return number.empty() ? name : name + L": " + number;
+  if (number.empty()) return name;
+  constexpr std::wstring_view kBetween = L": ";
+  std::wstring item;
+  item.reserve(name.size() + kBetween.size() + number.size());  // there can be very many items
+  return item.append(name).append(kBetween).append(number);
 }
 
 // Takes a prefix of exactly these letters off a text.
@@ -147,6 +151,7 @@ void clsPostrove::ClearProject() {
 
 void clsPostrove::FillProjectCombo(forms::Control& combo) {
   std::vector<std::wstring> items;
+  items.reserve(ProjectList.size());
   int selected = -1;
   for (std::size_t row = 0; row < ProjectList.size(); ++row) {
     const Project& project = ProjectList[row];

@@ -54,6 +54,7 @@ void clsPostrove::GetProjectList() {
       ProjectList.push_back({TextOf(std::move(row[0])), TextOf(std::move(row[1])),
                              TextOf(std::move(row[2])), NumberOf(row[3]) != 0,
                              static_cast<std::int32_t>(NumberOf(row[4]))});
+      row = std::vector<Cell>();  // a long list is not held twice
     }
   });
 }

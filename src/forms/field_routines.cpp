@@ -117,17 +117,13 @@ bool clsPostrove::CompleteTyping(forms::Control& combo, int& KeyAscii, bool& typ
   if (prefix.empty()) return false;  // the box takes away what is left
   typeAhead = true;
   forms_->DropDownList(combo);
-  const std::vector<std::wstring>& items = combo.Items();
-  for (std::size_t row = 0; row < items.size(); ++row) {
-    if (!text::StartsWithIgnoreCase(items[row], prefix)) continue;
-    const auto start = static_cast<int>(prefix.size());
-    const auto length = static_cast<int>(items[row].size()) - start;
-    combo.SetListIndex(static_cast<int>(row));
-    combo.Select(start, length);
-    KeyAscii = 0;
-    return true;
-  }
-  return false;
+  const std::size_t row = text::FindStartingWith(combo.Items(), prefix);
+  if (row == std::wstring::npos) return false;
+  const auto start = static_cast<int>(prefix.size());
+  combo.SetListIndex(static_cast<int>(row));
+  combo.Select(start, static_cast<int>(combo.Text().size()) - start);
+  KeyAscii = 0;
+  return true;
 }
 
 }  // namespace postrove

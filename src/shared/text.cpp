@@ -34,14 +34,6 @@ constexpr Capitals kCapitals[] = {
     {0x0500, 0x052E, 2, 0x0501},
 };
 
-bool StartsWithIgnoreCaseAt(std::wstring_view text, std::size_t at, std::wstring_view prefix) {
-  if (text.size() - at < prefix.size()) return false;
-  for (std::size_t i = 0; i < prefix.size(); ++i) {
-    if (Fold(text[at + i]) != Fold(prefix[i])) return false;
-  }
-  return true;
-}
-
 std::size_t FindExactly(std::wstring_view text, std::wstring_view needle, std::size_t from) {
   return needle.empty() ? std::wstring_view::npos : text.find(needle, from);
 }
@@ -113,17 +105,38 @@ wchar_t Fold(wchar_t c) {
 }
 
 bool EqualsIgnoreCase(std::wstring_view a, std::wstring_view b) {
-  return a.size() == b.size() && StartsWithIgnoreCaseAt(a, 0, b);
+  return a.size() == b.size() && StartsWithIgnoreCase(a, b);
 }
 
 bool StartsWithIgnoreCase(std::wstring_view text, std::wstring_view prefix) {
-  return StartsWithIgnoreCaseAt(text, 0, prefix);
+  if (text.size() < prefix.size()) return false;
+  for (std::size_t i = 0; i < prefix.size(); ++i) {
+    if (text[i] != prefix[i] && Fold(text[i]) != Fold(prefix[i])) return false;
+  }
+  return true;
 }
 
 std::size_t FindIgnoreCase(std::wstring_view text, std::wstring_view needle, std::size_t from) {
   if (needle.empty()) return std::wstring_view::npos;
   for (std::size_t at = from; at < text.size(); ++at) {
-    if (StartsWithIgnoreCaseAt(text, at, needle)) return at;
+    if (StartsWithIgnoreCase(text.substr(at), needle)) return at;
+  }
+  return std::wstring_view::npos;
+}
+
+// Each key typed goes through all texts: what their beginnings are compared with is folded once.
+std::size_t FindStartingWith(const std::vector<std::wstring>& texts, std::wstring_view prefix) {
+  std::wstring folded(prefix);
+  std::transform(folded.begin(), folded.end(), folded.begin(), Fold);
+  for (std::size_t row = 0; row < texts.size(); ++row) {
+    const std::wstring& text = texts[row];
+    if (text.size() < folded.size()) continue;
+    std::size_t same = 0;
+    while (same < folded.size() &&
+           (text[same] == folded[same] || Fold(text[same]) == folded[same])) {
+      ++same;
+    }
+    if (same == folded.size()) return row;
   }
   return std::wstring_view::npos;
 }

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 // Text helpers with the same results on every machine: nothing here depends on the C locale.
 // Text is UTF-16 on Windows and UTF-32 natively, one std::wstring either way.
@@ -19,6 +20,9 @@ bool StartsWithIgnoreCase(std::wstring_view text, std::wstring_view prefix);
 
 // Position of the first occurrence at or after `from`, or npos. An empty needle is never found.
 std::size_t FindIgnoreCase(std::wstring_view text, std::wstring_view needle, std::size_t from = 0);
+
+// Position of the first of the texts that begins with the prefix, ignoring case, or npos.
+std::size_t FindStartingWith(const std::vector<std::wstring>& texts, std::wstring_view prefix);
 
 // Every occurrence replaced, from left to right; replaced text is not searched again. An empty
 // `what` replaces nothing.

@@ -72,6 +72,11 @@ TEST(Text, FindsAndReplaces) {
   EXPECT_FALSE(text::StartsWithIgnoreCase(cut, L"abc")) << "what lies behind a text is not read";
   EXPECT_EQ(text::FindIgnoreCase(cut, L"bc"), kNone);
 
+  const std::vector<std::wstring> texts{L"x", L"Überfall", L"ÜBER"};
+  EXPECT_EQ(text::FindStartingWith(texts, L"ÜbER"), 1u);
+  EXPECT_EQ(text::FindStartingWith(texts, L""), 0u);
+  EXPECT_EQ(text::FindStartingWith(texts, L"xy"), kNone);
+
   EXPECT_EQ(text::Replace(L"aXbXc", L"X", L"--"), L"a--b--c");
   EXPECT_EQ(text::Replace(L"aXb", L"x", L"-"), L"aXb");
   EXPECT_EQ(text::Replace(L"aaaa", L"aa", L"a"), L"aa") << "replaced text is not searched again";

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+
+#include "shared/clsDatabase.h"
+#include "support/Product.h"
+
+namespace postrove::bench {
+
+// The product on a fake machine, with the real database of a folder that holds a Postrove.mdb.
+class ProductOn : public testing::Product {
+ public:
+  explicit ProductOn(const std::wstring& folder);
+};
+
+// Reads the rows of the project list's statement in a bare loop over the provider's rowset, which
+// looks at every value and keeps none. The number of rows. Throws when the provider fails.
+std::size_t ReadBare(const clsDatabase& database);
+
+}  // namespace postrove::bench
