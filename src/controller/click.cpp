@@ -30,12 +30,7 @@ void clsPostrove::mcbPostroveMenuButton_Click() {
     const auto form = std::make_shared<forms::frmPostrove>(weak_from_this());
     frmPostroveEvent_ = form;
     PrepareFrom(subject);
-    form->lblFormTitle.SetText(L"Postrove " + WorkUnit + L" EMail and File Location");
-    form->lblProjectLabel.SetText(WorkUnit + L": ");
-    form->lblFolderLabel.SetText(
-        Label(labels::kSaveDialog, labels::kFolderCaption, form->lblFolderLabel.Text()));
-    form->lblNameLabel.SetText(
-        Label(labels::kSaveDialog, labels::kNameCaption, form->lblNameLabel.Text()));
+    FillSaveLabels(*form);
     ArrangeForm(*form);
     {
       const Raised filling(filling_);
@@ -78,13 +73,16 @@ void clsPostrove::PrepareFrom(std::wstring subject) {
   if (!ProjectNumber.empty()) ResolveSubjectProject();
 }
 
-void clsPostrove::ArrangeForm(forms::frmPostrove& form) const {
-  // The dialogs of these buttons do not exist yet.
-  for (const int index :
-       {forms::kAddProjectButton, forms::kEditProjectButton, forms::kDefaultsButton}) {
-    form.cmdPostrove(index).SetEnabled(false);
-  }
+void clsPostrove::FillSaveLabels(forms::frmPostrove& form) const {
+  form.lblFormTitle.SetText(L"Postrove " + WorkUnit + L" EMail and File Location");
+  form.lblProjectLabel.SetText(WorkUnit + L": ");
+  form.lblFolderLabel.SetText(
+      Label(labels::kSaveDialog, labels::kFolderCaption, form.lblFolderLabel.Text()));
+  form.lblNameLabel.SetText(
+      Label(labels::kSaveDialog, labels::kNameCaption, form.lblNameLabel.Text()));
+}
 
+void clsPostrove::ArrangeByMode(forms::frmPostrove& form) const {
   const auto moveTo = [](forms::Control& label, int left, int width) {
     forms::Box place = label.Place();
     place.left = left;
@@ -93,14 +91,22 @@ void clsPostrove::ArrangeForm(forms::frmPostrove& form) const {
   };
   const forms::Box add = form.cmdPostrove(forms::kAddProjectButton).Place();
   const forms::Box edit = form.cmdPostrove(forms::kEditProjectButton).Place();
-  if (useQuillion_) {  // projects are added in Quillion
-    form.cmdPostrove(forms::kAddProjectButton).SetVisible(false);
-    const forms::Box project = form.cboPostrove.Place();
-    moveTo(form.lblFormTitle, project.left, project.width);
-    moveTo(form.lblAlert, form.txtSaveFolder.Place().left, add.width);
-  } else {
-    moveTo(form.lblAlert, edit.left + add.width + kLabelGap, form.lblAlert.Place().width);
+  const forms::Box project = form.cboPostrove.Place();
+  // Projects are added in Quillion where its data is shared.
+  form.cmdPostrove(forms::kAddProjectButton).SetVisible(!useQuillion_);
+  const int title = useQuillion_ ? project.left : form.lblProjectLabel.Place().left;
+  moveTo(form.lblFormTitle, title, project.left + project.width - title);
+  moveTo(form.lblAlert,
+         useQuillion_ ? form.txtSaveFolder.Place().left : edit.left + add.width + kLabelGap,
+         add.width);
+}
+
+void clsPostrove::ArrangeForm(forms::frmPostrove& form) const {
+  // The dialogs of these buttons do not exist yet.
+  for (const int index : {forms::kAddProjectButton, forms::kEditProjectButton}) {
+    form.cmdPostrove(index).SetEnabled(false);
   }
+  ArrangeByMode(form);
 
   form.lblAlert.SetTag(L"required");
   form.lblAlert.SetForeColor(forms::kRed);

@@ -155,11 +155,15 @@ void clsPostrove::FillProjectCombo(forms::Control& combo) {
   combo.SetListIndex(selected);
 }
 
+void clsPostrove::ProposeFolder(forms::frmPostrove& form) {
+  proposedFolder_ = text::NormaliseFolder(ProjFilePath.empty() ? Root : ProjFilePath) + EmailFolder;
+  form.txtSaveFolder.SetText(proposedFolder_);
+}
+
 void clsPostrove::FillSaveFields(forms::frmPostrove& form) {
   if (!ProjectNumber.empty()) form.cboPostrove.SetText(ItemText(ProjectName, ProjectNumber));
   if (form.cboPostrove.Text().empty()) frmPostroveEvent_ProjectComboChange({});
-  form.txtSaveFolder.SetText(text::NormaliseFolder(ProjFilePath.empty() ? Root : ProjFilePath) +
-                             EmailFolder);
+  ProposeFolder(form);
   form.txtSaveAsName.SetText(SaveAsName);
   if (form.txtSaveAsName.Text().empty()) frmPostroveEvent_SaveAsNameChanged();
 }

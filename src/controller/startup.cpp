@@ -68,8 +68,9 @@ void clsPostrove::Terminate() {
   buttonEvents_.Reset();
   mcbPostroveMenuButton_ = {};
   clickedInspector_ = {};
-  // The question above the save dialog goes first.
+  // What is above the save dialog goes first.
   if (const auto form = frmFolderMessageEvent_) form->Unload();
+  if (const auto form = frmSetupEvent_) form->Unload();
   if (const auto form = frmPostroveEvent_) form->Unload();
 }
 

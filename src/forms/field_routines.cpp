@@ -59,19 +59,33 @@ std::wstring clsPostrove::BrowsePrompt(BrowseTarget target) const {
   return L"The Quillion " + WorkUnit + L" Folder is " + ProjFilePath + L"\r\n" + prompt;
 }
 
-forms::Control& clsPostrove::BrowsedField(BrowseTarget) const {
-  return frmPostroveEvent_->txtSaveFolder;
+forms::Control& clsPostrove::BrowsedField(BrowseTarget target) const {
+  switch (target) {
+    case BrowseTarget::ServerFolder:
+      return frmSetupEvent_->txtSetup(forms::kSetupServerFolder);
+    case BrowseTarget::EmailFolder:
+      return frmSetupEvent_->txtSetup(forms::kSetupEmailFolder);
+    case BrowseTarget::Database:
+      return frmSetupEvent_->txtSetup(forms::kSetupDatabase);
+    case BrowseTarget::Settings:
+      return frmSetupEvent_->txtSetup(forms::kSetupSettings);
+    default:
+      return frmPostroveEvent_->txtSaveFolder;
+  }
 }
 
-void clsPostrove::BrowseFor(BrowseTarget target) {
+bool clsPostrove::BrowseFor(BrowseTarget target) {
   const std::shared_ptr<forms::frmPostrove> form = frmPostroveEvent_;
   std::wstring folder;
   {
     const forms::Lowered lowered(*forms_, form, lowered_);
     folder = utility_->BrowseForFolder(BrowsePrompt(target));
   }
-  if (folder.empty() || form->IsUnloaded()) return;
+  // It lies below each project's own folder, so only its name counts.
+  if (target == BrowseTarget::EmailFolder) folder.erase(0, folder.rfind(L'\\') + 1);
+  if (folder.empty() || form->IsUnloaded()) return false;
   BrowsedField(target).SetText(text::NormaliseFolder(folder));
+  return true;
 }
 
 std::wstring clsPostrove::DriveProblem(const std::wstring& folder, const std::wstring& fieldName) {

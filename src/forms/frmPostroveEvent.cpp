@@ -44,6 +44,9 @@ void clsPostrove::frmPostroveEvent_ButtonClicked(int Index) {
       case forms::kBrowseFolderButton:
         BrowseFor(BrowseTarget::SaveFolder);
         break;
+      case forms::kDefaultsButton:
+        OpenSetup();
+        break;
       case forms::kHelpButton:
         utility_->OpenDocument(std::wstring(forms::kWebSite) + L"/PostroveHelp.htm");
         break;
