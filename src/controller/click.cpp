@@ -31,12 +31,7 @@ void clsPostrove::mcbPostroveMenuButton_Click() {
     frmPostroveEvent_ = form;
     PrepareFrom(subject);
     if (form->IsUnloaded()) return;  // Outlook quit during a question
-    form->lblFormTitle.SetText(L"Postrove " + WorkUnit + L" EMail and File Location");
-    form->lblProjectLabel.SetText(WorkUnit + L": ");
-    form->lblFolderLabel.SetText(
-        Label(labels::kSaveDialog, labels::kFolderCaption, form->lblFolderLabel.Text()));
-    form->lblNameLabel.SetText(
-        Label(labels::kSaveDialog, labels::kNameCaption, form->lblNameLabel.Text()));
+    FillSaveLabels(*form);
     ArrangeForm(*form);
     {
       const Raised filling(filling_);
@@ -79,9 +74,16 @@ void clsPostrove::PrepareFrom(std::wstring subject) {
   if (!ProjectNumber.empty()) ResolveSubjectProject();
 }
 
-void clsPostrove::ArrangeForm(forms::frmPostrove& form) const {
-  form.cmdPostrove(forms::kDefaultsButton).SetEnabled(false);  // its dialog does not exist yet
+void clsPostrove::FillSaveLabels(forms::frmPostrove& form) const {
+  form.lblFormTitle.SetText(L"Postrove " + WorkUnit + L" EMail and File Location");
+  form.lblProjectLabel.SetText(WorkUnit + L": ");
+  form.lblFolderLabel.SetText(
+      Label(labels::kSaveDialog, labels::kFolderCaption, form.lblFolderLabel.Text()));
+  form.lblNameLabel.SetText(
+      Label(labels::kSaveDialog, labels::kNameCaption, form.lblNameLabel.Text()));
+}
 
+void clsPostrove::ArrangeByMode(forms::frmPostrove& form) const {
   const auto moveTo = [](forms::Control& label, int left, int width) {
     forms::Box place = label.Place();
     place.left = left;
@@ -90,14 +92,18 @@ void clsPostrove::ArrangeForm(forms::frmPostrove& form) const {
   };
   const forms::Box add = form.cmdPostrove(forms::kAddProjectButton).Place();
   const forms::Box edit = form.cmdPostrove(forms::kEditProjectButton).Place();
-  if (useQuillion_) {  // projects are added in Quillion
-    form.cmdPostrove(forms::kAddProjectButton).SetVisible(false);
-    const forms::Box project = form.cboPostrove.Place();
-    moveTo(form.lblFormTitle, project.left, project.width);
-    moveTo(form.lblAlert, form.txtSaveFolder.Place().left, add.width);
-  } else {
-    moveTo(form.lblAlert, edit.left + add.width + kLabelGap, form.lblAlert.Place().width);
-  }
+  const forms::Box project = form.cboPostrove.Place();
+  // Projects are added in Quillion where its data is shared.
+  form.cmdPostrove(forms::kAddProjectButton).SetVisible(!useQuillion_);
+  const int title = useQuillion_ ? project.left : form.lblProjectLabel.Place().left;
+  moveTo(form.lblFormTitle, title, project.left + project.width - title);
+  moveTo(form.lblAlert,
+         useQuillion_ ? form.txtSaveFolder.Place().left : edit.left + add.width + kLabelGap,
+         add.width);
+}
+
+void clsPostrove::ArrangeForm(forms::frmPostrove& form) const {
+  ArrangeByMode(form);
 
   form.lblAlert.SetTag(L"required");
   form.lblAlert.SetForeColor(forms::kRed);

@@ -46,6 +46,7 @@ struct Project {
 class clsPostrove final : public forms::frmPostroveEvents,
                           public forms::frmFolderMessageEvents,
                           public forms::frmProjInfoEvents,
+                          public forms::frmSetupEvents,
                           public std::enable_shared_from_this<clsPostrove> {
  public:
   // The start-up: finds the folders, decides whether Quillion's data is shared, locates and reads
@@ -66,6 +67,11 @@ class clsPostrove final : public forms::frmPostroveEvents,
   // arrive. The button kept before is let go first. Throws Error when Office refuses.
   void SetPostroveMenuButton(const office::CommandBarButton& button);
 
+  // What holds until a settings file says otherwise.
+  static constexpr wchar_t kStartEmailFolder[] = L"Corr_Out\\";
+  static constexpr wchar_t kStartProjDelim[] = L"-";
+  static constexpr wchar_t kStartSubjDelim[] = L"=>";
+
   // Plain values.
   bool ItemIsSent = false;     // the inspector's item is already sent or received
   std::wstring ProjectNumber;  // the current project
@@ -74,9 +80,9 @@ class clsPostrove final : public forms::frmPostroveEvents,
   std::wstring SaveAsName;  // proposed file name without extension
   bool Active = false;
   std::int32_t ProjectID = 0;
-  std::wstring EmailFolder = L"Corr_Out\\";  // below a project folder, with its backslash
-  std::wstring ProjDelim = L"-";
-  std::wstring SubjDelim = L"=>";
+  std::wstring EmailFolder = kStartEmailFolder;  // below a project folder, with its backslash
+  std::wstring ProjDelim = kStartProjDelim;
+  std::wstring SubjDelim = kStartSubjDelim;
   std::wstring Root;                 // root folder of the project folders
   std::wstring WorkUnit;             // the word for a project in labels and messages
   std::wstring FolderMessageReturn;  // answer of the folder message dialog; empty is Cancel
@@ -90,9 +96,9 @@ class clsPostrove final : public forms::frmPostroveEvents,
 
   // Writes the one setting that belongs to a field of the setup dialog and reloads everything:
   // 0 root folder, 1 and 2 delimiters, 3 e-mail folder, 4 database folder, 5 settings folder,
-  // 6 work unit, 7 whether Quillion's data is shared; any other index writes nothing. Failures are
-  // reported; what was written before stays.
-  void PostroveDefaultsSave(int index, const forms::frmSetup& setup);
+  // 6 work unit, 7 whether Quillion's data is shared; any other index writes nothing. False after a
+  // failure, which is reported; what was written before stays.
+  bool PostroveDefaultsSave(int index, const forms::frmSetup& setup);
 
   // Move the database or the settings file to another folder. True when it was done; false after a
   // refusal, which leaves everything as it was, or a failure, which is reported as well.
@@ -156,6 +162,9 @@ class clsPostrove final : public forms::frmPostroveEvents,
   // otherwise the one before is current again.
   void OpenProjectInfo();
 
+  // Opens the defaults setup dialog above the save dialog; returns when it is closed.
+  void OpenSetup();
+
   // A click on the inspector button.
   void mcbPostroveMenuButton_Click();
 
@@ -206,6 +215,18 @@ class clsPostrove final : public forms::frmPostroveEvents,
   void frmProjInfoEvent_ProjInfoFieldLostFocus(int Index) override;
   void frmProjInfoEvent_ProjInfoWebLabelClick(const std::wstring& Caption) override;
 
+  // The defaults setup dialog.
+  void frmSetupEvent_BrowseClicked(int Index) override;
+  void frmSetupEvent_ButtonClicked(int Index) override;
+  void frmSetupEvent_SetupDbTypeOptionClick() override;
+  void frmSetupEvent_SetupFieldChange(int Index) override;
+  void frmSetupEvent_SetupFieldGotFocus(int Index) override;
+  void frmSetupEvent_SetupFieldLostFocus(int Index) override;
+  void frmSetupEvent_SetupListChange(const std::wstring& Text) override;
+  void frmSetupEvent_SetupListClick() override;
+  void frmSetupEvent_SetupListKeyPress(int& KeyAscii, const std::wstring& Text) override;
+  void frmSetupEvent_SetupWebLabelClick(const std::wstring& Caption) override;
+
  private:
   clsPostrove(SharedObjects& shared, std::shared_ptr<forms::FormHost> forms,
               ProductVersion version);
@@ -248,6 +269,9 @@ class clsPostrove final : public forms::frmPostroveEvents,
   office::MailItem TakeActiveMessage();
   void PrepareFrom(std::wstring subject);
   void ArrangeForm(forms::frmPostrove& form) const;
+  void ArrangeByMode(forms::frmPostrove& form) const;
+  void FillSaveLabels(forms::frmPostrove& form) const;
+  void ProposeFolder(forms::frmPostrove& form);
 
   // The main button's steps.
   void SaveButtonClicked();
@@ -277,8 +301,9 @@ class clsPostrove final : public forms::frmPostroveEvents,
     Settings = 8,
   };
 
-  // Lets the user choose a folder for a field; a cancelled choice leaves the field.
-  void BrowseFor(BrowseTarget target);
+  // Lets the user choose a folder for a field. False when the choice was cancelled; the field is
+  // then left as it is.
+  bool BrowseFor(BrowseTarget target);
   std::wstring BrowsePrompt(BrowseTarget target) const;
   forms::Control& BrowsedField(BrowseTarget target) const;
 
@@ -303,7 +328,6 @@ class clsPostrove final : public forms::frmPostroveEvents,
   void EditProjectClicked();
 
   Project CurrentProject() const;
-  std::wstring ProposedFolder() const;  // of the current project's messages
   void TakeProject(const Project& project);
 
   std::wstring FolderOf(const Project& project) const;
@@ -321,6 +345,21 @@ class clsPostrove final : public forms::frmPostroveEvents,
   // The same for the project information dialog.
   void WithProjectInfo(const wchar_t* procedure,
                        const std::function<void(forms::frmProjInfo& form)>& body);
+
+  // The steps of the defaults setup dialog. Each may show a question, during which Outlook can quit
+  // and unload the form.
+  void WithSetup(const wchar_t* procedure, const std::function<void(forms::frmSetup& form)>& body);
+  std::wstring CurrentDefault(int field) const;
+  void FillSetup(forms::frmSetup& form);
+  static bool MarkSetupField(const forms::frmSetup& form, int index);
+  void ChangeSharing(forms::frmSetup& form);
+  void LeaveSetupField(forms::frmSetup& form, int index);
+  void CheckSetupField(forms::frmSetup& form, int index);
+  std::wstring SetupFolderProblem(forms::Control& field, const std::wstring& fieldName);
+  void StoreSetupField(forms::frmSetup& form, int index);
+  void ReloadDefaults();
+  std::wstring ValidateDefaults(const forms::frmSetup& form) const;
+  void ReturnToSaveDialog(forms::frmSetup& form);
 
   SharedObjects& shared_;
   const std::shared_ptr<clsDatabase> database_;
@@ -346,7 +385,11 @@ class clsPostrove final : public forms::frmPostroveEvents,
   std::shared_ptr<forms::frmPostrove> frmPostroveEvent_;
   std::shared_ptr<forms::frmFolderMessage> frmFolderMessageEvent_;
   std::shared_ptr<forms::frmProjInfo> frmProjInfoEvent_;
-  Project projectBefore_;               // the current project when that dialog was opened
+  Project projectBefore_;  // the current project when that dialog was opened
+  std::shared_ptr<forms::frmSetup> frmSetupEvent_;
+  int refusedField_ = -1;  // the setup field that was left with a folder which was refused
+  std::wstring refusedFolder_;
+  std::wstring proposedFolder_;         // what the save dialog proposed last
   bool folderMessageAnswered_ = false;  // by one of its two buttons
   bool ignoreFieldEvents_ = false;      // a press on Cancel, or a form is being filled
   bool projectTypeAhead_ = false;       // the project box completes what is typed

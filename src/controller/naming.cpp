@@ -165,14 +165,15 @@ void clsPostrove::FillProjectCombo(forms::Control& combo) {
   combo.SetListIndex(selected);
 }
 
-std::wstring clsPostrove::ProposedFolder() const {
-  return text::NormaliseFolder(ProjFilePath.empty() ? Root : ProjFilePath) + EmailFolder;
+void clsPostrove::ProposeFolder(forms::frmPostrove& form) {
+  proposedFolder_ = text::NormaliseFolder(ProjFilePath.empty() ? Root : ProjFilePath) + EmailFolder;
+  form.txtSaveFolder.SetText(proposedFolder_);
 }
 
 void clsPostrove::FillSaveFields(forms::frmPostrove& form) {
   if (!ProjectNumber.empty()) form.cboPostrove.SetText(ItemText(ProjectName, ProjectNumber));
   if (form.cboPostrove.Text().empty()) frmPostroveEvent_ProjectComboChange({});
-  form.txtSaveFolder.SetText(ProposedFolder());
+  ProposeFolder(form);
   form.txtSaveAsName.SetText(SaveAsName);
   if (form.txtSaveAsName.Text().empty()) frmPostroveEvent_SaveAsNameChanged();
 }

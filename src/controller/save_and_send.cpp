@@ -179,14 +179,13 @@ std::wstring clsPostrove::ValidateSave() {
 
 void clsPostrove::ResolveTypedProject() {
   const std::shared_ptr<forms::frmPostrove> form = frmPostroveEvent_;
-  const std::wstring proposed = ProposedFolder();
   TakeTypedProject();
   ResolveSubjectProject();
   typedProject_ = false;  // asked about once
   if (form->IsUnloaded()) return;
   // The folder of the project before is not that of the typed one; one that the user chose stays.
   const std::wstring shown = text::NormaliseFolder(text::Trim(form->txtSaveFolder.Text()));
-  if (text::EqualsIgnoreCase(shown, proposed)) form->txtSaveFolder.SetText(ProposedFolder());
+  if (text::EqualsIgnoreCase(shown, proposedFolder_)) ProposeFolder(*form);
 }
 
 void clsPostrove::TakeTypedProject() {

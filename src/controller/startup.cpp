@@ -71,6 +71,7 @@ void clsPostrove::Terminate() {
   // The dialogs above the save dialog go first.
   if (const auto form = frmFolderMessageEvent_) form->Unload();
   if (const auto form = frmProjInfoEvent_) form->Unload();
+  if (const auto form = frmSetupEvent_) form->Unload();
   if (const auto form = frmPostroveEvent_) form->Unload();
 }
 

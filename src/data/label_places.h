@@ -7,6 +7,7 @@ namespace postrove::labels {
 
 // Blocks.
 inline constexpr std::size_t kSaveDialog = 0;
+inline constexpr std::size_t kSetupDialog = 1;  // the hints, by the index of their field
 
 // Labels of the save dialog.
 inline constexpr std::size_t kProjectHint = 0;

@@ -4,13 +4,6 @@
 // The controller's settings: which file is current, what is read from it, and writing one setting.
 namespace postrove {
 
-namespace {
-
-// The option pair of the setup dialog as one more field behind its text fields.
-constexpr int kUseQuillionField = 7;
-
-}  // namespace
-
 std::wstring clsPostrove::LocalFile(const wchar_t* name) const {
   return gCommonAppData_ + L"\\Postrove\\" + name;
 }
@@ -57,9 +50,9 @@ void clsPostrove::ReadDefaults() {
   if (useQuillion_) {
     Root = text::NormaliseFolder(
         utility_->ReadSetting(L"Quillion", L"FilePathsPrj", L"1", L"C:\\", file));
-    ProjDelim = ReadSetup(L"ProjDelim", L"-", file);
-    SubjDelim = ReadSetup(L"SubjDelim", L"=>", file);
-    EmailFolder = text::NormaliseFolder(ReadSetup(L"EmailFolder", L"Corr_Out\\", file));
+    ProjDelim = ReadSetup(L"ProjDelim", kStartProjDelim, file);
+    SubjDelim = ReadSetup(L"SubjDelim", kStartSubjDelim, file);
+    EmailFolder = text::NormaliseFolder(ReadSetup(L"EmailFolder", kStartEmailFolder, file));
   } else {
     // The delimiters and the e-mail folder keep their start values in this mode.
     Root = text::NormaliseFolder(ReadSetup(L"Root", L"C:\\", file));
@@ -68,8 +61,8 @@ void clsPostrove::ReadDefaults() {
   LoadLabels();
 }
 
-void clsPostrove::PostroveDefaultsSave(int index, const forms::frmSetup& setup) {
-  Reporting(*utility_, L"clsPostrove", L"PostroveDefaultsSave()", [&] {
+bool clsPostrove::PostroveDefaultsSave(int index, const forms::frmSetup& setup) {
+  return Reporting(*utility_, L"clsPostrove", L"PostroveDefaultsSave()", [&] {
     const std::wstring message = WriteDefault(index, setup);
     LocateSettingsFile();
     if (!message.empty()) {
@@ -122,7 +115,7 @@ std::wstring clsPostrove::WriteDefault(int index, const forms::frmSetup& setup) 
       if (!IsKnownWorkUnit(name)) AddWorkUnitType(name);
       break;
     }
-    case kUseQuillionField:
+    case forms::kSetupSharing:
       WriteSetup(L"UseQuillion", setup.optDbType(forms::kSetupSiblingDb).Checked() ? L"1" : L"0",
                  LocalIniFile());
       break;

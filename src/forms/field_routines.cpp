@@ -60,21 +60,34 @@ std::wstring clsPostrove::BrowsePrompt(BrowseTarget target) const {
 }
 
 forms::Control& clsPostrove::BrowsedField(BrowseTarget target) const {
-  if (target == BrowseTarget::ProjectFolder) {
-    return frmProjInfoEvent_->txtProjInfo(forms::kProjInfoFolder);
+  switch (target) {
+    case BrowseTarget::ServerFolder:
+      return frmSetupEvent_->txtSetup(forms::kSetupServerFolder);
+    case BrowseTarget::EmailFolder:
+      return frmSetupEvent_->txtSetup(forms::kSetupEmailFolder);
+    case BrowseTarget::Database:
+      return frmSetupEvent_->txtSetup(forms::kSetupDatabase);
+    case BrowseTarget::Settings:
+      return frmSetupEvent_->txtSetup(forms::kSetupSettings);
+    case BrowseTarget::ProjectFolder:
+      return frmProjInfoEvent_->txtProjInfo(forms::kProjInfoFolder);
+    default:
+      return frmPostroveEvent_->txtSaveFolder;
   }
-  return frmPostroveEvent_->txtSaveFolder;
 }
 
-void clsPostrove::BrowseFor(BrowseTarget target) {
+bool clsPostrove::BrowseFor(BrowseTarget target) {
   const std::shared_ptr<forms::frmPostrove> form = frmPostroveEvent_;
   std::wstring folder;
   {
     const forms::Lowered lowered(*forms_, form, lowered_);
     folder = utility_->BrowseForFolder(BrowsePrompt(target));
   }
-  if (folder.empty() || form->IsUnloaded()) return;
+  // It lies below each project's own folder, so only its name counts.
+  if (target == BrowseTarget::EmailFolder) folder.erase(0, folder.rfind(L'\\') + 1);
+  if (folder.empty() || form->IsUnloaded()) return false;
   BrowsedField(target).SetText(text::NormaliseFolder(folder));
+  return true;
 }
 
 std::wstring clsPostrove::DriveProblem(const std::wstring& folder, const std::wstring& fieldName) {

@@ -52,6 +52,9 @@ void clsPostrove::frmPostroveEvent_ButtonClicked(int Index) {
       case forms::kEditProjectButton:
         EditProjectClicked();
         break;
+      case forms::kDefaultsButton:
+        OpenSetup();
+        break;
       case forms::kHelpButton:
         utility_->OpenDocument(std::wstring(forms::kWebSite) + L"/PostroveHelp.htm");
         break;

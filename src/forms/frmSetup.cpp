@@ -4,6 +4,7 @@
 
 #include "forms/icons.h"
 #include "forms/web_site.h"
+#include "shared/text.h"
 
 namespace postrove::forms {
 namespace {
@@ -112,14 +113,15 @@ void frmSetup::DesignDbType() {
   const int optionTop = frameTop + 195;
   const int optionWidth = 1500;
   Add(ControlKind::Label, L"lblFieldLabel", kSetupDbTypeLabel,
-      {kLabelLeft, optionTop + 15, kFieldLeft - kLabelLeft - 60, kLabelHeight}, L"Database Type: ");
+      {kLabelLeft, optionTop + 15, kFieldLeft - kLabelLeft - 60, kLabelHeight},
+      L"Database &Type: ");
   // Without a caption: the label before it says what is chosen.
   Add(ControlKind::Frame, L"fraDbOption", -1, {kFieldLeft, frameTop, 2 * optionWidth + 300, 555});
   Add(ControlKind::OptionButton, L"optDbType", kSetupOwnDb,
-      {kFieldLeft + 150, optionTop, optionWidth, 270}, L"Postrove")
+      {kFieldLeft + 150, optionTop, optionWidth, 270}, L"&Postrove")
       .SetToolTip(L"Select this option to use the Postrove database");
   Add(ControlKind::OptionButton, L"optDbType", kSetupSiblingDb,
-      {kFieldLeft + 150 + optionWidth, optionTop, optionWidth, 270}, L"Quillion")
+      {kFieldLeft + 150 + optionWidth, optionTop, optionWidth, 270}, L"&Quillion")
       .SetToolTip(L"Select this option to use the Quillion database");
 }
 
@@ -144,43 +146,43 @@ void frmSetup::AddAlert(int index, int left, int row, unsigned side) {
 }
 
 void frmSetup::AddFolder(int index, int row, const wchar_t* label, const wchar_t* tip,
-                         int browseIndex, const wchar_t* browseTip) {
+                         int browseIndex, const wchar_t* browseCaption) {
   AddLabel(index, row, label);
   const int top = RowTop(row);
   AddField(index, {kFieldLeft, top, kBrowseLeft - 60 - kFieldLeft, kFieldHeight}, tip).anchors =
       kLeft | kTop | kRight;
   // The picture hides the caption, which screen readers speak.
   Control& browse = Add(ControlKind::CommandButton, L"cmdBrowse", browseIndex,
-                        {kBrowseLeft, top - 15, kBrowseWidth, kFieldHeight + 30}, browseTip);
+                        {kBrowseLeft, top - 15, kBrowseWidth, kFieldHeight + 30}, browseCaption);
   browse.anchors = kTop | kRight;
   browse.icon = kFolderIcon;
-  browse.SetToolTip(browseTip);
+  browse.SetToolTip(text::Replace(browseCaption, L"&", L""));
   AddAlert(index, kAlertLeft, row, kRight);
 }
 
 void frmSetup::DesignFolders() {
-  AddFolder(kSetupDatabase, kDatabaseRow, L"Database Location: ",
+  AddFolder(kSetupDatabase, kDatabaseRow, L"&Database Location: ",
             L"Enter the path for the Postrove database location. Click the Folder button to browse "
             L"for folders.",
-            kSetupBrowseDatabase, L"Browse for a Database Location Folder");
+            kSetupBrowseDatabase, L"&Browse for a Database Location Folder");
   AddFolder(
-      kSetupSettings, kSettingsRow, L"Settings Location: ",
+      kSetupSettings, kSettingsRow, L"&Settings Location: ",
       L"Enter the path for the Settings Configuration file. Click the Folder button to browse "
       L"for folders.",
-      kSetupBrowseSettings, L"Browse for a Settings Configuration File folder");
-  AddFolder(kSetupServerFolder, kServerRow, L"Server Folder: ",
+      kSetupBrowseSettings, L"Browse for a Settings Confi&guration File folder");
+  AddFolder(kSetupServerFolder, kServerRow, L"Server &Folder: ",
             L"Enter the Server Folder for Project Emails. Click the Folder button to browse for "
             L"folders.",
-            kSetupBrowseServerFolder, L"Browse for a Server Project Folder");
-  AddFolder(kSetupEmailFolder, kEmailRow, L"Email Sub-Folder: ",
+            kSetupBrowseServerFolder, L"Browse for a Ser&ver Project Folder");
+  AddFolder(kSetupEmailFolder, kEmailRow, L"&Email Sub-Folder: ",
             L"Enter the Sub-Folder project E-mails will be saved to. Click the Folder button to "
             L"browse for folders.",
-            kSetupBrowseEmailFolder, L"Browse for an E-mail Sub-Folder");
+            kSetupBrowseEmailFolder, L"Browse for an E-&mail Sub-Folder");
 }
 
 // The work-unit word, the delimiters and the example of what they make.
 void frmSetup::DesignSubjectLine() {
-  AddLabel(kSetupWorkType, kWorkTypeRow, L"Work Unit Type: ");
+  AddLabel(kSetupWorkType, kWorkTypeRow, L"&Work Unit Type: ");
   const int workTypeWidth = 2700;
   Control& workType = Add(ControlKind::ComboBox, L"cboWorkType", -1,
                           {kFieldLeft, RowTop(kWorkTypeRow), workTypeWidth, kFieldHeight});
@@ -188,14 +190,16 @@ void frmSetup::DesignSubjectLine() {
   workType.SetToolTip(L"The word used by your company to organize files on the server.");
   AddAlert(kSetupWorkType, kFieldLeft + workTypeWidth + 75, kWorkTypeRow, kLeft);
 
-  AddLabel(kSetupDelimiterLabel, kDelimiterRow, L"Delimiters:")
+  AddLabel(kSetupDelimiterLabel, kDelimiterRow, L"De&limiters:")
       .SetToolTip(L"The strings to be used to separate the segments of the E-mail Subject Line.");
   const int delimiterWidth = 600;
   const int gap = 75;
   int left = kFieldLeft;
   const auto addWord = [&](int index, int width, const wchar_t* text) {
-    Add(ControlKind::Label, L"lblDelimLabel", index, LabelBox(left, kDelimiterRow, width), text)
-        .mnemonic = false;
+    Control& label = Add(ControlKind::Label, L"lblDelimLabel", index,
+                         LabelBox(left, kDelimiterRow, width), text);
+    label.SetTag(text);  // the word is put into it
+    label.mnemonic = false;
     left += width + gap;
   };
   const auto addDelimiter = [&](int index, const wchar_t* tip) {

@@ -26,7 +26,7 @@ class frmSetupEvents {
 };
 
 // Fields: indexes of txtSetup, lblAlert and lblFieldLabel. The work-unit word is in cboWorkType.
-// The two delimiters share lblFieldLabel(1).
+// The two delimiters share lblFieldLabel(1). The pair optDbType counts as one more field.
 enum SetupField {
   kSetupServerFolder = 0,
   kSetupProjectDelimiter = 1,
@@ -35,6 +35,7 @@ enum SetupField {
   kSetupDatabase = 4,
   kSetupSettings = 5,
   kSetupWorkType = 6,
+  kSetupSharing = 7,
 };
 
 // Labels of the array lblFieldLabel that name no field of that index.
@@ -66,6 +67,7 @@ class frmSetup : public Form {
   Control& rtfFieldHints;
   Control& lblFieldLabel(int index) const { return Find(L"lblFieldLabel", index); }
   Control& lblAlert(int index) const { return Find(L"lblAlert", index); }
+  // Its tag keeps the designed text, with "~Unit~" where the work-unit word goes.
   Control& lblDelimLabel(int index) const { return Find(L"lblDelimLabel", index); }
   Control& lblWebSite(int index) const { return Find(L"lblWebSite", index); }
   Control& txtSetup(int index) const { return Find(L"txtSetup", index); }
@@ -87,7 +89,7 @@ class frmSetup : public Form {
   Control& AddField(int index, Box place, const wchar_t* tip);
   void AddAlert(int index, int left, int row, unsigned side);
   void AddFolder(int index, int row, const wchar_t* label, const wchar_t* tip, int browseIndex,
-                 const wchar_t* browseTip);
+                 const wchar_t* browseCaption);
   void Connect(std::weak_ptr<frmSetupEvents> events);
 };
 

@@ -247,6 +247,14 @@ void FormWindow::SettleFocus() {
   now->Model()->UserEntered();
 }
 
+// The same before a click on a control counts. False when a handler took the focus away from it: as
+// in Visual Basic the click is then lost.
+bool FormWindow::SettleOn(const ControlWindow& control) {
+  SettleFocus();
+  const ControlWindow* const now = Focused();
+  return !now || now == &control;
+}
+
 void FormWindow::ShowDefaultButton() {
   ControlWindow* const focused = Focused();
   ControlWindow* const button =
@@ -267,7 +275,7 @@ void FormWindow::PressEnter() {
                                     : ButtonFor(&Control::isDefault);
   if (!button || !button->CanFocus()) return;
   button->Focus(false);
-  SettleFocus();
+  if (!SettleOn(*button)) return;
   if (Control* const model = button->Model()) model->UserClicked();
 }
 
@@ -284,7 +292,8 @@ void FormWindow::PressEscape() {
 void FormWindow::Command(HWND control, UINT code) {
   for (const auto& window : controls_) {
     if (window->Window() != control) continue;
-    if (code == BN_CLICKED && window->IsButton()) SettleFocus();
+    // An option button has marked itself already: its click counts in any case.
+    if (code == BN_CLICKED && !SettleOn(*window) && window->IsButton()) return;
     return window->Command(code);
   }
 }

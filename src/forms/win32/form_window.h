@@ -68,6 +68,7 @@ class FormWindow final : public FormView {
   void MoveFocus(bool back);
   void RestoreFocus();
   void SettleFocus();
+  bool SettleOn(const ControlWindow& control);
   void ShowDefaultButton();
   void PressEnter();
   void PressEscape();

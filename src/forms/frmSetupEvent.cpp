@@ -1,0 +1,387 @@
+#include "controller/clsPostrove.h"
+#include "controller/raised.h"
+#include "data/label_places.h"
+#include "forms/kit/guards.h"
+#include "forms/web_site.h"
+#include "shared/text.h"
+
+// The controller's handlers of the defaults setup dialog's events.
+namespace postrove {
+
+namespace {
+
+constexpr int kBackspace = 8;
+constexpr int kTab = 9;
+constexpr int kEnter = 13;
+constexpr int kFirstPrintable = 32;
+constexpr int kDelete = 127;
+
+constexpr wchar_t kBreak[] = L"\r\n";
+constexpr wchar_t kCorrect[] = L"Please correct the following errors... \r\n";
+
+forms::Control& FieldOf(const forms::frmSetup& form, int index) {
+  return index == forms::kSetupWorkType ? form.cboWorkType : form.txtSetup(index);
+}
+
+bool IsDelimiter(int index) {
+  return index == forms::kSetupProjectDelimiter || index == forms::kSetupSubjectDelimiter;
+}
+
+forms::Control& LabelOf(const forms::frmSetup& form, int index) {
+  return form.lblFieldLabel(IsDelimiter(index) ? forms::kSetupDelimiterLabel : index);
+}
+
+// A field's name in messages: its label without the mark of its key and what follows the name.
+std::wstring NameOf(const forms::frmSetup& form, int index) {
+  const std::wstring name = text::Replace(LabelOf(form, index).Text(), L"&", L"");
+  return name.substr(0, name.find(L':'));
+}
+
+std::wstring ValueMissing(const std::wstring& name) {
+  return L"-The " + name + L" must have a value.";
+}
+
+std::wstring WithWord(const std::wstring& pattern, const std::wstring& word) {
+  return text::ReplaceIgnoreCase(pattern, L"~Unit~", word);
+}
+
+void ShowWord(const forms::frmSetup& form, const std::wstring& word) {
+  for (const int index : {0, 1}) {
+    forms::Control& label = form.lblDelimLabel(index);
+    label.SetText(WithWord(label.Tag(), word));
+  }
+}
+
+void ShowSample(const forms::frmSetup& form) {
+  const auto folder = [&](int index) { return text::NormaliseFolder(form.txtSetup(index).Text()); };
+  form.lblSavePathSample.SetText(
+      folder(forms::kSetupServerFolder) + folder(forms::kSetupEmailFolder) +
+      form.lblDelimLabel(0).Text() + form.txtSetup(forms::kSetupProjectDelimiter).Text() +
+      form.lblDelimLabel(1).Text() + form.txtSetup(forms::kSetupSubjectDelimiter).Text() +
+      L"<email subject>");
+}
+
+// Quillion decides on its database and folders.
+void LockByMode(forms::frmSetup& form, bool shared) {
+  form.txtSetup(forms::kSetupServerFolder).SetLocked(shared);
+  form.cmdBrowse(forms::kSetupBrowseServerFolder).SetVisible(!shared);
+  form.txtSetup(forms::kSetupDatabase).SetLocked(shared);
+  form.cmdBrowse(forms::kSetupBrowseDatabase).SetVisible(!shared);
+  form.ShowSettingsLocation(!shared);
+}
+
+}  // namespace
+
+void clsPostrove::WithSetup(const wchar_t* procedure,
+                            const std::function<void(forms::frmSetup& form)>& body) {
+  const auto self = shared_from_this();
+  const std::shared_ptr<forms::frmSetup> form = frmSetupEvent_;
+  if (form) Reporting(*utility_, L"clsPostrove", procedure, [&] { body(*form); });
+}
+
+void clsPostrove::OpenSetup() {
+  const std::shared_ptr<forms::frmPostrove> saveDialog = frmPostroveEvent_;
+  const auto form = std::make_shared<forms::frmSetup>(weak_from_this());
+  frmSetupEvent_ = form;
+  FillWorkUnitTypes(form->cboWorkType);
+  {
+    const Raised opening(ignoreFieldEvents_);
+    form->optDbType(forms::kSetupSiblingDb).SetEnabled(quillionInstalled_);
+    form->optDbType(useQuillion_ ? forms::kSetupSiblingDb : forms::kSetupOwnDb).SetChecked(true);
+    FillSetup(*form);
+  }
+  frmSetupEvent_SetupFieldGotFocus(forms::kSetupServerFolder);
+  {
+    const forms::Lowered lowered(*forms_, saveDialog, lowered_);
+    forms_->ShowModal(*form);
+  }
+  frmSetupEvent_.reset();
+  if (!saveDialog->IsUnloaded()) forms_->SetFocus(saveDialog->cboPostrove);
+}
+
+// What a field is compared with, and shows again when its text is not taken.
+std::wstring clsPostrove::CurrentDefault(int field) const {
+  switch (field) {
+    case forms::kSetupServerFolder:
+      return Root;
+    case forms::kSetupProjectDelimiter:
+      return ProjDelim;
+    case forms::kSetupSubjectDelimiter:
+      return SubjDelim;
+    case forms::kSetupEmailFolder:
+      return EmailFolder;
+    case forms::kSetupDatabase:
+      return database_->DBPath;
+    case forms::kSetupSettings:
+      return utility_->IniFile().substr(0, utility_->IniFile().rfind(L'\\') + 1);
+    default:
+      return WorkUnit;
+  }
+}
+
+void clsPostrove::FillSetup(forms::frmSetup& form) {
+  refusedField_ = -1;
+  for (int index = forms::kSetupServerFolder; index <= forms::kSetupWorkType; ++index) {
+    forms::Control& field = FieldOf(form, index);
+    field.SetText(CurrentDefault(index));
+    MarkSetupField(form, index);
+    if (field.Locked()) field.SetBackColor(forms::kSystemButtonFace);
+  }
+  ShowWord(form, WorkUnit);
+  ShowSample(form);
+}
+
+void clsPostrove::frmSetupEvent_SetupDbTypeOptionClick() {
+  WithSetup(L"frmSetupEvent_SetupDbTypeOptionClick()",
+            [this](forms::frmSetup& form) { ChangeSharing(form); });
+}
+
+void clsPostrove::ChangeSharing(forms::frmSetup& form) {
+  const bool before = useQuillion_;
+  useQuillion_ = form.optDbType(forms::kSetupSiblingDb).Checked();
+  // In own mode these are not read from the settings.
+  if (before && !useQuillion_) {
+    EmailFolder = kStartEmailFolder;
+    ProjDelim = kStartProjDelim;
+    SubjDelim = kStartSubjDelim;
+  }
+  LockByMode(form, useQuillion_);
+  if (ignoreFieldEvents_) return;  // the dialog is being opened, or the choice taken back
+
+  const bool stored = PostroveDefaultsSave(forms::kSetupSharing, form);
+  if (form.IsUnloaded()) return;
+  const Raised filling(ignoreFieldEvents_);
+  if (stored) {
+    ClearProject();
+  } else {
+    form.optDbType(before ? forms::kSetupSiblingDb : forms::kSetupOwnDb).SetChecked(true);
+    ReloadDefaults();
+    if (form.IsUnloaded()) return;
+  }
+  FillSetup(form);
+}
+
+bool clsPostrove::MarkSetupField(const forms::frmSetup& form, int index) {
+  forms::Control& label = LabelOf(form, index);
+  const bool filled = CheckRequired(FieldOf(form, index), label, form.lblAlert(index));
+  // The caption of both delimiters is red while either is missing.
+  constexpr int kBoth = forms::kSetupProjectDelimiter + forms::kSetupSubjectDelimiter;
+  if (IsDelimiter(index) && form.txtSetup(kBoth - index).Text().empty()) {
+    label.SetForeColor(forms::kRed);
+  }
+  return filled;
+}
+
+void clsPostrove::frmSetupEvent_SetupFieldChange(int Index) {
+  WithSetup(L"frmSetupEvent_SetupFieldChange()",
+            [&](forms::frmSetup& form) { MarkSetupField(form, Index); });
+}
+
+void clsPostrove::frmSetupEvent_SetupFieldGotFocus(int Index) {
+  WithSetup(L"frmSetupEvent_SetupFieldGotFocus()", [&](forms::frmSetup& form) {
+    const std::wstring word = form.cboWorkType.Text();
+    if (Index == forms::kSetupWorkType && !word.empty()) WorkUnit = word;
+    const std::wstring hint = Label(labels::kSetupDialog, static_cast<std::size_t>(Index),
+                                    FieldOf(form, Index).ToolTip());
+    form.rtfFieldHints.SetText((Index == forms::kSetupDatabase ? L"***IMPORTANT***:" : L"Hint:") +
+                               std::wstring(kBreak) +
+                               WithWord(hint, word.empty() ? WorkUnit : word));
+  });
+}
+
+void clsPostrove::frmSetupEvent_SetupFieldLostFocus(int Index) {
+  WithSetup(L"frmSetupEvent_SetupFieldLostFocus()",
+            [&](forms::frmSetup& form) { LeaveSetupField(form, Index); });
+}
+
+void clsPostrove::LeaveSetupField(forms::frmSetup& form, int index) {
+  if (index == forms::kSetupWorkType) workUnitTypeAhead_ = false;
+  forms::Control& field = FieldOf(form, index);
+  if (!IsDelimiter(index)) field.SetText(text::Trim(field.Text()));
+  if (!text::EqualsIgnoreCase(field.Text(), CurrentDefault(index))) CheckSetupField(form, index);
+  if (!form.IsUnloaded()) ShowSample(form);
+}
+
+void clsPostrove::CheckSetupField(forms::frmSetup& form, int index) {
+  forms::Control& field = FieldOf(form, index);
+  const std::wstring name = NameOf(form, index);
+  std::wstring errors;
+  bool refused = false;
+  if (!MarkSetupField(form, index)) {
+    errors = kBreak + ValueMissing(name);
+  } else if (index == forms::kSetupServerFolder || index == forms::kSetupDatabase ||
+             index == forms::kSetupSettings) {
+    // Left again with the same text, the field must not hold the user any longer.
+    if (index == refusedField_ && field.Text() == refusedFolder_) {
+      refusedField_ = -1;
+      return field.SetText(CurrentDefault(index));
+    }
+    errors = SetupFolderProblem(field, name);
+    if (form.IsUnloaded()) return;
+    refused = !errors.empty();
+    refusedField_ = refused ? index : -1;
+    refusedFolder_ = field.Text();
+  }
+  if (errors.empty()) {
+    if (!ignoreFieldEvents_) StoreSetupField(form, index);
+    return;
+  }
+  utility_->ShowMessage(kCorrect + errors, L"Invalid " + name, MessageButtons::Ok,
+                        MessageIcon::Information);
+  if (!refused || form.IsUnloaded()) return;
+  forms_->SetFocus(field);
+  field.Select(0, static_cast<int>(field.Text().size()));
+}
+
+// Why a folder will not do, as lines of the error list; a folder that the user had made instead is
+// then in the field.
+std::wstring clsPostrove::SetupFolderProblem(forms::Control& field, const std::wstring& fieldName) {
+  std::wstring folder = field.Text();
+  if (!text::IsRootedPath(folder)) return {};
+  std::wstring errors;
+  bool accepted = false;
+  const std::wstring drive = DriveProblem(folder, fieldName);
+  if (!drive.empty()) {
+    errors = kBreak + drive;
+  } else {
+    try {
+      accepted = EnsureFolder(folder);
+    } catch (const Error& error) {
+      errors = std::wstring(kBreak) + L"-" + error.Description();
+    }
+  }
+  if (!accepted) return errors + kBreak + L"-Select a different " + fieldName;
+  field.SetText(folder);
+  return {};
+}
+
+// After a setting that could not be stored whole: what the files hold is in force.
+void clsPostrove::ReloadDefaults() {
+  Reporting(*utility_, L"clsPostrove", L"LocateSettingsFile()", [this] { LocateSettingsFile(); });
+}
+
+void clsPostrove::StoreSetupField(forms::frmSetup& form, int index) {
+  const bool stored = PostroveDefaultsSave(index, form);
+  if (!stored) ReloadDefaults();
+  if (form.IsUnloaded()) return;
+  forms::Control& field = FieldOf(form, index);
+  const bool readBack = useQuillion_ || !(IsDelimiter(index) || index == forms::kSetupEmailFolder);
+  if (readBack || !stored) {
+    field.SetText(CurrentDefault(index));
+  } else if (index == forms::kSetupEmailFolder) {
+    field.SetText(text::NormaliseFolder(field.Text()));
+  }
+  if (index == forms::kSetupWorkType) {
+    field.SetItems({});
+    FillWorkUnitTypes(field);
+  } else if (index == forms::kSetupSettings) {
+    const Raised filling(ignoreFieldEvents_);
+    FillSetup(form);  // another file has other settings
+  }
+}
+
+void clsPostrove::frmSetupEvent_SetupListChange(const std::wstring& Text) {
+  if (ignoreFieldEvents_) return;
+  WithSetup(L"frmSetupEvent_SetupListChange()", [&](forms::frmSetup& form) {
+    if (MarkSetupField(form, forms::kSetupWorkType)) ShowWord(form, Text);
+  });
+}
+
+void clsPostrove::frmSetupEvent_SetupListClick() {
+  if (frmSetupEvent_) frmSetupEvent_SetupListChange(frmSetupEvent_->cboWorkType.Text());
+}
+
+void clsPostrove::frmSetupEvent_SetupListKeyPress(int& KeyAscii, const std::wstring&) {
+  if (ignoreFieldEvents_) return;
+  WithSetup(L"frmSetupEvent_SetupListKeyPress()", [&](forms::frmSetup& form) {
+    const bool printable = KeyAscii >= kFirstPrintable && KeyAscii < kDelete;
+    if (printable || (KeyAscii == kBackspace && workUnitTypeAhead_)) {
+      CompleteTyping(form.cboWorkType, KeyAscii, workUnitTypeAhead_);
+    } else if (KeyAscii == kTab || KeyAscii == kEnter) {
+      workUnitTypeAhead_ = false;
+      if (KeyAscii == kEnter) {
+        KeyAscii = 0;
+        forms_->SendTab(form);
+      }
+    }
+  });
+}
+
+void clsPostrove::frmSetupEvent_BrowseClicked(int Index) {
+  constexpr BrowseTarget kTargets[] = {BrowseTarget::ServerFolder, BrowseTarget::EmailFolder,
+                                       BrowseTarget::Database, BrowseTarget::Settings};
+  WithSetup(L"frmSetupEvent_BrowseClicked()", [&](forms::frmSetup& form) {
+    const BrowseTarget target = kTargets[Index];
+    if (BrowseFor(target)) LeaveSetupField(form, BrowsedField(target).Index());
+  });
+}
+
+void clsPostrove::frmSetupEvent_ButtonClicked(int Index) {
+  WithSetup(L"frmSetupEvent_ButtonClicked()", [&](forms::frmSetup& form) {
+    if (Index == forms::kSetupHelp) {
+      utility_->OpenDocument(std::wstring(forms::kWebSite) +
+                             L"/PostroveHelp_files/programsetup.htm");
+    } else {
+      ReturnToSaveDialog(form);
+    }
+  });
+}
+
+std::wstring clsPostrove::ValidateDefaults(const forms::frmSetup& form) const {
+  std::wstring errors;
+  for (int index = forms::kSetupServerFolder; index <= forms::kSetupWorkType; ++index) {
+    const forms::Control& field = FieldOf(form, index);
+    // What the user cannot fill in must not keep the dialog open.
+    if (!field.Text().empty() || field.Locked() || !field.Visible()) continue;
+    if (!errors.empty()) errors += kBreak;
+    if (index == forms::kSetupWorkType) {
+      errors += L"-You must select a Work Unit Type.";
+    } else if (index == forms::kSetupProjectDelimiter) {
+      errors += ValueMissing(WorkUnit + L" Delimiter");
+    } else if (index == forms::kSetupSubjectDelimiter) {
+      errors += ValueMissing(L"Subject Delimiter");
+    } else {
+      errors += ValueMissing(NameOf(form, index));
+    }
+  }
+  return errors;
+}
+
+// The save dialog gets the new words and projects; what the user entered there stays.
+void clsPostrove::ReturnToSaveDialog(forms::frmSetup& form) {
+  const std::wstring errors = ValidateDefaults(form);
+  if (!errors.empty()) {
+    utility_->ShowMessage(kCorrect + errors, L"Invalid Form Entries", MessageButtons::Ok,
+                          MessageIcon::Information);
+    return;
+  }
+  const std::shared_ptr<forms::frmPostrove> saveDialog = frmPostroveEvent_;
+  // A typed project is looked up when the message is saved.
+  if (!typedProject_ && !ProjectNumber.empty()) ResolveSubjectProject();
+  if (form.IsUnloaded()) return;
+  FillSaveLabels(*saveDialog);
+  ArrangeByMode(*saveDialog);
+  {
+    const Raised filling(filling_);
+    forms::Control& combo = saveDialog->cboPostrove;
+    // Emptied with the change to another database.
+    const bool none = ProjectNumber.empty() && ProjectName.empty();
+    const std::wstring shown = typedProject_ ? combo.Text() : std::wstring();
+    FillProjectCombo(combo);
+    if (typedProject_ || none) combo.SetText(shown);
+    if (saveDialog->txtSaveFolder.Text() == proposedFolder_) ProposeFolder(*saveDialog);
+  }
+  form.Unload();
+}
+
+void clsPostrove::frmSetupEvent_SetupWebLabelClick(const std::wstring& Caption) {
+  WithSetup(L"frmSetupEvent_SetupWebLabelClick()", [&](forms::frmSetup&) {
+    try {
+      utility_->OpenDocument(Caption);
+    } catch (const Error&) {
+      utility_->OpenDocument(forms::kWebSite);  // a caption that is no address
+    }
+  });
+}
+
+}  // namespace postrove

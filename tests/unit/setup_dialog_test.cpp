@@ -1,0 +1,476 @@
+// The defaults setup dialog above the save dialog: checking and storing its fields, the two
+// databases, the way back.
+#include "data/project_sql.h"
+#include "forms/web_site.h"
+#include "gtest/gtest.h"
+#include "support/Product.h"
+
+namespace postrove::testing {
+namespace {
+
+const std::wstring kFolder = std::wstring(kAppData) + L"\\Postrove\\";
+const std::wstring kIni = kFolder + L"Postrove.ini";
+const std::wstring kQuillion = std::wstring(kPrograms) + L"\\Quillion";
+const std::wstring kCorrect = L"Please correct the following errors... \r\n";
+constexpr wchar_t kTypes[] = L"WorkUnitType.cnt";
+
+forms::Control& Field(forms::frmSetup& setup, int index) {
+  return index == forms::kSetupWorkType ? setup.cboWorkType : setup.txtSetup(index);
+}
+
+void Enter(forms::frmSetup& setup, int index, const std::wstring& text) {
+  forms::Control& field = Field(setup, index);
+  field.UserEntered();
+  field.UserTyped(text, static_cast<int>(text.size()), 0);
+  field.UserLeft();
+}
+
+class SetupDialog : public ::testing::Test {
+ protected:
+  void SetUp() override { Renew(); }
+
+  void Renew() {
+    product_ = std::make_unique<Product>();
+    utility_ = product_->utility.get();
+    utility_->AddFolder(L"P:\\Jobs");
+    utility_->AddFile(kFolder + L"Postrove.mdb", "rows");
+    utility_->AddFile(kFolder + kTypes, "Project\r\nJob\r\nJoint venture\r\n");
+    product_->database->SetRows(sql::ListProjects(L"Access"),
+                                {{L"2231", L"Mill Street", L"", true, std::int64_t{7}}});
+  }
+
+  // Clicks the button and opens the setup dialog from the save dialog. Ends both.
+  using Setup = std::function<void(forms::frmSetup&)>;
+  using Save = std::function<void(forms::frmPostrove&)>;
+  void Use(const Setup& steps, const Save& after = {}, const Save& before = {}) {
+    if (!product_->shared.gController) product_->Start();
+    product_->forms->Expect([&](forms::Form& form) {
+      auto& save = dynamic_cast<forms::frmPostrove&>(form);
+      if (before) before(save);
+      save.cmdPostrove(forms::kDefaultsButton).UserClicked();
+      if (after) after(save);
+      save.Unload();
+    });
+    product_->forms->Expect([&](forms::Form& form) {
+      EXPECT_EQ(form.Caption(), L"Postrove Defaults Setup");
+      auto& setup = dynamic_cast<forms::frmSetup&>(form);
+      steps(setup);
+      setup.cmdSetup(forms::kSetupReturn).UserClicked();
+      EXPECT_TRUE(setup.IsUnloaded()) << "it does not let its user go";
+      setup.Unload();
+    });
+    const auto mail = product_->outlook.Open(true);
+    product_->outlook.RaiseNew(mail);
+    mail->buttons.at(0)->Raise(office::kCommandBarButtonEvents, office::kButtonClick,
+                               {office::Value(mail->buttons.at(0)), false});
+    EXPECT_TRUE(product_->forms->Finished());
+  }
+
+  void ExpectFolderQuestion(const std::wstring& name, int button) {
+    product_->forms->Expect([=](forms::Form& form) {
+      EXPECT_EQ(form.Caption(), L"Folder Not Found");
+      auto& dialog = dynamic_cast<forms::frmFolderMessage&>(form);
+      if (!name.empty()) dialog.txtFolderMessage(1).UserTyped(name, 0, 0);
+      dialog.cmdFolderMessage(button).UserClicked();
+    });
+  }
+
+  clsPostrove& Controller() { return product_->Controller(); }
+  std::string File(const std::wstring& path) { return utility_->File(path).value_or("(none)"); }
+
+  std::unique_ptr<Product> product_;
+  FakeSharedUtil* utility_ = nullptr;
+};
+
+TEST_F(SetupDialog, EveryFieldWrongOnce) {
+  const std::wstring cd = L"-Drive E: is a CD-ROM drive.  (Select a different ";
+  const struct {
+    int field;
+    const wchar_t* text;
+    const wchar_t* name;
+    std::wstring lines;
+  } cases[] = {
+      {0, L"", L"Server Folder", L"-The Server Folder must have a value."},
+      {1, L"", L"Delimiters", L"-The Delimiters must have a value."},
+      {2, L"", L"Delimiters", L"-The Delimiters must have a value."},
+      {3, L"  ", L"Email Sub-Folder", L"-The Email Sub-Folder must have a value."},
+      {4, L"", L"Database Location", L"-The Database Location must have a value."},
+      {5, L"", L"Settings Location", L"-The Settings Location must have a value."},
+      {6, L" ", L"Work Unit Type", L"-The Work Unit Type must have a value."},
+      {0, L"E:\\A", L"Server Folder", cd + L"Server Folder.)\r\n-Select a different Server Folder"},
+      {4, L"E:\\A", L"Database Location",
+       cd + L"Database Location.)\r\n-Select a different Database Location"},
+      {5, L"E:\\A", L"Settings Location",
+       cd + L"Settings Location.)\r\n-Select a different Settings Location"},
+      {0, L"P:\\None", L"Server Folder", L"-Select a different Server Folder"},
+      {4, L"\\\\server\\None", L"Database Location", L"-Select a different Database Location"},
+      {5, L"P:\\None", L"Settings Location", L"-Select a different Settings Location"},
+  };
+  for (const auto& one : cases) {
+    SCOPED_TRACE(text::ToUtf8(std::wstring(one.name) + L" = " + one.text));
+    Renew();
+    utility_->SetDriveType(L"E:\\", DriveKind::CdRom);
+    const bool folder = text::IsRootedPath(one.text);
+    Use([&](forms::frmSetup& setup) {
+      const std::wstring before = Field(setup, one.field).Text();
+      if (folder && one.text[0] != L'E') ExpectFolderQuestion(L"", 1);
+      utility_->ExpectMessage();
+      Enter(setup, one.field, one.text);
+      const std::vector<std::wstring>& actions = product_->forms->actions;
+      EXPECT_EQ(actions.back() == L"focus txtSetup", folder);
+      EXPECT_EQ(Field(setup, one.field).SelectionLength(),
+                folder ? static_cast<int>(std::wstring(one.text).size()) : 0);
+      EXPECT_EQ(setup.lblAlert(one.field).Visible(), !folder);
+      // A refused folder gives the field free at the second try, an empty field must be filled.
+      if (!folder) utility_->ExpectMessage();
+      Field(setup, one.field).UserLeft();
+      EXPECT_EQ(Field(setup, one.field).Text(), folder ? before : L"");
+      Field(setup, one.field).SetText(before);
+    });
+    ASSERT_FALSE(utility_->Messages().empty());
+    EXPECT_EQ(utility_->Messages()[0],
+              (ShownMessage{kCorrect + L"\r\n" + one.lines, std::wstring(L"Invalid ") + one.name,
+                            MessageButtons::Ok, MessageIcon::Information}));
+    EXPECT_EQ(File(kIni), "(none)");
+    EXPECT_TRUE(utility_->File(kFolder + L"Postrove.mdb"));
+  }
+}
+
+TEST_F(SetupDialog, WhatDidNotChangeIsNeitherCheckedNorStored) {
+  utility_->AddFile(kIni, "[Setup]\r\nRoot=Q:\\Gone\\\r\n");
+  Use([&](forms::frmSetup& setup) {
+    const int before = utility_->FileOperations();
+    for (int index = 0; index <= forms::kSetupWorkType; ++index) {
+      Field(setup, index).UserEntered();
+      Field(setup, index).UserLeft();
+    }
+    Enter(setup, forms::kSetupServerFolder, L"q:\\GONE\\");
+    Enter(setup, forms::kSetupWorkType, L"pROJECT");
+    EXPECT_EQ(utility_->FileOperations(), before);
+  });
+  EXPECT_EQ(File(kIni), "[Setup]\r\nRoot=Q:\\Gone\\\r\n");
+}
+
+TEST_F(SetupDialog, FieldsAreStoredAsTheyAreLeft) {
+  Use(
+      [&](forms::frmSetup& setup) {
+        EXPECT_EQ(setup.lblSavePathSample.Text(),
+                  L"C:\\Corr_Out\\<Project No.>-<Project>=><email subject>");
+        Enter(setup, 0, L"Relative");  // not looked for
+        EXPECT_EQ(File(kIni), "[Setup]\r\nRoot=Relative\\\r\n");
+        ExpectFolderQuestion(L"P:\\Made", 0);
+        Enter(setup, 0, L" P:\\Misspelt");
+        EXPECT_TRUE(utility_->FolderExists(L"P:\\Made"));
+        EXPECT_FALSE(utility_->FolderExists(L"P:\\Misspelt"));
+        Enter(setup, 1, L" _ ");
+        Enter(setup, 2, L"::");
+        Enter(setup, 3, L"Mail");
+        EXPECT_EQ(setup.txtSetup(3).Text(), L"Mail\\");
+        EXPECT_EQ(setup.lblSavePathSample.Text(),
+                  L"P:\\Made\\Mail\\<Project No.> _ <Project>::<email subject>");
+      },
+      [](forms::frmPostrove& save) {
+        EXPECT_EQ(save.txtSaveFolder.Text(), L"P:\\Made\\Corr_Out\\");
+      });
+  EXPECT_EQ(File(kIni),
+            "[Setup]\r\nRoot=P:\\Made\\\r\nProjDelim=\" _ \"\r\nSubjDelim=::\r\n"
+            "EmailFolder=Mail\\\r\n");
+}
+
+TEST_F(SetupDialog, ReturnListsWhatIsMissing) {
+  const std::wstring all =
+      L"-The Server Folder must have a value.\r\n-The Project Delimiter must have a value.\r\n"
+      L"-The Subject Delimiter must have a value.\r\n-The Email Sub-Folder must have a value.\r\n"
+      L"-The Database Location must have a value.\r\n-The Settings Location must have a value.\r\n"
+      L"-You must select a Work Unit Type.";
+  Use([&](forms::frmSetup& setup) {
+    std::vector<std::wstring> values;
+    for (int index = 0; index <= 6; ++index) {
+      values.push_back(Field(setup, index).Text());
+      Field(setup, index).UserTyped(L"", 0, 0);
+    }
+    setup.txtSetup(2).UserTyped(L"x", 1, 0);
+    EXPECT_EQ(setup.lblFieldLabel(forms::kSetupDelimiterLabel).ForeColor(), forms::kRed)
+        << "the other delimiter is missing";
+    setup.txtSetup(2).UserTyped(L"", 0, 0);
+    utility_->ExpectMessage();
+    setup.cmdSetup(forms::kSetupReturn).UserClicked();
+    EXPECT_FALSE(setup.IsUnloaded());
+    EXPECT_EQ(utility_->Messages().at(0),
+              (ShownMessage{kCorrect + all, L"Invalid Form Entries", MessageButtons::Ok,
+                            MessageIcon::Information}));
+    for (int index = 0; index <= 6; ++index) {
+      Field(setup, index).SetText(values[static_cast<std::size_t>(index)]);
+      EXPECT_EQ(Field(setup, index).BackColor(), forms::kSystemWindow);
+    }
+  });
+}
+
+TEST_F(SetupDialog, TheWorkUnitListCompletesAndTakesNewWords) {
+  utility_->AddFile(
+      kFolder + L"Postrove.cnt",
+      "2\r\nh\r\na|x\r\n[Form]\r\no|own\r\ns|shared\r\n1|1\r\n2|2\r\n3|3\r\n4|DB of a "
+      "~unit~\r\n5|5\r\n6|<WorkUnit>\r\n[Form]\r\n");
+  Use(
+      [&](forms::frmSetup& setup) {
+        EXPECT_EQ(setup.rtfFieldHints.Text(), L"Hint:\r\nown");
+        forms::Control& combo = setup.cboWorkType;
+        combo.UserEntered();
+        EXPECT_EQ(setup.rtfFieldHints.Text(), L"Hint:\r\nProject");
+        combo.UserTyped(L"", 0, 0);
+        EXPECT_EQ(setup.lblDelimLabel(0).Text(), L"<Project No.>");
+        for (const wchar_t c : std::wstring(L"jo")) EXPECT_TRUE(combo.UserPressed(c));
+        EXPECT_EQ(combo.Text(), L"Job");
+        EXPECT_EQ(setup.lblDelimLabel(0).Text(), L"<Job No.>");
+        EXPECT_FALSE(combo.UserPressed(L'x'));
+        EXPECT_TRUE(combo.UserPressed(13));
+        EXPECT_EQ(product_->forms->actions.back(), L"tab frmSetup");
+        EXPECT_FALSE(setup.IsUnloaded());
+        combo.UserTyped(L"Matter", 6, 0);
+        EXPECT_FALSE(combo.UserPressed(8)) << "nothing is being completed";
+        combo.UserLeft();
+        EXPECT_EQ(combo.Items(),
+                  (std::vector<std::wstring>{L"Project", L"Job", L"Joint venture", L"Matter"}));
+        EXPECT_EQ(setup.lblDelimLabel(1).Text(), L"<Matter>");
+        setup.txtSetup(4).UserEntered();
+        EXPECT_EQ(setup.rtfFieldHints.Text(), L"***IMPORTANT***:\r\nDB of a Matter");
+      },
+      [](forms::frmPostrove& save) {
+        EXPECT_EQ(save.lblFormTitle.Text(), L"Postrove Matter EMail and File Location");
+        EXPECT_EQ(save.lblProjectLabel.Text(), L"Matter: ");
+      });
+  EXPECT_EQ(File(kFolder + kTypes), "Project\r\nJob\r\nJoint venture\r\nMatter\r\n");
+  EXPECT_EQ(File(kIni), "[Setup]\r\nWorkUnit=Matter\r\n");
+  EXPECT_EQ(product_->forms->actions.back(), L"focus cboPostrove");
+}
+
+TEST_F(SetupDialog, OwnAndSharedDatabase) {
+  const std::wstring shared = kQuillion + L"\\Qulln.txt";
+  utility_->AddFile(shared,
+                    "[FilePathsPrj]\r\n1=S:\\Prj\r\n[Setup]\r\nSubjDelim=##\r\n"
+                    "EmailFolder=Mail\\\r\n");
+  const auto check = [](forms::frmSetup& setup, bool sibling) {
+    SCOPED_TRACE(sibling);
+    EXPECT_EQ(setup.optDbType(forms::kSetupSiblingDb).Checked(), sibling);
+    for (const int field : {0, 4}) {
+      EXPECT_EQ(setup.txtSetup(field).Locked(), sibling);
+      EXPECT_EQ(setup.txtSetup(field).BackColor(),
+                sibling ? forms::kSystemButtonFace : forms::kSystemWindow);
+    }
+    EXPECT_EQ(setup.cmdBrowse(forms::kSetupBrowseServerFolder).Visible(), !sibling);
+    EXPECT_EQ(setup.cmdBrowse(forms::kSetupBrowseDatabase).Visible(), !sibling);
+    EXPECT_EQ(setup.txtSetup(5).Visible(), !sibling);
+    EXPECT_EQ(setup.txtSetup(0).Text(), sibling ? L"S:\\Prj\\" : L"C:\\");
+    EXPECT_EQ(setup.txtSetup(2).Text(), sibling ? L"##" : L"=>");
+    EXPECT_EQ(setup.txtSetup(3).Text(), sibling ? L"Mail\\" : L"Corr_Out\\");
+  };
+  Use(
+      [&](forms::frmSetup& setup) {
+        check(setup, true);
+        EXPECT_EQ(File(kIni), "(none)") << "opening it stored something";
+        setup.optDbType(forms::kSetupOwnDb).UserClicked();
+        check(setup, false);
+        EXPECT_EQ(File(kIni), "[Setup]\r\nUseQuillion=0\r\n");
+        setup.optDbType(forms::kSetupSiblingDb).UserClicked();
+        check(setup, true);
+        Enter(setup, 1, L"_");
+        utility_->SetReadOnly(kIni);
+        utility_->ExpectMessage();
+        setup.optDbType(forms::kSetupOwnDb).UserClicked();
+        check(setup, true);
+        EXPECT_TRUE(Controller().UseQuillion());
+        utility_->AddFile(kIni, File(kIni));
+        setup.optDbType(forms::kSetupOwnDb).UserClicked();
+        check(setup, false);
+      },
+      [&](forms::frmPostrove& save) {
+        EXPECT_TRUE(save.cmdPostrove(forms::kAddProjectButton).Visible());
+        EXPECT_EQ(save.lblFormTitle.Place().left, save.lblProjectLabel.Place().left);
+        EXPECT_EQ(save.txtSaveFolder.Text(), L"C:\\Corr_Out\\");
+        EXPECT_EQ(save.cboPostrove.Text(), L"");  // that project was Quillion's
+        EXPECT_EQ(Controller().ProjectNumber, L"");
+      },
+      [](forms::frmPostrove& save) {
+        EXPECT_FALSE(save.cmdPostrove(forms::kAddProjectButton).Visible());
+        save.cboPostrove.UserPicked(0);
+        EXPECT_EQ(save.txtSaveFolder.Text(), L"S:\\Prj\\2231\\Mail\\");
+      });
+  EXPECT_EQ(File(kIni), "[Setup]\r\nUseQuillion=0\r\n");
+  EXPECT_EQ(File(shared),
+            "[FilePathsPrj]\r\n1=S:\\Prj\r\n[Setup]\r\nSubjDelim=##\r\nEmailFolder=Mail\\\r\n"
+            "ProjDelim=_\r\n");
+}
+
+TEST_F(SetupDialog, LockedFieldsDoNotHoldTheUser) {
+  utility_->AddFile(kQuillion + L"\\Qulln.txt",
+                    "[FilePathsPrj]\r\n1=\r\n[FilePathsMDB]\r\n1=x\r\n");
+  Use([](forms::frmSetup& setup) {
+    EXPECT_EQ(setup.txtSetup(0).Text() + setup.txtSetup(4).Text(), L"");
+  });
+  utility_->Remove(kQuillion);
+  Renew();
+  Use([](forms::frmSetup& setup) {
+    EXPECT_FALSE(setup.optDbType(forms::kSetupSiblingDb).Enabled());
+    EXPECT_TRUE(setup.optDbType(forms::kSetupOwnDb).Checked());
+  });
+}
+
+TEST_F(SetupDialog, DatabaseAndSettingsMoveFromTheirFields) {
+  utility_->AddFile(L"S:\\Taken\\Postrove.mdb", "other rows");
+  utility_->AddFolder(L"S:\\Db");
+  utility_->AddFile(L"S:\\Set\\Postrove.ini", "[Setup]\r\nRoot=P:\\Jobs\\\r\nWorkUnit=Job\r\n");
+  Use([&](forms::frmSetup& setup) {
+    utility_->ExpectMessage(MessageAnswer::No);
+    Enter(setup, 4, L"S:\\Taken");
+    EXPECT_EQ(setup.txtSetup(4).Text(), kFolder);
+    EXPECT_EQ(File(kIni), "(none)");
+    utility_->ExpectMessage();
+    Enter(setup, 4, L"S:\\Db");
+    EXPECT_EQ(setup.txtSetup(4).Text(), L"S:\\Db\\");
+    EXPECT_EQ(utility_->Messages().back(),
+              (ShownMessage{L"You have changed the database location to S:\\Db\\.\r\n",
+                            L"Postrove Database Location Changed", MessageButtons::Ok,
+                            MessageIcon::Information}));
+    EXPECT_EQ(File(L"S:\\Db\\Postrove.mdb"), "rows");
+    EXPECT_FALSE(utility_->File(kFolder + L"Postrove.mdb"));
+    EXPECT_EQ(File(kIni), "[Setup]\r\nPostroveDBPath=S:\\Db\\\r\n");
+
+    utility_->ExpectMessage(MessageAnswer::No);
+    Enter(setup, 5, L"S:\\Set");
+    EXPECT_EQ(setup.txtSetup(5).Text(), kFolder);
+    utility_->ExpectMessage(MessageAnswer::Yes);
+    utility_->ExpectBrowse(L"S:\\Db");  // that file does not know where the database went
+    utility_->AddFile(kFolder + L"Away.txt");
+    Enter(setup, 5, L"S:\\Set");
+    EXPECT_EQ(setup.txtSetup(5).Text(), L"S:\\Set\\");
+    EXPECT_EQ(setup.txtSetup(0).Text(), L"P:\\Jobs\\");
+    EXPECT_EQ(setup.cboWorkType.Text(), L"Job");
+    EXPECT_EQ(setup.lblDelimLabel(1).Text(), L"<Job>");
+  });
+  EXPECT_NE(File(kIni).find("PostroveSettingsPath=S:\\Set\\\r\n"), std::string::npos);
+}
+
+TEST_F(SetupDialog, BrowsedFoldersAreCheckedAndStoredAtOnce) {
+  utility_->SetDriveType(L"E:\\", DriveKind::CdRom);
+  Use([&](forms::frmSetup& setup) {
+    for (const wchar_t* chosen : {L"", L"C:\\"}) {  // a drive has no name of a sub-folder
+      utility_->ExpectBrowse(chosen);
+      setup.cmdBrowse(forms::kSetupBrowseEmailFolder).UserClicked();
+    }
+    EXPECT_EQ(File(kIni), "(none)");
+    utility_->ExpectBrowse(L"P:\\Jobs\\2231\\Mail");
+    setup.cmdBrowse(forms::kSetupBrowseEmailFolder).UserClicked();
+    utility_->ExpectBrowse(L"P:\\Jobs");
+    setup.cmdBrowse(forms::kSetupBrowseServerFolder).UserClicked();
+    for (const int browse : {forms::kSetupBrowseDatabase, forms::kSetupBrowseSettings}) {
+      utility_->ExpectBrowse(L"E:\\A");
+      utility_->ExpectMessage();
+      setup.cmdBrowse(browse).UserClicked();
+      EXPECT_EQ(product_->forms->actions.back(), L"focus txtSetup");
+    }
+    for (const int field : {5, 4}) setup.txtSetup(field).UserTyped(kFolder, 0, 0);
+    setup.cmdSetup(forms::kSetupHelp).UserClicked();
+    for (const int site : {0, 1}) setup.lblWebSite(site).UserClicked();
+    EXPECT_FALSE(setup.IsUnloaded());
+  });
+  EXPECT_EQ(File(kIni), "[Setup]\r\nEmailFolder=Mail\\\r\nRoot=P:\\Jobs\\\r\n");
+  EXPECT_EQ(utility_->BrowsePrompts(),
+            (std::vector<std::wstring>{
+                L"Select Default Email Folder:", L"Select Default Email Folder:",
+                L"Select Default Email Folder:", L"Select Default Root Folder:",
+                L"Select the Postrove Database Location:", L"Select the Settings File Location:"}));
+  const std::wstring site = forms::kWebSite;
+  EXPECT_EQ(utility_->OpenedDocuments(),
+            (std::vector<std::wstring>{site + L"/PostroveHelp_files/programsetup.htm", site,
+                                       L"Find Out About Quillion"}));
+}
+
+TEST_F(SetupDialog, WhatTheUserEnteredInTheSaveDialogStays) {
+  for (const bool own : {true, false}) {
+    SCOPED_TRACE(own);
+    Renew();
+    Use([](forms::frmSetup& setup) { Enter(setup, 0, L"P:\\Jobs"); },
+        [&](forms::frmPostrove& save) {
+          EXPECT_EQ(save.cboPostrove.Text(), own ? L"Harbour: 9" : L"Mill Street: 2231");
+          EXPECT_EQ(save.txtSaveFolder.Text(), own ? L"D:\\Mine" : L"P:\\Jobs\\2231\\Corr_Out\\");
+          EXPECT_EQ(save.txtSaveAsName.Text(), L"A name");
+        },
+        [&](forms::frmPostrove& save) {
+          save.cboPostrove.UserPicked(0);
+          save.txtSaveAsName.UserTyped(L"A name", 6, 0);
+          if (!own) return;
+          save.cboPostrove.UserTyped(L"Harbour: 9", 10, 0);
+          save.txtSaveFolder.UserTyped(L"D:\\Mine", 7, 0);
+        });
+  }
+}
+
+// Whatever file operation fails: the database is somewhere whole, the dialog shows what is in force
+// and works on.
+TEST_F(SetupDialog, FailingFilesLoseNothing) {
+  const struct {
+    int field;
+    const wchar_t* text;
+  } cases[] = {{0, L"P:\\Jobs"}, {1, L"_"},       {4, L"P:\\Jobs"},
+               {5, L"P:\\Jobs"}, {6, L"Landing"}, {forms::kSetupSharing, L""}};
+  for (const auto& one : cases) {
+    int operations = 1;
+    for (int n = 0; n <= operations; ++n) {
+      SCOPED_TRACE(::testing::Message() << "field " << one.field << ", operation " << n);
+      Renew();
+      utility_->AddFile(kIni, "[Setup]\r\nUseQuillion=0\r\nRoot=C:\\\r\n");
+      utility_->AddFolder(kQuillion);
+      product_->Start();
+      utility_->AnswerTheRest();
+      Use([&](forms::frmSetup& setup) {
+        const int before = utility_->FileOperations();
+        if (n > 0) utility_->FailFileOperation(n);
+        if (one.field == forms::kSetupSharing) {
+          setup.optDbType(forms::kSetupSiblingDb).UserClicked();
+        } else {
+          // The first operation looks for the folder.
+          const bool asked = n == 1 && text::IsRootedPath(one.text);
+          if (asked) ExpectFolderQuestion(L"", 1);
+          Enter(setup, one.field, one.text);
+          if (asked) Field(setup, one.field).UserLeft();
+        }
+        if (n == 0) operations = utility_->FileOperations() - before;
+        EXPECT_EQ(setup.optDbType(forms::kSetupSiblingDb).Checked(), Controller().UseQuillion());
+        EXPECT_EQ(setup.txtSetup(5).Visible(), !Controller().UseQuillion());
+        if (!Controller().UseQuillion() && one.field != 1) {
+          EXPECT_EQ(setup.txtSetup(0).Text(), Controller().Root);
+          EXPECT_EQ(setup.txtSetup(4).Text(), product_->database->DBPath);
+          EXPECT_EQ(setup.cboWorkType.Text(), Controller().WorkUnit);
+        }
+      });
+      EXPECT_TRUE(File(kFolder + L"Postrove.mdb") == "rows" ||
+                  File(L"P:\\Jobs\\Postrove.mdb") == "rows");
+      EXPECT_TRUE(File(kIni).starts_with("[Setup]\r\nUseQuillion="));
+      if (n == 0) {
+        EXPECT_TRUE(operations > 3);
+      }
+    }
+  }
+}
+
+TEST_F(SetupDialog, OutlookQuitsInside) {
+  for (const int where : {0, 1}) {
+    SCOPED_TRACE(where);
+    Renew();
+    const auto quit = [this] {
+      product_->shared.gController->Terminate();
+      product_->shared.gController.reset();
+    };
+    Use(
+        [&](forms::frmSetup& setup) {
+          if (where == 0) return quit();
+          product_->forms->Expect([&](forms::Form&) { quit(); });
+          Enter(setup, 4, L"P:\\None");
+        },
+        [](forms::frmPostrove& save) { EXPECT_TRUE(save.IsUnloaded()); });
+    EXPECT_EQ(File(kIni), "(none)");
+  }
+}
+
+}  // namespace
+}  // namespace postrove::testing

@@ -1,0 +1,250 @@
+// Stories of the defaults setup dialog in the stand-in Outlook: a user works on its real windows,
+// and what is left on the disk is looked at as text.
+
+#include <functional>
+#include <stdexcept>
+#include <thread>
+
+#include "outlook/dialog_windows.h"
+#include "product_run.h"
+
+namespace {
+
+using namespace standin;
+
+const std::wstring kData = L"C:\\ProgramData\\Postrove\\";
+const std::wstring kIni = kData + L"Postrove.ini";
+const std::wstring kDatabase = kData + L"Postrove.mdb";
+const std::wstring kQuillion = L"C:\\Program Files\\Quillion";
+constexpr wchar_t kSetup[] = L"Postrove Defaults Setup";
+
+void WaitFor(const std::string& what, const std::function<bool()>& condition) {
+  const ULONGLONG deadline = GetTickCount64() + 10000;
+  while (!condition()) {
+    if (GetTickCount64() > deadline) {
+      throw std::runtime_error("waited for " + what + "\n" +
+                               postrove::text::ToUtf8(DescribeWindows()));
+    }
+    Sleep(1);
+  }
+}
+
+bool Exists(const std::wstring& path) {
+  return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+std::string Text(const std::wstring& path) {
+  return Exists(path) ? ReadWholeFile(path) : std::string("(none)");
+}
+
+// A dialog in front, by its caption.
+class Window {
+ public:
+  explicit Window(const std::wstring& caption) {
+    WaitFor(postrove::text::ToUtf8(caption), [&] {
+      window_ = TopDialog();
+      return window_ && TextOf(window_) == caption;
+    });
+  }
+
+  void Press(const std::wstring& button) const {
+    HWND found = nullptr;
+    WaitFor(postrove::text::ToUtf8(button),
+            [&] { return (found = FindButton(window_, button)) != nullptr; });
+    PostMessageW(found, BM_CLICK, 0, 0);
+  }
+
+  // The box after the label gets the text and is left again.
+  void Enter(const std::wstring& label, const std::wstring& text) const {
+    const HWND edit = Box(label);
+    PostMessageW(window_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(edit), TRUE);
+    WaitFor("the focus", [&] {
+      GUITHREADINFO info = {};
+      info.cbSize = sizeof info;
+      GetGUIThreadInfo(GetWindowThreadProcessId(window_, nullptr), &info);
+      return info.hwndFocus == edit;
+    });
+    SendMessageW(edit, EM_SETSEL, 0, -1);
+    SendMessageW(edit, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(text.c_str()));
+    PostMessageW(window_, WM_NEXTDLGCTL, 0, 0);
+  }
+
+  std::wstring Value(const std::wstring& label) const { return TextOf(Box(label)); }
+
+  bool Shows(const std::wstring& label) const {
+    for (const HWND one : VisibleChildren(window_, L"STATIC")) {
+      if (TextOf(one) == label) return true;
+    }
+    return false;
+  }
+  void WaitForLabel(const std::wstring& label) const {
+    WaitFor(postrove::text::ToUtf8(label), [&] { return Shows(label); });
+  }
+
+ private:
+  HWND Box(const std::wstring& label) const {
+    const HWND edit =
+        label == L"Work Unit Type" ? ComboEdit(window_) : EditAfterLabel(window_, label);
+    if (!edit) throw std::runtime_error("no box " + postrove::text::ToUtf8(label));
+    return edit;
+  }
+
+  HWND window_ = nullptr;
+};
+
+class Setup : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    CopyFileW(kDatabase.c_str(), backup_.c_str(), FALSE);
+    types_ = Text(kData + L"WorkUnitType.cnt");
+  }
+
+  void TearDown() override {
+    CopyFileW(backup_.c_str(), kDatabase.c_str(), FALSE);
+    DeleteFileW(kIni.c_str());
+    DeleteFileW((kQuillion + L"\\Qulln.txt").c_str());
+    RemoveDirectoryW(kQuillion.c_str());
+    WIN32_FIND_DATAW found;
+    const HANDLE search = FindFirstFileW((kData + L"Moved_By_Postrove*").c_str(), &found);
+    if (search != INVALID_HANDLE_VALUE) {
+      do {
+        DeleteFileW((kData + found.cFileName).c_str());
+      } while (FindNextFileW(search, &found));
+      FindClose(search);
+    }
+    Write(kData + L"WorkUnitType.cnt", types_);
+  }
+
+  static void Write(const std::wstring& path, const std::string& bytes) {
+    const HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                                    FILE_ATTRIBUTE_NORMAL, nullptr);
+    ASSERT_NE(file, INVALID_HANDLE_VALUE);
+    DWORD written = 0;
+    WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+    CloseHandle(file);
+  }
+
+  // One run of Outlook, in which a user opens the setup dialog, does the steps in it and returns;
+  // then does what is to do in the save dialog, and closes it.
+  using Steps = std::function<void(const Window&)>;
+  static void Run(const Steps& inSetup, const Steps& after = {}) {
+    Host host;
+    host.LoadAddIns();
+    Inspector& inspector = host.Open(run::Mail(L"Minutes"));
+    std::thread user([&] {
+      try {
+        const Window save(L"Postrove");
+        save.Press(L"Defaults...");
+        const Window setup(kSetup);
+        inSetup(setup);
+        setup.Press(L"Return");
+        const Window again(L"Postrove");
+        if (after) after(again);
+        again.Press(L"Close");
+      } catch (const std::exception& failure) {
+        std::fprintf(stderr, "%s\n", failure.what());
+        TerminateProcess(GetCurrentProcess(), 1);  // the dialogs would stay for ever
+      }
+    });
+    EXPECT_TRUE(host.Click(inspector));
+    user.join();
+    host.Quit();
+    EXPECT_EQ(run::Held(host), "");
+  }
+
+  static void WaitForText(const std::wstring& path, const std::string& text) {
+    WaitFor(text, [&] { return Text(path) == text; });
+  }
+
+  const run::Registered registered_;
+  const run::Folder folder_;
+  const std::wstring backup_ = folder_ / L"backup";
+  std::string types_;
+};
+
+TEST_F(Setup, ANewWordStandsInEveryCaption) {
+  Run(
+      [](const Window& setup) {
+        EXPECT_TRUE(setup.Shows(L"<Project No.>"));
+        setup.Enter(L"Work Unit Type", L"Landing");
+        WaitForText(kIni, "[Setup]\r\nWorkUnit=Landing\r\n");
+        setup.WaitForLabel(L"<Landing No.>");
+        setup.WaitForLabel(L"C:\\Corr_Out\\<Landing No.>-<Landing>=><email subject>");
+      },
+      [](const Window& save) {
+        save.WaitForLabel(L"Postrove Landing EMail and File Location");
+        save.WaitForLabel(L"Landing: ");
+      });
+  EXPECT_TRUE(Text(kData + L"WorkUnitType.cnt").ends_with("Landing\r\n"));
+}
+
+TEST_F(Setup, OwnAndSharedDatabase) {
+  CreateDirectoryW(kQuillion.c_str(), nullptr);
+  const std::string settings =
+      "[FilePathsPrj]\r\n1=P:\\Prj\r\n[FilePathsMDB]\r\n1=C:\\ProgramData\\Postrove\\Postrove."
+      "mdb\r\n";
+  Write(kQuillion + L"\\Qulln.txt", settings);
+  Run([](const Window& setup) {
+    EXPECT_EQ(setup.Value(L"Server Folder"), L"P:\\Prj\\");
+    EXPECT_FALSE(setup.Shows(L"&Settings Location: "));
+    setup.Press(L"Postrove");
+    WaitForText(kIni, "[Setup]\r\nUseQuillion=0\r\n");
+    setup.WaitForLabel(L"&Settings Location: ");
+    EXPECT_EQ(setup.Value(L"Server Folder"), L"C:\\");
+    setup.Press(L"Quillion");
+    WaitForText(kIni, "[Setup]\r\nUseQuillion=1\r\n");
+  });
+  EXPECT_EQ(Text(kQuillion + L"\\Qulln.txt"), settings);
+}
+
+TEST_F(Setup, TheDatabaseMovesOnceNobodyHasItOpen) {
+  const std::string rows = Text(kDatabase);
+  const HANDLE inUse = CreateFileW(kDatabase.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                   OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+  ASSERT_NE(inUse, INVALID_HANDLE_VALUE);
+  const std::wstring place = folder_.Path();
+  Run([&](const Window& setup) {
+    setup.Enter(L"Database Location", place);
+    Window(L"Postrove").Press(L"OK");
+    WaitFor("the old folder", [&] { return setup.Value(L"Database Location") == kData; });
+    EXPECT_EQ(Text(kIni), "(none)");
+    EXPECT_EQ(Text(kDatabase), rows);
+    EXPECT_FALSE(Exists(place + L"Postrove.mdb"));
+    CloseHandle(inUse);
+    setup.Enter(L"Database Location", place);
+    Window(L"Postrove Database Location Changed").Press(L"OK");
+    WaitFor("the new folder", [&] { return TopDialog() && TextOf(TopDialog()) == kSetup; });
+    EXPECT_EQ(setup.Value(L"Database Location"), place);
+  });
+  EXPECT_EQ(Text(kIni), "[Setup]\r\nPostroveDBPath=" + postrove::text::ToUtf8(place) + "\r\n");
+  EXPECT_FALSE(Exists(kDatabase));
+  EXPECT_EQ(Text(place + L"Postrove.mdb"), rows);
+}
+
+TEST_F(Setup, TheSettingsFolderIsGoneAtTheNextStart) {
+  const std::wstring away = folder_.Path() + L"away\\";
+  const std::string pointer = "PostroveSettingsPath=" + postrove::text::ToUtf8(away) + "\r\n";
+  Run([&](const Window& setup) {
+    setup.Enter(L"Server Folder", folder_.Path());
+    WaitFor("the root", [&] { return Exists(kIni); });
+    setup.Enter(L"Settings Location", away);
+    Window(L"Folder Not Found").Press(L"OK");
+    WaitFor("the move", [&] { return Text(kIni).ends_with(pointer); });
+  });
+  const std::string moved = "[Setup]\r\nRoot=" + postrove::text::ToUtf8(folder_.Path()) + "\r\n";
+  EXPECT_EQ(Text(away + L"Postrove.ini"), moved);
+  DeleteFileW((away + L"Postrove.ini").c_str());
+  RemoveDirectoryW(away.c_str());
+  Run([&](const Window& setup) {
+    EXPECT_EQ(setup.Value(L"Settings Location"), away);
+    EXPECT_EQ(setup.Value(L"Server Folder"), L"C:\\");
+    setup.Enter(L"Settings Location", kData);
+    WaitFor("the move back", [&] { return setup.Value(L"Settings Location") == kData; });
+    WaitFor("its root", [&] { return setup.Value(L"Server Folder") == folder_.Path(); });
+  });
+  EXPECT_NE(Text(kIni).find("PostroveSettingsPath=C:\\ProgramData\\Postrove\\\r\n"),
+            std::string::npos);
+  EXPECT_FALSE(Exists(away));
+}
+
+}  // namespace
