@@ -280,6 +280,7 @@ class clsPostrove final : public forms::frmPostroveEvents,
   std::wstring FolderOf(const Project& project) const;
   bool AskToAddProject();
   void TellTemporaryProject();
+  std::wstring NewProjectFolder();
   void AddTemporaryProject();
   void ChooseListedProject(int row);
 

@@ -70,7 +70,7 @@ void clsPostrove::ResolveSubjectProject() {
   if (useQuillion_) {
     TellTemporaryProject();
   } else if (AskToAddProject()) {
-    if (ProjFilePath.empty()) ProjFilePath = Root + ProjectNumber + L"\\";
+    if (ProjFilePath.empty()) ProjFilePath = NewProjectFolder();
     ProjInfoMode = L"addmanual";
     Active = true;
     OpenProjectInfo();
@@ -103,8 +103,14 @@ bool clsPostrove::AskToAddProject() {
                                MessageIcon::Question) == MessageAnswer::Yes;
 }
 
+// The number can come from a stranger's subject: it names one folder below the root, never a way
+// out of it.
+std::wstring clsPostrove::NewProjectFolder() {
+  return text::NormaliseFolder(Root + utility_->MakeFileName(ProjectNumber));
+}
+
 void clsPostrove::AddTemporaryProject() {
-  ProjFilePath = Root + ProjectNumber + L"\\";
+  ProjFilePath = NewProjectFolder();
   ProjectList.push_back({ProjectNumber, ProjectName, ProjFilePath, false, 0});
   if (!frmPostroveEvent_) return;
   forms::Control& combo = frmPostroveEvent_->cboPostrove;
