@@ -55,6 +55,9 @@ class FakeSharedUtil : public clsSharedUtil {
   void ExpectMessage(MessageAnswer answer = MessageAnswer::Ok) { answers_.push_back(answer); }
   void ExpectBrowse(std::wstring chosen) { picks_.push_back(std::move(chosen)); }
 
+  // From now on message boxes need no announcement: a question is answered with No.
+  void AnswerAllMessages() { answersAll_ = true; }
+
   // The n-th file operation from now on fails, 1 being the next: it throws Error where it can, else
   // it answers as for a missing file.
   void FailFileOperation(int n) { failing_ = operations_ + n; }
@@ -135,6 +138,7 @@ class FakeSharedUtil : public clsSharedUtil {
                             MessageButtons buttons, MessageIcon icon) override {
     messages_.push_back({text, title, buttons, icon});
     const bool question = buttons == MessageButtons::YesNo;
+    if (answersAll_) return question ? MessageAnswer::No : MessageAnswer::Ok;
     const std::optional<MessageAnswer> answer =
         Take(&answers_, L"message box", title + L" | " + text);
     if (!answer) return question ? MessageAnswer::No : MessageAnswer::Ok;
@@ -223,6 +227,7 @@ class FakeSharedUtil : public clsSharedUtil {
   std::vector<ShownMessage> messages_;
   std::vector<std::wstring> prompts_;
   std::vector<std::wstring> documents_;
+  bool answersAll_ = false;
   int operations_ = 0;
   int failing_ = 0;
 };
