@@ -11,14 +11,16 @@ demo.sh [OPTION]... [FILE.eml]: opens a message in a stand-in for Outlook, press
 and files the message. Sets up and builds what is missing.
 
   --new               a new message, which is filed and sent
-  --project TEXT      the project to pick or to type; without it "Harbour Bridge: 2231"
+  --project TEXT      the project to pick or to type; without it "Harbour Bridge: 2231". About one that
+                      the database does not know the add-in asks, and the answer is No unless told
   --folder PATH       the folder to type: of this machine, or of the private Windows ("C:\...")
   --name TEXT         the file name to type
   --editor text|html|word
                       the kind of message or its editor
   --outlook 9..16     the version to behave like (there was no 13)
   --answer TITLE=BUTTON
-                      the button to press in each message box of that title; may be repeated
+                      the button to press in each message box of that title; may be repeated.
+                      BUTTON:NAME types a name first, where a dialog has one to edit
   --screenshots DIR   leaves a picture of every dialog there, as PNG files
   --interactive       shows the windows on your display and leaves the work to you
   --help              this text

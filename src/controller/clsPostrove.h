@@ -278,9 +278,11 @@ class clsPostrove final : public forms::frmPostroveEvents,
   std::wstring ValidateSave();
   void ResolveTypedProject();
   void TakeTypedProject();
-  bool ChooseFileName(const std::wstring& folder, std::wstring& fileName);
+  // False when the user cancelled; `overwrite` when a file of that name is to be written over.
+  bool ChooseFileName(const std::wstring& folder, std::wstring& fileName, bool& overwrite);
   std::wstring FileNameFor(const std::wstring& name, const std::wstring& folder, bool attachments);
-  void WriteAndSend(const office::MailItem& mail, const std::wstring& path, std::int32_t saveType);
+  void WriteAndSend(const office::MailItem& mail, const std::wstring& path, bool overwrite,
+                    std::int32_t saveType);
 
   // Shows the folder message dialog above the save dialog. The accepted name, empty on Cancel.
   std::wstring AskFolderMessage(const std::wstring& caption, const std::wstring& message,
@@ -333,6 +335,7 @@ class clsPostrove final : public forms::frmPostroveEvents,
   std::wstring FolderOf(const Project& project) const;
   bool AskToAddProject();
   void TellTemporaryProject();
+  std::wstring NewProjectFolder();
   void AddTemporaryProject();
   void ChooseListedProject(int row);
 

@@ -78,7 +78,7 @@ void clsPostrove::ResolveSubjectProject() {
   if (useQuillion_) {
     TellTemporaryProject();
   } else if (AskToAddProject()) {
-    if (ProjFilePath.empty()) ProjFilePath = text::NormaliseFolder(Root + ProjectNumber);
+    if (ProjFilePath.empty()) ProjFilePath = NewProjectFolder();
     ProjInfoMode = L"addmanual";
     Active = true;
     OpenProjectInfo();
@@ -108,8 +108,14 @@ bool clsPostrove::AskToAddProject() {
                                MessageIcon::Question) == MessageAnswer::Yes;
 }
 
+// The number can come from a stranger's subject: it names one folder below the root, never a way
+// out of it.
+std::wstring clsPostrove::NewProjectFolder() {
+  return text::NormaliseFolder(Root + utility_->MakeFileName(ProjectNumber));
+}
+
 void clsPostrove::AddTemporaryProject() {
-  ProjFilePath = text::NormaliseFolder(Root + ProjectNumber);
+  ProjFilePath = NewProjectFolder();
   ProjectList.push_back({ProjectNumber, ProjectName, ProjFilePath, false, 0});
   if (!frmPostroveEvent_) return;
   forms::Control& combo = frmPostroveEvent_->cboPostrove;

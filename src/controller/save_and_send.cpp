@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <utility>
 
 #include "controller/clsPostrove.h"
 #include "forms/kit/guards.h"
@@ -45,12 +44,20 @@ class FilledSubject {
   bool filled_;
 };
 
-// A file that is about to be written over, out of the way under another name until the new one is
-// there. Whatever fails before, it comes back.
-class SetAside {
+// The place of a file that is about to be written. A file that the user agreed to write over is out
+// of the way under another name until the new one is there; whatever fails before, the place is
+// then as it was. Throws Error when a file is there that nobody agreed about, or that cannot be
+// moved.
+class FilePlace {
  public:
-  SetAside(clsSharedUtil& utility, const std::wstring& path) : utility_(utility), path_(path) {
-    if (utility_.FileSize(path) < 0) return;
+  FilePlace(clsSharedUtil& utility, const std::wstring& path, bool overwrite)
+      : utility_(utility), path_(path) {
+    if (!overwrite) {
+      if (utility_.FileSize(path) < 0) return;
+      // Another user may have filed it meanwhile.
+      throw Error(kPathFileAccess, L"clsPostrove.SaveAndSendMail()",
+                  L"The file " + text::Quoted(path) + L" already exists.");
+    }
     std::wstring aside = path + L".old";
     for (int n = 2; utility_.FileSize(aside) >= 0; ++n) {
       aside = path + L".old" + text::FromNumber(n);
@@ -58,23 +65,24 @@ class SetAside {
     utility_.RenameFile(path, aside);
     aside_ = aside;
   }
-  SetAside(const SetAside&) = delete;
-  SetAside& operator=(const SetAside&) = delete;
-  ~SetAside() {
-    if (aside_.empty()) return;
+  FilePlace(const FilePlace&) = delete;
+  FilePlace& operator=(const FilePlace&) = delete;
+  ~FilePlace() {
+    if (kept_) return;
     try {
+      // Half a message must not pass for a filed one.
       if (utility_.FileSize(path_) >= 0) utility_.RemoveFile(path_);
-      utility_.RenameFile(aside_, path_);
+      if (!aside_.empty()) utility_.RenameFile(aside_, path_);
     } catch (...) {
       // It stays under its other name.
     }
   }
 
-  void Discard() {
+  void Keep() {
+    kept_ = true;
     if (aside_.empty()) return;
-    const std::wstring old = std::exchange(aside_, std::wstring());
     try {
-      utility_.RemoveFile(old);
+      utility_.RemoveFile(aside_);
     } catch (const Error&) {
       // The new file is there; one too many harms nobody.
     }
@@ -84,6 +92,7 @@ class SetAside {
   clsSharedUtil& utility_;
   const std::wstring path_;
   std::wstring aside_;
+  bool kept_ = false;
 };
 
 // The message with the footer for as long as it is being filed: what was there before is put back
@@ -223,7 +232,8 @@ std::wstring clsPostrove::FileNameFor(const std::wstring& name, const std::wstri
   return cleaned + ending;
 }
 
-bool clsPostrove::ChooseFileName(const std::wstring& folder, std::wstring& fileName) {
+bool clsPostrove::ChooseFileName(const std::wstring& folder, std::wstring& fileName,
+                                 bool& overwrite) {
   while (utility_->FileExists(folder, fileName)) {
     const std::wstring accepted = AskFolderMessage(
         L"Existing File Name",
@@ -234,7 +244,8 @@ bool clsPostrove::ChooseFileName(const std::wstring& folder, std::wstring& fileN
             kBreak + L"-Just click 'OK' to overwrite the existing file." + kBreak +
             L"-Click 'Cancel' to return to the Postrove form and modify the file name.");
     if (accepted.empty()) return false;
-    if (accepted == fileName) return true;  // overwrite
+    overwrite = accepted == fileName;
+    if (overwrite) return true;
     std::wstring stem = text::Trim(accepted);
     const std::wstring_view extension = kExtension;
     if (stem.size() >= extension.size() &&
@@ -262,8 +273,9 @@ bool clsPostrove::SaveAndSendMail() {
     FilledSubject subject(mail, ProjectNumber + ProjDelim + ProjectName + SubjDelim + SaveAsName);
     const std::wstring folder = form->txtSaveFolder.Text();
     std::wstring fileName = FileNameFor(SaveAsName, folder, mail.AttachmentCount() != 0);
-    if (!ChooseFileName(folder, fileName)) return;
-    WriteAndSend(mail, folder + fileName, outlook->SaveType());
+    bool overwrite = false;
+    if (!ChooseFileName(folder, fileName, overwrite)) return;
+    WriteAndSend(mail, folder + fileName, overwrite, outlook->SaveType());
     subject.Keep();
     handled = true;
   });
@@ -271,7 +283,7 @@ bool clsPostrove::SaveAndSendMail() {
 }
 
 void clsPostrove::WriteAndSend(const office::MailItem& mail, const std::wstring& path,
-                               std::int32_t saveType) {
+                               bool overwrite, std::int32_t saveType) {
   if (mail.RecipientCount() == 0) {
     if (!clickedIsSent_) mail.Send();  // Outlook refuses it and says why
     utility_->ShowMessage(L"This E-mail has no recipients. It was not saved.", L"Cannot Save",
@@ -281,13 +293,13 @@ void clsPostrove::WriteAndSend(const office::MailItem& mail, const std::wstring&
   const forms::WaitCursor wait(*forms_);
   const std::int32_t editor = clickedInspector_.EditorType();
   FootedBody footed(mail, editor == office::kEditorWord || editor == office::kEditorHtml, path);
-  SetAside previous(*utility_, path);
+  FilePlace place(*utility_, path, overwrite);
   mail.SaveAs(path, saveType);
   if (utility_->FileSize(path) <= 0) {
     throw Error(kPathFileAccess, L"SaveAs",
                 L"Outlook did not write the file " + text::Quoted(path) + L".");
   }
-  previous.Discard();
+  place.Keep();
   if (!clickedIsSent_) mail.Send();
   footed.Keep();
 }

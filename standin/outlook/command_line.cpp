@@ -30,7 +30,7 @@ Editor ParseEditor(const std::wstring& text) {
 std::pair<std::wstring, std::wstring> ParseAnswer(const std::wstring& text) {
   const std::size_t equals = text.find(L'=');
   if (equals == std::wstring::npos || equals == 0 || equals + 1 == text.size()) {
-    throw Wrong(L"--answer is TITLE=BUTTON, not " + text);
+    throw Wrong(L"--answer is TITLE=BUTTON or TITLE=BUTTON:NAME, not " + text);
   }
   std::wstring title = postrove::text::Trim(text.substr(0, equals));
   for (wchar_t& c : title) c = postrove::text::Fold(c);

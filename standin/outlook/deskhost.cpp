@@ -2,7 +2,7 @@
 // add-in's button, lets the user act and ends.
 //
 //   deskhost [--outlook 9..16] [--editor text|html|word] [--new] [--project TEXT] [--folder PATH]
-//            [--name TEXT] [--answer TITLE=BUTTON]... [--screenshots DIR] [--interactive]
+//            [--name TEXT] [--answer TITLE=BUTTON[:NAME]]... [--screenshots DIR] [--interactive]
 //            [--sent-folder DIR] [--fail-call N] [--calls FILE] MESSAGEFOLDER
 //
 // Prints "Message: TITLE | TEXT" for each message box, "Filed: PATH" for each file written and
@@ -80,7 +80,7 @@ void WaitForUser(const Inspector& inspector) {
   }
 }
 
-// False when there is no button to press.
+// False when there is no button to press, or what the user was to do cannot be done.
 bool Work(Host& host, const CommandLine& given) {
   Inspector& inspector = host.OpenFolder(given.messageFolder, !given.composing, given.editor);
   if (given.interactive) {
@@ -90,7 +90,7 @@ bool Work(Host& host, const CommandLine& given) {
   UserScript script = given.user;
   script.report = [](const std::wstring& line) { PrintLine(stdout, line); };
   const ScriptedUser user(std::move(script));
-  if (host.Click(inspector)) return true;
+  if (host.Click(inspector)) return !user.Faulty();
   PrintLine(stderr, L"Fault: the inspector has no button of the add-in");
   return false;
 }

@@ -63,7 +63,8 @@ std::wstring FilePart(const std::wstring& title) {
 
 }  // namespace
 
-ScriptedUser::ScriptedUser(UserScript script) : script_(std::move(script)) {
+ScriptedUser::ScriptedUser(UserScript script)
+    : script_(std::move(script)), answers_(script_.answers) {
   static const ATOM registered = [] {
     WNDCLASSEXW windowClass = {};
     windowClass.cbSize = sizeof windowClass;
@@ -94,6 +95,9 @@ ScriptedUser::~ScriptedUser() {
   CloseHandle(stop_);
   CloseHandle(left_);
   DestroyWindow(helper_);
+  for (const auto& [title, answer] : answers_) {
+    if (!answered_.contains(title)) script_.report(L"Unused: " + title + L"=" + answer);
+  }
 }
 
 LRESULT CALLBACK ScriptedUser::HelperProcedure(HWND window, UINT message, WPARAM wParam,
@@ -147,17 +151,24 @@ void ScriptedUser::FillSaveDialog(HWND dialog) {
   const auto paste = [&](const wchar_t* label, const std::optional<std::wstring>& value) {
     if (!value) return;
     const HWND edit = EditAfterLabel(dialog, label);
-    if (!edit) {
-      script_.report(std::wstring(L"Fault: the dialog has no text box labelled ") + label);
-      return;
-    }
-    SendMessageW(helper_, kFocus, 0, reinterpret_cast<LPARAM>(edit));
-    SendMessageW(edit, EM_SETSEL, 0, -1);
-    SendMessageW(edit, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(value->c_str()));
-    Settle();
+    if (!edit) return Fault(std::wstring(L"the dialog has no text box labelled ") + label);
+    Replace(edit, *value);
   };
   paste(L"Folder", script_.folder);
   paste(L"Name", script_.name);
+}
+
+// As pasted over all that was there.
+void ScriptedUser::Replace(HWND edit, const std::wstring& value) {
+  SendMessageW(helper_, kFocus, 0, reinterpret_cast<LPARAM>(edit));
+  SendMessageW(edit, EM_SETSEL, 0, -1);
+  SendMessageW(edit, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(value.c_str()));
+  Settle();
+}
+
+void ScriptedUser::Fault(const std::wstring& text) {
+  faulty_ = true;
+  script_.report(L"Fault: " + text);
 }
 
 void ScriptedUser::TypeInto(HWND edit, const std::wstring& value) {
@@ -189,9 +200,28 @@ void ScriptedUser::Answer(HWND dialog) {
   }
 }
 
-HWND ScriptedUser::ScriptedButton(HWND dialog, const std::wstring& title) const {
-  const auto answer = script_.answers.find(Lower(title));
-  return answer == script_.answers.end() ? nullptr : FindButton(dialog, answer->second);
+// The button that the script names, after its name was typed; null without an answer.
+HWND ScriptedUser::ScriptedButton(HWND dialog, const std::wstring& title) {
+  const auto answer = answers_.find(Lower(title));
+  if (answer == answers_.end()) return nullptr;
+  const std::wstring text = answer->second;
+  if (answers_.count(answer->first) > 1) {
+    answers_.erase(answer);
+  } else {
+    answered_.insert(answer->first);
+  }
+  const std::size_t colon = text.find(L':');
+  const HWND button = FindButton(dialog, text.substr(0, colon));
+  if (!button) Fault(L"\"" + title + L"\" has no button " + text.substr(0, colon));
+  if (button && colon != std::wstring::npos) {
+    const std::vector<HWND> edits = VisibleChildren(dialog, L"EDIT");
+    if (edits.size() < 2) {
+      Fault(L"\"" + title + L"\" has no name to edit");
+    } else {
+      Replace(edits.back(), text.substr(colon + 1));
+    }
+  }
+  return button;
 }
 
 // Posted, not sent: what the button starts then runs as after real input.
@@ -208,7 +238,7 @@ void ScriptedUser::Picture(HWND dialog, const std::wstring& title) {
   swprintf(number, 16, L"%02d-", ++pictures_);
   const std::wstring path =
       text::NormaliseFolder(script_.screenshots) + number + FilePart(title) + L".bmp";
-  if (!SaveScreenshot(dialog, path)) script_.report(L"Fault: no picture " + path);
+  if (!SaveScreenshot(dialog, path)) Fault(L"no picture " + path);
 }
 
 // The answer is posted behind all that was asked of the thread before. It comes when that was dealt

@@ -51,4 +51,22 @@ inline void Require(bool kept, const char* promise) {
   std::abort();
 }
 
+// What holds for every name that was made to stand in a file name.
+inline void RequireFileName(const std::wstring& name, std::size_t maxUnits) {
+  Require(text::ToUtf16(name).size() <= maxUnits, "the name is short enough");
+  for (std::size_t i = 0; i < name.size();) {
+    const char32_t c = text::NextCodePoint(name, &i);
+    Require(c >= 0x20 && (c < 0xD800 || c > 0xDFFF), "no control character, no half a pair");
+    Require(c > 0x7F || std::string_view("\\/:*?\"<>|").find(static_cast<char>(c)) ==
+                            std::string_view::npos,
+            "no forbidden character");
+  }
+  const auto clean = [](wchar_t c) { return c != L'.' && c != L' '; };
+  Require(name.empty() || (clean(name.front()) && clean(name.back())), "clean ends");
+  const std::wstring base = text::Trim(name.substr(0, name.find(L'.')));
+  for (const wchar_t* device : {L"con", L"prn", L"aux", L"nul", L"com1", L"lpt9", L"conin$"}) {
+    Require(!text::EqualsIgnoreCase(base, device), "no device's name");
+  }
+}
+
 }  // namespace postrove

@@ -75,6 +75,17 @@ demo 0 --name 'Übergabe Pläne' --folder 'C:\Projects\Büro 7' --outlook 9
 prints out 'Filed: .*/drive_c/Projects/Büro 7/Übergabe Pläne\(att\)\.msg'
 exists Filed
 
+# A project that the database does not know is asked about; the answer unless told is No.
+demo 0 --project 'Halle: 99' --name Plan --folder 'C:\Projects\7' \
+  --answer 'Folder Not Found=OK:C:\Projects\8'
+prints out 'Message: Project Not Found \| Project name "Halle" was not found in the Database \. .*'
+prints out 'Filed: .*/drive_c/Projects/8/Plan\(att\)\.msg'
+exists Filed
+
+demo 1 --answer 'Folder Not Found=Maybe' --answer 'Never Asked=OK'
+prints out 'Fault: "Folder Not Found" has no button Maybe'
+prints out 'Unused: never asked=OK'
+
 demo 0 --new --editor html --screenshots pictures
 exists Filed
 exists Sent

@@ -46,7 +46,7 @@ class FakeObject : public office::Object, public std::enable_shared_from_this<Fa
   office::Value Get(const wchar_t* member, const office::Arguments& arguments) override {
     log_.Record(name_ + L"." + member);
     if (const auto found = functions.find(member); found != functions.end()) {
-      return found->second(arguments);
+      return Function(found->second)(arguments);
     }
     const auto found = properties.find(member);
     if (found == properties.end()) ThrowUnknown(member);
@@ -64,7 +64,7 @@ class FakeObject : public office::Object, public std::enable_shared_from_this<Fa
     log_.Record(name_ + L"." + member + L"()");
     const auto found = functions.find(member);
     if (found == functions.end()) ThrowUnknown(member);
-    return found->second(arguments);
+    return Function(found->second)(arguments);
   }
 
   office::ObjectPtr As(const office::Guid& interfaceId) override {
@@ -95,6 +95,12 @@ class FakeObject : public office::Object, public std::enable_shared_from_this<Fa
       } catch (const Error&) {
       }
     }
+  }
+
+  // The host released it: every use fails from now on, also from within one of its own functions.
+  void Release() {
+    properties.clear();
+    functions.clear();
   }
 
   std::size_t SinkCount() const { return sinks_.size(); }

@@ -13,14 +13,28 @@ using ::testing::ElementsAre;
 TEST(ScriptedUser, AnswersMessageBoxes) {
   std::vector<std::wstring> report;
   UserScript script;
-  script.answers = {{L"delete it?", L"Yes"}};
+  script.answers = {{L"delete it?", L"Yes"},
+                    {L"other", L"Yes"},
+                    {L"other", L"Cancel"},
+                    {L"odd", L"Maybe"},
+                    {L"never", L"OK:name"}};
   script.report = [&](const std::wstring& line) { report.push_back(line); };
-  const ScriptedUser user(std::move(script));
-  EXPECT_EQ(MessageBoxW(nullptr, L"First\r\nSecond", L"Delete it?", MB_YESNO), IDYES);
-  EXPECT_EQ(MessageBoxW(nullptr, L"Sure?", L"Other", MB_YESNO), IDNO);
-  EXPECT_EQ(MessageBoxW(nullptr, L"Sure?", L"Other", MB_OKCANCEL), IDOK);
-  EXPECT_THAT(report, ElementsAre(L"Message: Delete it? | First / Second",
-                                  L"Message: Other | Sure?", L"Message: Other | Sure?"));
+  {
+    const ScriptedUser user(std::move(script));
+    EXPECT_EQ(MessageBoxW(nullptr, L"First\r\nSecond", L"Delete it?", MB_YESNO), IDYES);
+    EXPECT_EQ(MessageBoxW(nullptr, L"Sure?", L"Unasked", MB_YESNO), IDNO);
+    EXPECT_EQ(MessageBoxW(nullptr, L"Sure?", L"Other", MB_YESNO), IDYES);
+    EXPECT_EQ(MessageBoxW(nullptr, L"Sure?", L"Other", MB_OKCANCEL), IDCANCEL);
+    EXPECT_EQ(MessageBoxW(nullptr, L"Sure?", L"Other", MB_OKCANCEL), IDCANCEL);
+    EXPECT_FALSE(user.Faulty());
+    EXPECT_EQ(MessageBoxW(nullptr, L"Sure?", L"Odd", MB_YESNO), IDNO);
+    EXPECT_TRUE(user.Faulty());
+  }
+  EXPECT_THAT(report,
+              ElementsAre(L"Message: Delete it? | First / Second", L"Message: Unasked | Sure?",
+                          L"Message: Other | Sure?", L"Message: Other | Sure?",
+                          L"Message: Other | Sure?", L"Message: Odd | Sure?",
+                          L"Fault: \"Odd\" has no button Maybe", L"Unused: never=OK:name"));
 }
 
 // A save dialog as an add-in would make it: its default button opens a message box, which leaves it
@@ -99,7 +113,7 @@ TEST(ScriptedUser, FillsTheSaveDialogAndGivesUpWhenItStays) {
   struct Case {
     const char* name;
     bool asks;
-    std::map<std::wstring, std::wstring> answers;
+    std::multimap<std::wstring, std::wstring> answers;
     bool givenUp;
   };
   const Case cases[] = {

@@ -1,0 +1,298 @@
+// Filings that something goes wrong in: each call and operation in turn, the host that takes its
+// objects away, input that would lead elsewhere.
+
+#include "filing_fixture.h"
+
+namespace postrove::testing {
+namespace {
+
+using office::Value;
+
+enum Kind { kPlain, kOverwrite, kOverwriteCancelled, kFolderMade, kTemporaryProject };
+enum Part { kOffice, kFiles, kDatabase, kDisk };
+
+struct Story {
+  Kind kind;
+  bool sent;
+  bool shared;
+};
+
+constexpr wchar_t kPath[] = L"C:\\Corr_Out\\Minutes- 12 May.msg";
+constexpr wchar_t kMadePath[] = L"D:\\New\\Minutes- 12 May.msg";
+constexpr wchar_t kOther[] = L"C:\\Corr_Out\\other.msg";
+
+class Failures : public Filing {
+ protected:
+  // One filing whose n-th call or operation of a kind fails; 0 for none. Answers how many of that
+  // kind there were.
+  int Play(const Story& story, Part part, int n) {
+    product_ = std::make_unique<Product>();
+    saved_.clear();
+    sent_ = 0;
+    Open(story.sent, 2, story.shared);
+    product_->utility->AnswerTheRest();
+    product_->utility->AddFile(kOther, "other");
+    if (story.kind == kOverwrite || story.kind == kOverwriteCancelled) {
+      product_->utility->AddFile(kPath, "old");
+    }
+    if (part == kDisk && n != 0) FailDisk(n);
+    product_->forms->everyone = [this, story](forms::Form& form) { Act(form, story); };
+    FakeLog& log = product_->outlook.log;
+    log.calls.clear();
+    const int files = product_->utility->FileOperations();
+    const auto statements = product_->database->Statements().size();
+    if (part == kOffice) log.failAt = n;
+    if (part == kFiles && n != 0) product_->utility->FailFileOperation(n);
+    if (part == kDatabase && n != 0) product_->database->FailOperation(n);
+    Press(*mail_);
+    if (part == kOffice) return static_cast<int>(log.calls.size());
+    if (part == kFiles) return product_->utility->FileOperations() - files;
+    if (part == kDisk) return 2;
+    return static_cast<int>(product_->database->Statements().size() - statements);
+  }
+
+  void Press(FakeOutlook::Inspector& mail) {
+    shown_ = closed_ = false;
+    mail.buttons.at(0)->Raise(office::kCommandBarButtonEvents, office::kButtonClick, {});
+    product_->outlook.log.failAt = 0;
+    EXPECT_EQ(product_->forms->waiting, 0);
+  }
+
+  // A full disk: half a file and an error, or an empty file and none.
+  void FailDisk(int n) {
+    const auto whole = mail_->item->functions[L"SaveAs"];
+    mail_->item->functions[L"SaveAs"] = [=, this](const office::Arguments& arguments) {
+      mail_->item->functions[L"SaveAs"] = whole;
+      product_->utility->AddFile(office::ToText(arguments.at(0)), n == 1 ? "mess" : "");
+      if (n == 1) throw Error(static_cast<long>(0x80030070), L"SaveAs", L"The disk is full.");
+      return Value();
+    };
+  }
+
+  // The user wants it filed and agrees to every question, or cancels that about the existing file.
+  void Act(forms::Form& form, const Story& story) {
+    if (auto* question = dynamic_cast<forms::frmFolderMessage*>(&form)) {
+      const bool cancels =
+          story.kind == kOverwriteCancelled && form.Caption() == L"Existing File Name";
+      return question->cmdFolderMessage(cancels ? 1 : 0).UserClicked();
+    }
+    auto& dialog = dynamic_cast<forms::frmPostrove&>(form);
+    shown_ = true;
+    const std::wstring project =
+        story.kind == kTemporaryProject ? L"Hall: 9" : L"Mill Street: 2231";
+    dialog.cboPostrove.UserTyped(project, static_cast<int>(project.size()), 0);
+    dialog.txtSaveFolder.UserTyped(story.kind == kFolderMade ? L"D:\\New" : L"C:\\Corr_Out", 0, 0);
+    dialog.cmdPostrove(forms::kMainButton).UserClicked();
+    closed_ = dialog.IsUnloaded();
+    dialog.Unload();
+  }
+
+  std::string At(const std::wstring& path) { return product_->utility->File(path).value_or(""); }
+
+  void CheckNothingIsLost(const Story& story, bool failed) {
+    const std::wstring path = story.kind == kFolderMade ? kMadePath : kPath;
+    const bool filed = At(path) == "message";
+    EXPECT_EQ(At(kOther), "other");
+    EXPECT_TRUE(story.kind != kOverwrite || filed || At(path) == "old") << At(path);
+    EXPECT_TRUE(story.kind != kOverwriteCancelled || At(path) == "old") << At(path);
+    for (const std::wstring& file : product_->utility->Files()) {
+      if (!file.ends_with(L".msg")) continue;
+      EXPECT_TRUE(At(file) != "" && At(file) != "mess") << "half a message";
+    }
+    EXPECT_LE(sent_, story.sent ? 0 : 1);
+    EXPECT_TRUE(sent_ == 0 || filed) << "sent unfiled";
+    EXPECT_EQ(closed_, filed && (story.sent || sent_ != 0));
+    if (!closed_ && story.kind != kOverwriteCancelled) {
+      EXPECT_TRUE(failed);
+      EXPECT_FALSE(product_->utility->Messages().empty()) << "failed without a word";
+    }
+    if (!closed_) {
+      EXPECT_EQ(mail_->item->properties[L"HTMLBody"], Value(L"<HTML><body>Hello</Body></HTML>"));
+    }
+  }
+
+  // The same message again when it was not handled, else another one.
+  void CheckTheNextFilingWorks(const Story& story) {
+    if (closed_) {
+      const auto before = mail_;
+      mail_ = product_->outlook.Open(true);
+      mail_->item->properties[L"Subject"] = L"Next";
+      mail_->item->functions[L"SaveAs"] = before->item->functions[L"SaveAs"];
+      product_->outlook.RaiseNew(mail_);
+      ASSERT_EQ(mail_->buttons.size(), 1u);
+    }
+    saved_.clear();
+    sent_ = 0;
+    const bool another = closed_;
+    Story next = story;
+    if (next.kind == kOverwriteCancelled) next.kind = kOverwrite;
+    product_->forms->everyone = [this, next](forms::Form& form) { Act(form, next); };
+    Press(*mail_);
+    EXPECT_TRUE(closed_);
+    ASSERT_EQ(saved_.size(), 1u);
+    EXPECT_EQ(At(saved_[0]), "message");
+    EXPECT_EQ(sent_, another || story.sent ? 0 : 1);
+  }
+
+  bool shown_ = false;
+  bool closed_ = false;
+};
+
+TEST_F(Failures, AnySingleOneLosesNothing) {
+  int runs = 0;
+  for (const Kind kind :
+       {kPlain, kOverwrite, kOverwriteCancelled, kFolderMade, kTemporaryProject}) {
+    for (const bool sent : {true, false}) {
+      for (const bool shared : {false, true}) {
+        for (const Part part : {kOffice, kFiles, kDatabase, kDisk}) {
+          if (kind == kOverwriteCancelled && part == kDisk) continue;  // nothing is written
+          int count = 0;
+          for (int n = 0; n <= count; ++n) {
+            const Story story{kind, sent, shared};
+            SCOPED_TRACE(::testing::Message() << "kind " << kind << ", sent " << sent << ", shared "
+                                              << shared << ", part " << part << ", number " << n);
+            const int made = Play(story, part, n);
+            if (n == 0) count = made;
+            CheckNothingIsLost(story, n != 0);
+            CheckTheNextFilingWorks(story);
+            ++runs;
+            if (HasFailure()) return;
+          }
+          EXPECT_GE(count, part == kDatabase ? 1 : 2);
+        }
+      }
+    }
+  }
+  RecordProperty("runs", runs);
+  EXPECT_GT(runs, 500);
+}
+
+// The host closes the window and takes the item away, or quits, at any moment.
+TEST_F(Failures, TheHostTakesItsObjectsAway) {
+  enum Moment { kDialog, kQuestion, kSaveAs, kSend };
+  for (const bool quits : {false, true}) {
+    for (const Moment moment : {kDialog, kQuestion, kSaveAs, kSend}) {
+      SCOPED_TRACE(::testing::Message() << "moment " << moment << ", quits " << quits);
+      product_ = std::make_unique<Product>();
+      saved_.clear();
+      sent_ = 0;
+      Open(false);
+      product_->utility->AnswerTheRest();
+      const auto takeAway = [this, quits] {
+        if (quits)
+          return product_->outlook.app->Raise(office::kApplicationEvents, office::kApplicationQuit);
+        const auto mail = mail_;
+        mail->item->Raise(office::kItemEvents, office::kItemClose, {false});
+        mail->window->Raise(office::kInspectorEvents, office::kInspectorClose);
+        mail->item->Release();
+        mail->window->Release();
+      };
+      for (const wchar_t* member : {L"SaveAs", L"Send"}) {
+        if ((moment != kSaveAs || member != std::wstring(L"SaveAs")) &&
+            (moment != kSend || member != std::wstring(L"Send"))) {
+          continue;
+        }
+        const auto before = mail_->item->functions[member];
+        mail_->item->functions[member] = [=](const office::Arguments& arguments) {
+          before(arguments);
+          takeAway();
+          return Value();
+        };
+      }
+      if (moment == kQuestion) product_->utility->AddFile(kPath, "old");
+      product_->forms->everyone = [&](forms::Form& form) {
+        if (moment == kDialog || form.Name() == L"frmFolderMessage") takeAway();
+        Act(form, {kPlain, false, false});
+      };
+      Press(*mail_);
+      const bool writes = moment == kSaveAs || moment == kSend;
+      EXPECT_EQ(saved_.size(), writes ? 1u : 0u);
+      EXPECT_EQ(At(kPath), writes ? "message" : moment == kQuestion ? "old" : "");
+      // Quitting leaves the item usable: what was begun is ended.
+      EXPECT_EQ(sent_, moment == kSend || (moment == kSaveAs && quits) ? 1 : 0);
+      EXPECT_EQ(closed_, quits || moment == kSend);
+      EXPECT_EQ(product_->utility->Messages().empty(), closed_);
+    }
+  }
+}
+
+// The button of another window, pressed under the open dialog, changes nothing about its filing.
+TEST_F(Failures, AnotherWindowsButtonDuringTheDialog) {
+  Open(true);
+  const auto draft = product_->outlook.Open(false);
+  product_->outlook.RaiseNew(draft);
+  product_->outlook.active = mail_;
+  std::swap(mail_->buttons, draft->buttons);  // all clicks arrive at the button made last
+  int dialogs = 0;
+  product_->forms->everyone = [&](forms::Form& form) {
+    ++dialogs;
+    product_->outlook.active = draft;
+    mail_->buttons.at(0)->Raise(office::kCommandBarButtonEvents, office::kButtonClick, {});
+    EXPECT_EQ(product_->forms->actions.back(), L"front frmPostrove");
+    Act(form, {kPlain, true, false});
+  };
+  Press(*mail_);
+  EXPECT_EQ(dialogs, 1);
+  EXPECT_EQ(saved_, std::vector<std::wstring>{kPath});
+  EXPECT_EQ(sent_, 0);
+}
+
+TEST_F(Failures, BadInputIsCleanedOrRefusedAndNothingGoesElsewhere) {
+  const std::wstring deep = L"C:\\" + std::wstring(252, L'd');
+  const struct {
+    std::wstring folder, name;
+    std::wstring saved;  // empty: refused with a message
+  } cases[] = {
+      {L"C:\\Corr_Out", L"..\\..\\x", L"C:\\Corr_Out\\-..-x.msg"},
+      {L"C:\\Corr_Out", L"C:\\x", L"C:\\Corr_Out\\C--x.msg"},
+      {L"C:\\Corr_Out", L"\\\\server\\x", L"C:\\Corr_Out\\--server-x.msg"},
+      {L"C:\\Corr_Out", L"x:stream", L"C:\\Corr_Out\\x-stream.msg"},
+      {L"C:\\Corr_Out", L"con", L"C:\\Corr_Out\\_con.msg"},
+      {L"C:\\Corr_Out", L"LPT1.txt", L"C:\\Corr_Out\\_LPT1.txt.msg"},
+      {L"C:\\Corr_Out", L"\x202Egsm.exe", L"C:\\Corr_Out\\gsm.exe.msg"},
+      {L"C:\\Corr_Out", L"a\r\nb", L"C:\\Corr_Out\\a b.msg"},
+      {L"C:\\Corr_Out", std::wstring(L"a\0b", 3), L"C:\\Corr_Out\\a b.msg"},
+      {L"C:\\Corr_Out", std::wstring(10000, L'x'),
+       L"C:\\Corr_Out\\" + std::wstring(200, L'x') + L".msg"},
+      {L"C:\\Corr_Out", L" . ", L""},
+      {L"..\\up", L"x", L""},
+      {L"C:up", L"x", L""},
+      {kOther, L"x", L""},  // a folder that is a file
+      {std::wstring(kOther) + L"\\sub", L"x", L""},
+      {deep, L"x", L""},  // no room for a name
+      {deep + L"\\" + deep, L"x", L""},
+      {L"Q:\\", L"x", L""},  // no such drive
+  };
+  for (const bool sent : {true, false}) {
+    for (const auto& one : cases) {
+      SCOPED_TRACE(text::ToUtf8(one.folder.substr(0, 40) + L" | " + one.name.substr(0, 40)));
+      product_ = std::make_unique<Product>();
+      saved_.clear();
+      sent_ = 0;
+      Open(sent);
+      product_->utility->AnswerTheRest();
+      product_->utility->AddFile(kOther, "other");
+      product_->forms->everyone = [&](forms::Form& form) {
+        if (auto* question = dynamic_cast<forms::frmFolderMessage*>(&form)) {
+          return question->cmdFolderMessage(0).UserClicked();
+        }
+        auto& dialog = dynamic_cast<forms::frmPostrove&>(form);
+        TypeProject(dialog);
+        dialog.txtSaveFolder.UserTyped(one.folder, 0, 0);
+        dialog.txtSaveAsName.UserTyped(one.name, 0, 0);
+        dialog.cmdPostrove(forms::kMainButton).UserClicked();
+        closed_ = dialog.IsUnloaded();
+        dialog.Unload();
+      };
+      Press(*mail_);
+      const bool refused = one.saved.empty();
+      EXPECT_EQ(saved_, refused ? std::vector<std::wstring>() : std::vector{one.saved});
+      EXPECT_EQ(sent_, refused || sent ? 0 : 1);
+      EXPECT_EQ(closed_, !refused);
+      EXPECT_EQ(product_->utility->Messages().size(), refused ? 1u : 0u);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace postrove::testing
