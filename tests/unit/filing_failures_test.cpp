@@ -17,9 +17,9 @@ struct Story {
   bool shared;
 };
 
-constexpr wchar_t kPath[] = L"C:\\Corr_Out\\Minutes- 12 May.msg";
+constexpr wchar_t kPath[] = L"D:\\Filed\\Minutes- 12 May.msg";
 constexpr wchar_t kMadePath[] = L"D:\\New\\Minutes- 12 May.msg";
-constexpr wchar_t kOther[] = L"C:\\Corr_Out\\other.msg";
+constexpr wchar_t kOther[] = L"D:\\Filed\\other.msg";
 
 class Failures : public Filing {
  protected:
@@ -81,7 +81,7 @@ class Failures : public Filing {
     const std::wstring project =
         story.kind == kTemporaryProject ? L"Hall: 9" : L"Mill Street: 2231";
     dialog.cboPostrove.UserTyped(project, static_cast<int>(project.size()), 0);
-    dialog.txtSaveFolder.UserTyped(story.kind == kFolderMade ? L"D:\\New" : L"C:\\Corr_Out", 0, 0);
+    dialog.txtSaveFolder.UserTyped(story.kind == kFolderMade ? L"D:\\New" : L"D:\\Filed", 0, 0);
     dialog.cmdPostrove(forms::kMainButton).UserClicked();
     closed_ = dialog.IsUnloaded();
     dialog.Unload();

@@ -19,7 +19,7 @@ class Filing : public ::testing::Test {
     product_->database->SetRows(sql::ListProjects(product_->database->DbType),
                                 {{L"2231", L"Mill Street", L"C:\\", true, std::int64_t{7}}});
     product_->utility->AddFolder(L"C:\\Corr_Out");
-    product_->utility->AddFolder(L"D:\\");
+    product_->utility->AddFolder(L"D:\\Filed");
     mail_ = product_->outlook.Open(sent);
     mail_->window->properties[L"EditorType"] = editor;
     mail_->item->properties[L"Subject"] = L"Minutes: 12 May";
