@@ -121,18 +121,6 @@ TEST_F(Filing, AnExistingFileIsNeverReplacedUnasked) {
   EXPECT_EQ(saved_, std::vector<std::wstring>{L"C:\\Corr_Out\\Minutes- 12 May.msg"});
 }
 
-TEST_F(Filing, NothingIsSentThatWasNotWritten) {
-  Open(false);
-  writes_ = false;  // SaveAs answers well but leaves no file
-  product_->utility->ExpectMessage(MessageAnswer::Ok);
-  Click(TypeProject, false);
-  EXPECT_EQ(saved_.size(), 1u);
-  EXPECT_EQ(sent_, 0);
-  EXPECT_EQ(product_->utility->Messages().size(), 1u);
-  // The footer is taken off again, so that the next try does not add a second one.
-  EXPECT_EQ(mail_->item->properties[L"HTMLBody"], Value(L"<HTML><body>Hello</Body></HTML>"));
-}
-
 TEST_F(Filing, WithoutRecipientsNothingIsWritten) {
   for (const bool sent : {true, false}) {
     recipients_ = false;
@@ -155,17 +143,6 @@ TEST_F(Filing, TheCloseButtonClosesWithoutSaving) {
   mail_->buttons.at(0)->Raise(office::kCommandBarButtonEvents, office::kButtonClick, {});
   EXPECT_TRUE(saved_.empty());
   EXPECT_EQ(sent_, 0);
-}
-
-TEST_F(Filing, ASecondClickBringsTheOpenDialogToTheFront) {
-  Open(true);
-  product_->forms->Expect([this](forms::Form& form) {
-    mail_->buttons.at(0)->Raise(office::kCommandBarButtonEvents, office::kButtonClick, {});
-    form.UserClosed();
-  });
-  mail_->buttons.at(0)->Raise(office::kCommandBarButtonEvents, office::kButtonClick, {});
-  EXPECT_EQ(product_->forms->actions.back(), L"front frmPostrove");
-  EXPECT_TRUE(product_->forms->Finished());
 }
 
 TEST_F(Filing, TheActiveWindowsMessageIsFiledWithItsOwnState) {
@@ -241,19 +218,6 @@ TEST_F(Filing, FoldersThatDependOnTheCurrentOneAreRefused) {
     dialog.txtSaveFolder.UserTyped(L"  C:\\Corr_Out ", 0, 0);
   });
   EXPECT_EQ(saved_, std::vector<std::wstring>{L"C:\\Corr_Out\\Minutes- 12 May.msg"});
-}
-
-TEST_F(Filing, TheOldFileComesBackWhenTheNewOneIsNotWritten) {
-  Open(false);
-  writes_ = false;
-  const std::wstring path = L"C:\\Corr_Out\\Minutes- 12 May.msg";
-  product_->utility->AddFile(path, "old");
-  AnswerFolderMessage(L"Existing File Name", L"", 0);
-  product_->utility->ExpectMessage();
-  Click(TypeProject, false);
-  EXPECT_EQ(sent_, 0);
-  EXPECT_EQ(product_->utility->File(path), "old");
-  EXPECT_EQ(product_->utility->Files().size(), 2u);  // with the database
 }
 
 TEST_F(Filing, AFilledInSubjectIsTakenBackWithTheTry) {
