@@ -108,10 +108,12 @@ sample_database() {
 }
 
 # office_data WIDTH: the add-in's data folder of the prefix as a new office has it: the shipped files and
-# a sample database, no settings file.
+# a sample database, no settings file, no Quillion (which a test that was ended may have left).
 office_data() {
-  local folder
-  folder=$(wine_prefix "$1")/drive_c/ProgramData/Postrove
+  local folder drive
+  drive=$(wine_prefix "$1")/drive_c
+  folder=$drive/ProgramData/Postrove
+  rm -rf "$drive/ProgramData/Quillion" "$drive/Program Files/Quillion"
   mkdir -p "$folder"
   rm -f "$folder/Postrove.ini"
   cp "$root"/resources/*.cnt "$folder"

@@ -1,5 +1,3 @@
-#include <memory>
-
 #include "fuzz_input.h"
 #include "support/Product.h"
 
@@ -57,16 +55,10 @@ bool ChecksParse(clsPostrove& controller, std::wstring& subject) {
 }
 
 void FuzzOne(FuzzInput input) {
-  constexpr std::size_t kMessages = 1000;
-  static std::unique_ptr<testing::Product> product;
-  if (!product || product->utility->Messages().size() > kMessages) {  // they are all kept
-    product = std::make_unique<testing::Product>();
-    product->Start();
-    product->utility->AnswerAllMessages();
-  }
-  clsPostrove& controller = product->Controller();
-  controller.ClearProject();
-  controller.ProjectList.clear();
+  testing::Product product;
+  product.Start();
+  product.utility->AnswerAllMessages();
+  clsPostrove& controller = product.Controller();
   const unsigned delimiters = input.Byte();
   controller.ProjDelim = delimiters % 4 == 0 ? input.Text() : L"-";
   controller.SubjDelim = delimiters % 8 == 0 ? input.Text() : L"=>";
@@ -74,7 +66,7 @@ void FuzzOne(FuzzInput input) {
   if (!ChecksParse(controller, subject)) return;
 
   const std::size_t room = input.Byte() + 1;
-  RequireFileName(product->utility->MakeFileName(controller.SaveAsName, room), room);
+  RequireFileName(product.utility->MakeFileName(controller.SaveAsName, room), room);
   controller.ResolveSubjectProject();  // unknown: a temporary project
   const std::wstring& folder = controller.ProjFilePath;
   Require(folder.starts_with(controller.Root) && folder.ends_with(L"\\"), "below the root");

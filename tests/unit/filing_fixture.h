@@ -31,7 +31,7 @@ class Filing : public ::testing::Test {
       savedBody_ = office::ToText(mail_->item->properties[L"Body"]);
       savedHtml_ = office::ToText(mail_->item->properties[L"HTMLBody"]);
       EXPECT_EQ(office::ToLong(arguments.at(1)), 3);
-      if (writes_) product_->utility->AddFile(path, "message");
+      product_->utility->AddFile(path, "message");
       return office::Value();
     };
     mail_->item->functions[L"Send"] = [this](const office::Arguments&) {
@@ -84,7 +84,6 @@ class Filing : public ::testing::Test {
   std::vector<std::wstring> saved_;
   std::wstring savedBody_, savedHtml_;
   int sent_ = 0;
-  bool writes_ = true;
   bool recipients_ = true;
 };
 

@@ -54,6 +54,47 @@ TEST_F(Filing, NewTextMessageIsWrittenThenSent) {
   EXPECT_EQ(savedHtml_, L"<HTML><body>Hello</Body></HTML>");
 }
 
+// What the dialog shows at first: only where Quillion's data is shared the subject is taken apart.
+TEST_F(Filing, WhatASubjectProposes) {
+  const struct {
+    bool shared;
+    const wchar_t *subject, *shows;  // project, folder and name; null: an error and no dialog
+    bool asks;
+  } cases[] = {
+      {false, L"2-3-Hall=>Plans", L"|C:\\Corr_Out\\|2-3-Hall=>Plans", false},
+      {false, L"", L"|C:\\Corr_Out\\|", false},
+      {true, L"", L"|C:\\Corr_Out\\|", false},
+      {true, L"RE: Lunch", L"|C:\\Corr_Out\\|Lunch", false},
+      {true, L"2-3-Hall=>Plans", L"Hall: 2-3|C:\\2-3\\Corr_Out\\|Plans", true},
+      {true, L"..\\-x-Hall=>Plans", L"Hall: ..\\-x|C:\\--x\\Corr_Out\\|Plans", true},
+      {true, L"7-8-Mill=>x", L"Mill Street: 7-8|P:\\Mill\\Corr_Out\\|x", false},
+      {true, L"a=>b-c-d", nullptr, true},
+  };
+  for (const auto& one : cases) {
+    SCOPED_TRACE(text::ToUtf8(one.subject));
+    product_ = std::make_unique<Product>();
+    Open(true, 2, one.shared);
+    product_->database->SetRows(sql::ListProjects(product_->database->DbType),
+                                {{L"7-8", L"Mill Street", L"P:\\Mill", true, std::int64_t{7}}});
+    const auto click = [this](const std::wstring& subject, bool asks) {
+      mail_->item->properties[L"Subject"] = subject;
+      if (asks) product_->utility->ExpectMessage();
+      mail_->buttons.at(0)->Raise(office::kCommandBarButtonEvents, office::kButtonClick, {});
+    };
+    std::wstring shown = L"none";
+    product_->forms->everyone = [&](forms::Form& form) {
+      auto& dialog = dynamic_cast<forms::frmPostrove&>(form);
+      shown = dialog.cboPostrove.Text() + L"|" + dialog.txtSaveFolder.Text() + L"|" +
+              dialog.txtSaveAsName.Text();
+      dialog.Unload();
+    };
+    click(one.subject, one.asks);
+    EXPECT_EQ(shown, one.shows ? one.shows : L"none");
+    click(L"", false);  // nothing is left of it
+    EXPECT_EQ(shown, L"|C:\\Corr_Out\\|");
+  }
+}
+
 TEST_F(Filing, RefusalsListEveryMissingEntry) {
   for (const bool sent : {true, false}) {
     Open(sent);
@@ -121,18 +162,6 @@ TEST_F(Filing, AnExistingFileIsNeverReplacedUnasked) {
   EXPECT_EQ(saved_, std::vector<std::wstring>{L"C:\\Corr_Out\\Minutes- 12 May.msg"});
 }
 
-TEST_F(Filing, NothingIsSentThatWasNotWritten) {
-  Open(false);
-  writes_ = false;  // SaveAs answers well but leaves no file
-  product_->utility->ExpectMessage(MessageAnswer::Ok);
-  Click(TypeProject, false);
-  EXPECT_EQ(saved_.size(), 1u);
-  EXPECT_EQ(sent_, 0);
-  EXPECT_EQ(product_->utility->Messages().size(), 1u);
-  // The footer is taken off again, so that the next try does not add a second one.
-  EXPECT_EQ(mail_->item->properties[L"HTMLBody"], Value(L"<HTML><body>Hello</Body></HTML>"));
-}
-
 TEST_F(Filing, WithoutRecipientsNothingIsWritten) {
   for (const bool sent : {true, false}) {
     recipients_ = false;
@@ -155,17 +184,6 @@ TEST_F(Filing, TheCloseButtonClosesWithoutSaving) {
   mail_->buttons.at(0)->Raise(office::kCommandBarButtonEvents, office::kButtonClick, {});
   EXPECT_TRUE(saved_.empty());
   EXPECT_EQ(sent_, 0);
-}
-
-TEST_F(Filing, ASecondClickBringsTheOpenDialogToTheFront) {
-  Open(true);
-  product_->forms->Expect([this](forms::Form& form) {
-    mail_->buttons.at(0)->Raise(office::kCommandBarButtonEvents, office::kButtonClick, {});
-    form.UserClosed();
-  });
-  mail_->buttons.at(0)->Raise(office::kCommandBarButtonEvents, office::kButtonClick, {});
-  EXPECT_EQ(product_->forms->actions.back(), L"front frmPostrove");
-  EXPECT_TRUE(product_->forms->Finished());
 }
 
 TEST_F(Filing, TheActiveWindowsMessageIsFiledWithItsOwnState) {
@@ -241,19 +259,6 @@ TEST_F(Filing, FoldersThatDependOnTheCurrentOneAreRefused) {
     dialog.txtSaveFolder.UserTyped(L"  C:\\Corr_Out ", 0, 0);
   });
   EXPECT_EQ(saved_, std::vector<std::wstring>{L"C:\\Corr_Out\\Minutes- 12 May.msg"});
-}
-
-TEST_F(Filing, TheOldFileComesBackWhenTheNewOneIsNotWritten) {
-  Open(false);
-  writes_ = false;
-  const std::wstring path = L"C:\\Corr_Out\\Minutes- 12 May.msg";
-  product_->utility->AddFile(path, "old");
-  AnswerFolderMessage(L"Existing File Name", L"", 0);
-  product_->utility->ExpectMessage();
-  Click(TypeProject, false);
-  EXPECT_EQ(sent_, 0);
-  EXPECT_EQ(product_->utility->File(path), "old");
-  EXPECT_EQ(product_->utility->Files().size(), 2u);  // with the database
 }
 
 TEST_F(Filing, AFilledInSubjectIsTakenBackWithTheTry) {
