@@ -34,7 +34,11 @@ bool Exists(const std::wstring& path) {
 }
 
 std::string Text(const std::wstring& path) {
-  return Exists(path) ? ReadWholeFile(path) : std::string("(none)");
+  try {
+    return Exists(path) ? ReadWholeFile(path) : std::string("(none)");
+  } catch (const HostError&) {
+    return "(being replaced)";
+  }
 }
 
 // A dialog in front, by its caption.
