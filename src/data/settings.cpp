@@ -106,7 +106,9 @@ std::wstring clsPostrove::WriteDefault(int index, const forms::frmSetup& setup) 
     case forms::kSetupSettings:
       // The file that was current stays, for those who still use it; it tells where this one went.
       if (SetNewIniLocation(folder())) {
-        WriteSetupToBoth(L"PostroveSettingsPath", folder(), LocalIniFile(), file);
+        WriteSetup(L"PostroveSettingsPath", folder(), LocalIniFile());
+        // One that was deleted, with its folder perhaps, does not come back for that.
+        if (utility_->FileSize(file) >= 0) WriteSetup(L"PostroveSettingsPath", folder(), file);
       }
       break;
     case forms::kSetupWorkType: {

@@ -9,7 +9,7 @@
 namespace postrove::forms {
 namespace {
 
-constexpr int kWidth = 9300;
+constexpr int kWidth = 9600;
 constexpr int kHeight = 7080;
 constexpr int kMargin = 210;
 constexpr int kInnerRight = kWidth - kMargin;
@@ -192,7 +192,7 @@ void frmSetup::DesignSubjectLine() {
 
   AddLabel(kSetupDelimiterLabel, kDelimiterRow, L"De&limiters:")
       .SetToolTip(L"The strings to be used to separate the segments of the E-mail Subject Line.");
-  const int delimiterWidth = 600;
+  const int delimiterWidth = 525;
   const int gap = 75;
   int left = kFieldLeft;
   const auto addWord = [&](int index, int width, const wchar_t* text) {
@@ -206,11 +206,11 @@ void frmSetup::DesignSubjectLine() {
     AddField(index, {left, RowTop(kDelimiterRow), delimiterWidth, kFieldHeight}, tip);
     left += delimiterWidth + gap;
   };
-  addWord(0, 1350, L"<~Unit~ No.>");
+  addWord(0, 1800, L"<~Unit~ No.>");
   addDelimiter(kSetupProjectDelimiter,
                L"Enter the string to be used to separate the Project Number and Project Name on "
                L"the E-mail Subject Line.");
-  addWord(1, 1050, L"<~Unit~>");
+  addWord(1, 1400, L"<~Unit~>");
   addDelimiter(kSetupSubjectDelimiter,
                L"Enter the string to be used to separate the Project Name and Email Subject on "
                L"the E-mail Subject Line.");

@@ -12,6 +12,7 @@
 #include "forms/web_site.h"
 #include "gtest/gtest.h"
 #include "shared/error.h"
+#include "shared/text.h"
 
 namespace postrove::forms {
 namespace {
@@ -137,8 +138,9 @@ void CheckDesign(Form& form) {
     const std::wstring& text = control.Text();
     const std::size_t mark = text.find(L'&');
     if (mark != std::wstring::npos) {
-      EXPECT_EQ(mnemonics.count(text.at(mark + 1)), 0u) << "a mnemonic is used twice";
-      mnemonics[text.at(mark + 1)] = control.Name();
+      const wchar_t key = text::Fold(text.at(mark + 1));
+      EXPECT_EQ(mnemonics.count(key), 0u) << "a mnemonic is used twice";
+      mnemonics[key] = control.Name();
     }
     defaults += control.isDefault;
     cancels += control.isCancel;
@@ -280,6 +282,13 @@ TEST(FrmSetup, IsEndedByItsReturnButtonOnly) {
   EXPECT_TRUE(form.cmdSetup(kSetupReturn).isCancel);
   for (const int index : {0, 1, 2, 3, 4, 5}) EXPECT_EQ(form.txtSetup(index).Tag(), L"required");
   EXPECT_EQ(form.cboWorkType.Tag(), L"required");
+  for (const auto& control : form.Controls()) {
+    const bool named = control->Kind() == ControlKind::CommandButton ||
+                       control->Kind() == ControlKind::OptionButton ||
+                       (control->Name() == L"lblFieldLabel" && control->Index() < 7);
+    EXPECT_EQ(control->Text().find(L'&') != std::wstring::npos, named)
+        << "reached by a key: " << std::string(control->Text().begin(), control->Text().end());
+  }
   form.UserClosed();
   EXPECT_FALSE(form.IsUnloaded());
 }

@@ -1,4 +1,5 @@
 // What the user does to a dialog with keyboard and mouse, and the events that come of it.
+#include <algorithm>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -284,6 +285,36 @@ TEST(FolderMessage, OnlyItsButtonsCloseIt) {
   host->ShowModal(form);
   EXPECT_FALSE(log.Has("txtFolderMessage0 got"));
   EXPECT_EQ(form.txtFolderMessage(0).Text(), L"The file \r\n\"a\"\r\n already exists.");
+}
+
+// As in Visual Basic: a field that keeps the focus, because its text was refused, keeps the button
+// from being pressed.
+TEST_F(FormKeyboard, AFieldThatTakesTheFocusBackLosesTheClick) {
+  bool refusing = true;
+  form.txtSaveAsName.onLostFocus = [&] {
+    log.Add("txtSaveAsName lost");
+    if (refusing) host->SetFocus(form.txtSaveAsName);
+  };
+  Use([&](Dialog& dialog) {
+    for (const bool byEnter : {true, false}) {
+      const std::size_t before = log.Count();
+      PostMessageW(dialog.Window(), WM_NEXTDLGCTL,
+                   reinterpret_cast<WPARAM>(dialog.Item(form.txtSaveAsName)), TRUE);
+      dialog.WaitForFocus(form.txtSaveAsName);
+      byEnter ? dialog.Press(form.txtSaveAsName, VK_RETURN)
+              : dialog.Click(form.cmdPostrove(kMainButton));
+      WaitFor("the refusal", [&] {
+        const Events all = log.All();
+        return std::count(all.begin() + static_cast<std::ptrdiff_t>(before), all.end(),
+                          "txtSaveAsName lost") == 1;
+      });
+      dialog.WaitForFocus(form.txtSaveAsName);
+    }
+    EXPECT_FALSE(log.Has("cmdPostrove0 click"));
+    refusing = false;
+    dialog.Press(form.txtSaveAsName, VK_RETURN);
+    WaitForEvent("cmdPostrove0 click");
+  });
 }
 
 TEST(OptionButtons, AreChosenByTheArrowKeysAndNotByTheFirstFocus) {

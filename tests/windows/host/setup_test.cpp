@@ -34,7 +34,11 @@ bool Exists(const std::wstring& path) {
 }
 
 std::string Text(const std::wstring& path) {
-  return Exists(path) ? ReadWholeFile(path) : std::string("(none)");
+  try {
+    return Exists(path) ? ReadWholeFile(path) : std::string("(none)");
+  } catch (const HostError&) {
+    return "(being replaced)";
+  }
 }
 
 // A dialog in front, by its caption.
@@ -95,15 +99,14 @@ class Window {
 class Setup : public ::testing::Test {
  protected:
   void SetUp() override {
+    RemoveSettings();  // of a run that was ended
     CopyFileW(kDatabase.c_str(), backup_.c_str(), FALSE);
     types_ = Text(kData + L"WorkUnitType.cnt");
   }
 
   void TearDown() override {
     CopyFileW(backup_.c_str(), kDatabase.c_str(), FALSE);
-    DeleteFileW(kIni.c_str());
-    DeleteFileW((kQuillion + L"\\Qulln.txt").c_str());
-    RemoveDirectoryW(kQuillion.c_str());
+    RemoveSettings();
     WIN32_FIND_DATAW found;
     const HANDLE search = FindFirstFileW((kData + L"Moved_By_Postrove*").c_str(), &found);
     if (search != INVALID_HANDLE_VALUE) {
@@ -113,6 +116,12 @@ class Setup : public ::testing::Test {
       FindClose(search);
     }
     Write(kData + L"WorkUnitType.cnt", types_);
+  }
+
+  static void RemoveSettings() {
+    DeleteFileW(kIni.c_str());
+    DeleteFileW((kQuillion + L"\\Qulln.txt").c_str());
+    RemoveDirectoryW(kQuillion.c_str());
   }
 
   static void Write(const std::wstring& path, const std::string& bytes) {
