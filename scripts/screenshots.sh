@@ -21,14 +21,24 @@ wine_lock x64
 wine_prepare x64
 POSTROVE_DISPLAY=''
 display_server=''
-trap 'wine_stop x64; [[ -z $display_server ]] || kill "$display_server" || true' EXIT
+# Scale and colours are the prefix's for this run only.
+registry=$(wine_prefix x64)/user.reg
+wine_stop x64
+wine_run x64 wineserver -w
+cp "$registry" "$root/build/user.reg"
+put_back() {
+  wine_stop x64
+  wine_run x64 wineserver -w
+  cp "$root/build/user.reg" "$registry"
+  [[ -z $display_server ]] || kill "$display_server" || true
+}
+trap put_back EXIT
 # The server takes a free number and tells it on the pipe once it can be used.
 exec 8< <(exec Xvfb -displayfd 1 -screen 0 2560x1600x24 -nolisten tcp 2>/dev/null 9>&-)
 display_server=$!
 read -r number <&8 || die "the virtual display did not start"
 POSTROVE_DISPLAY=:$number
 work=$root/build/screenshots
-colors='HKCU\Control Panel\Colors'
 
 # set_dpi DPI: a session of Wine keeps the scale that it began with.
 set_dpi() {
@@ -38,14 +48,13 @@ set_dpi() {
   wine_start x64
 }
 
-# pictures SUFFIX OPTION...
+# pictures SUFFIX
 pictures() {
   local suffix=$1 picture
-  shift
   rm -rf "$work"
   mkdir -p "$work"
   wine_run x64 wine "$root/build/win64/tests/windows/forms/show_form.exe" --pictures \
-    "$(windows_path "$work")" "$(windows_path "$root/resources/Postrove.cnt")" "$@" </dev/null
+    "$(windows_path "$work")" "$(windows_path "$root/resources/Postrove.cnt")" </dev/null
   for picture in "$work"/*.bmp; do
     convert "$picture" "$folder/$(basename "${picture%.bmp}")-$suffix.png"
   done
@@ -57,11 +66,11 @@ for percent in 100 150 200; do
   pictures "$percent"
 done
 
-# White on black, as Windows' own scheme. It takes the place of the usual colours for one run.
-set_dpi 96
-wine_run x64 wine reg export "$colors" "$(windows_path "$root/build/colors.reg")" /y >/dev/null
+# White on black, as Windows' own scheme, which has no theme.
+wine_run x64 wine reg add 'HKCU\Software\Microsoft\Windows\CurrentVersion\ThemeManager' \
+  /v ThemeActive /d 0 /f >/dev/null
 while read -r name color; do
-  wine_run x64 wine reg add "$colors" /v "$name" /d "$color" /f >/dev/null
+  wine_run x64 wine reg add 'HKCU\Control Panel\Colors' /v "$name" /d "$color" /f >/dev/null
 done <<'COLORS'
 Window 0 0 0
 WindowText 255 255 255
@@ -80,6 +89,5 @@ ActiveTitle 0 0 0
 TitleText 255 255 255
 HotTrackingColor 255 255 0
 COLORS
-pictures contrast --plain
-wine_run x64 wine reg delete "$colors" /f >/dev/null
-wine_run x64 wine reg import "$(windows_path "$root/build/colors.reg")" >/dev/null
+set_dpi 96
+pictures contrast
