@@ -156,7 +156,7 @@ void CheckDesign(Form& form) {
 TEST(FrmPostrove, IsDesignedForKeyboardAndScreenReader) {
   frmPostrove form({});
   CheckDesign(form);
-  EXPECT_EQ(form.cmdPostrove(kMainButton).Text(), L"&Send and Save");
+  EXPECT_EQ(form.cmdPostrove(kMainButton).Text(), L"Send and Save");
   EXPECT_TRUE(form.cmdPostrove(kMainButton).isDefault);
   EXPECT_TRUE(form.cmdPostrove(kCloseButton).isCancel);
   EXPECT_EQ(form.txtSaveFolder.Tag(), L"required");

@@ -1,8 +1,8 @@
 // show_form postrove|folder|setup|projinfo [--plain]
 // show_form --pictures FOLDER LABELFILE [--plain]
-// Shows a dialog with sample values until a button is clicked or it is closed, or shows every dialog
-// in every state and leaves a picture of each, as a bitmap, in the folder; --plain without visual
-// styles. Nothing is saved anywhere. The save dialog is filled by the product's controller.
+// Shows a dialog with sample values until a button is clicked or it is closed, or shows every
+// dialog in every state and leaves a picture of each, as a bitmap, in the folder; --plain without
+// visual styles. Nothing is saved anywhere. The save dialog is filled by the product's controller.
 #include <windows.h>
 
 #include <cstdio>
