@@ -39,7 +39,7 @@ Look LookOf(const Control& control, const wchar_t* richEditClass) {
       return {WC_BUTTONW, BS_PUSHBUTTON, 0};
     case ControlKind::RichTextBox:
       return {richEditClass ? richEditClass : WC_EDITW,
-              ES_MULTILINE | ES_AUTOVSCROLL | ES_READONLY | WS_VSCROLL, WS_EX_STATICEDGE};
+              ES_MULTILINE | ES_AUTOVSCROLL | ES_READONLY | WS_VSCROLL | WS_BORDER, 0};
     case ControlKind::CheckBox:
       return {WC_BUTTONW, BS_CHECKBOX | (control.boxOnRight ? BS_RIGHTBUTTON : 0u), 0};
     case ControlKind::OptionButton:
@@ -165,7 +165,9 @@ void ControlWindow::Apply(Property property) {
         format.dwMask = CFM_COLOR;
         format.crTextColor =
             Readable(ToColorRef(control_->ForeColor()), ToColorRef(control_->BackColor()));
-        SendMessageW(window_, EM_SETCHARFORMAT, SCF_ALL, reinterpret_cast<LPARAM>(&format));
+        for (const WPARAM range : {SCF_DEFAULT, SCF_ALL}) {
+          SendMessageW(window_, EM_SETCHARFORMAT, range, reinterpret_cast<LPARAM>(&format));
+        }
       }
       InvalidateRect(window_, nullptr, TRUE);
       return;
