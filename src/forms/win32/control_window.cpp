@@ -169,7 +169,8 @@ void ControlWindow::Apply(Property property) {
           SendMessageW(window_, EM_SETCHARFORMAT, range, reinterpret_cast<LPARAM>(&format));
         }
       }
-      InvalidateRect(window_, nullptr, TRUE);
+      RedrawWindow(window_, nullptr, nullptr,
+                   RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
       return;
     case Property::Items:
       return EmptyList();
@@ -199,27 +200,6 @@ void ControlWindow::SetWindowTextNow() {
   }
 }
 
-void ControlWindow::ReadCaret() {
-  if (!edit_) return;
-  DWORD start = 0;
-  DWORD end = 0;
-  SendMessageW(edit_, EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
-  control_->UserMovedCaret(static_cast<int>(start), static_cast<int>(end - start));
-}
-
-void ControlWindow::ReadText() {
-  if (!edit_ || !control_) return;
-  DWORD start = 0;
-  DWORD end = 0;
-  SendMessageW(edit_, EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
-  std::wstring text = TextOf(window_);
-  if (text == control_->Text()) return;
-  // The list alone forgets its selection: the combo box would empty the text with it.
-  if (list_) SendMessageW(list_, LB_SETCURSEL, static_cast<WPARAM>(-1), 0);
-  const HostDpiScope host;
-  control_->UserTyped(std::move(text), static_cast<int>(start), static_cast<int>(end - start));
-}
-
 void ControlWindow::SetFont(Fonts& fonts) {
   if (!control_ || !window_) return;
   const HFONT font = fonts.Get(control_->fontPoints, control_->bold, link_);
@@ -228,6 +208,7 @@ void ControlWindow::SetFont(Fonts& fonts) {
   if (edit_ && !control_->border)
     SendMessageW(edit_, EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, 0);
   unitsPerInch_ = fonts.Pixels(kTwipsPerInch);
+  if (edit_ && !multiLine_) MeasureLine(font);
   if (control_->icon) LoadIcon(fonts);
 }
 
@@ -270,8 +251,9 @@ void ControlWindow::MoveTo(const RECT& place, int listHeight) {
     SendMessageW(window_, EM_SETRECT, 0, reinterpret_cast<LPARAM>(&text));
   }
   // A combo box selects its text when it is resized.
-  if (kind_ == ControlKind::ComboBox)
+  if (kind_ == ControlKind::ComboBox) {
     SendMessageW(edit_, EM_SETSEL, start, static_cast<LPARAM>(end));
+  }
 }
 
 void ControlWindow::Focus(bool selectAll) {
@@ -368,6 +350,11 @@ LRESULT CALLBACK ControlWindow::Procedure(HWND window, UINT message, WPARAM wPar
 
 LRESULT ControlWindow::Handle(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
+    case WM_NCCALCSIZE:
+    case WM_NCPAINT:
+    case WM_NCHITTEST:
+      if (window != edit_ || multiLine_) break;
+      return HandleFrame(message, wParam, lParam);
     case WM_SETFOCUS:
     case WM_KILLFOCUS:
       PostMessageW(dialog_, kFocusMoved, 0, 0);

@@ -89,8 +89,13 @@ class ControlWindow {
 
   void SetWindowTextNow();
   void SetSelectionNow();
+
+  // The text field (text_field.cpp).
   void ReadCaret();
   void ReadText();
+  void MeasureLine(HFONT font);
+  LRESULT HandleFrame(UINT message, WPARAM wParam, LPARAM lParam);
+  void PaintAroundLine();
 
   // The list of a combo box (combo_list.cpp).
   void ListCommand(UINT code);
@@ -129,6 +134,7 @@ class ControlWindow {
   HBRUSH brush_ = nullptr;
   COLORREF brushColor_ = CLR_INVALID;
   int unitsPerInch_ = 0;
+  int lineHeight_ = 0;
   int applying_ = 0;
   std::size_t listed_ = 0;  // how many of the model's items the list has
 };
