@@ -116,6 +116,31 @@ TEST_F(FormModel, AppliesEveryLaterChange) {
   EXPECT_EQ(changes, 2) << "a change from code is told once";
 }
 
+// Whatever colours the system has, a text can be told from its ground.
+TEST_F(FormModel, ShowsReadableColors) {
+  constexpr Color kWhite = 0xFFFFFF;
+  constexpr Color kBlack = 0;
+  const struct {
+    Color text, ground;
+    COLORREF shown;
+  } kCases[] = {{kBlack, kYellow, RGB(0, 0, 0)},         {kWhite, kYellow, RGB(0, 0, 0)},
+                {kRed, kYellow, RGB(255, 0, 0)},         {kRed, kBlack, RGB(255, 255, 255)},
+                {kLinkBlue, kBlack, RGB(255, 255, 255)}, {kLinkBlue, kWhite, RGB(0, 102, 204)}};
+  Show([] {},
+       [&](Dialog& dialog) {
+         const HWND name = dialog.Item(form.txtSaveAsName);
+         const HDC dc = GetDC(name);
+         for (const auto& one : kCases) {
+           form.txtSaveAsName.SetForeColor(one.text);
+           form.txtSaveAsName.SetBackColor(one.ground);
+           SendMessageW(dialog.Window(), WM_CTLCOLOREDIT, reinterpret_cast<WPARAM>(dc),
+                        reinterpret_cast<LPARAM>(name));
+           EXPECT_EQ(GetTextColor(dc), one.shown);
+         }
+         ReleaseDC(name, dc);
+       });
+}
+
 // Neither opening nor the first look at the list waits for all of it; the rest comes by itself.
 TEST_F(FormModel, FillsALongListInPortions) {
   constexpr int kItems = 100000;
@@ -260,6 +285,16 @@ TEST_F(FormModel, ScalesWithTheMonitor) {
          RECT after;
          GetWindowRect(dialog.Item(form.txtSaveFolder), &after);
          EXPECT_NEAR(after.bottom - after.top, 2 * (before.bottom - before.top), 1);
+         // The text stands in the middle, as its label does.
+         for (const Control* field : {&form.txtSaveFolder, &form.cboPostrove}) {
+           RECT whole;
+           RECT line;
+           GetWindowRect(dialog.Edit(*field), &whole);
+           GetClientRect(dialog.Edit(*field), &line);
+           MapWindowPoints(dialog.Edit(*field), nullptr, reinterpret_cast<POINT*>(&line), 2);
+           EXPECT_NEAR(line.top - whole.top, whole.bottom - line.bottom, 1);
+           EXPECT_GE(line.bottom - line.top, -large.lfHeight);
+         }
        });
 }
 
