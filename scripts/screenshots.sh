@@ -16,7 +16,9 @@ fi
 mkdir -p -- "$1"
 folder=$(realpath -- "$1")
 
-[[ ${POSTROVE_BUILT:-} == yes ]] || { "$here/setup.sh" >/dev/null; "$here/build.sh" >/dev/null; }
+"$here/setup.sh" >/dev/null
+"$here/build.sh" >/dev/null
+
 wine_lock x64
 wine_prepare x64
 POSTROVE_DISPLAY=''
