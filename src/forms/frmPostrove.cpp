@@ -50,7 +50,8 @@ Control& frmPostrove::Design() {
   title.anchors = kLeft | kTop | kRight;
 
   const int projectTop = 705;
-  Add(ControlKind::Label, L"lblFieldLabel", kProjectLabel, LabelBox(projectTop), L"Project: ");
+  Add(ControlKind::Label, L"lblFieldLabel", kProjectLabel, LabelBox(projectTop), L"Project: ")
+      .choosesKey = true;
   Control& project = Add(ControlKind::ComboBox, L"cboPostrove", -1,
                          {kFieldLeft, projectTop, kInnerRight - kFieldLeft, kFieldHeight});
   project.anchors = kLeft | kTop | kRight;
@@ -113,9 +114,10 @@ Control& frmPostrove::Design() {
   };
   const int closeLeft = kInnerRight - 1260;
   const int mainLeft = closeLeft - kButtonGap - 1770;
-  addButton(kMainButton, mainLeft, 1770, L"&Send and Save", L"Save the message in the folder",
-            kRight | kBottom)
-      .isDefault = true;
+  Control& main = addButton(kMainButton, mainLeft, 1770, L"Send and Save",
+                            L"Save the message in the folder", kRight | kBottom);
+  main.isDefault = true;
+  main.choosesKey = true;
   addButton(kCloseButton, closeLeft, 1260, L"&Close", L"Close without saving", kRight | kBottom)
       .isCancel = true;
   addButton(kDefaultsButton, kMargin, 1260, L"&Defaults...", L"Set up the defaults of Postrove",

@@ -42,8 +42,9 @@ bool SaveScreenshot(HWND window, const std::wstring& path) {
   info.bmiHeader.biWidth = width;
   info.bmiHeader.biHeight = height;
   info.bmiHeader.biPlanes = 1;
-  info.bmiHeader.biBitCount = 32;
-  std::vector<BYTE> pixels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4);
+  info.bmiHeader.biBitCount = 24;  // without an alpha channel, which the screen leaves empty
+  const std::size_t line = (static_cast<std::size_t>(width) * 3 + 3) / 4 * 4;
+  std::vector<BYTE> pixels(line * static_cast<std::size_t>(height));
   done = done && GetDIBits(screen, bitmap, 0, static_cast<UINT>(height), pixels.data(), &info,
                            DIB_RGB_COLORS) == height;
   DeleteObject(bitmap);

@@ -54,7 +54,7 @@ class Product {
 
   void Create() {
     shared.gController = clsPostrove::Create(
-        shared, forms,
+        shared, host,
         std::make_unique<FakeRegistry>(std::map<std::wstring, std::wstring>{
             {L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Shell Folders|Common "
              L"AppData",
@@ -70,6 +70,7 @@ class Product {
   std::shared_ptr<FakeDatabase> database;
   std::shared_ptr<FakeSharedUtil> utility;
   std::shared_ptr<ScriptedFormHost> forms;
+  std::shared_ptr<postrove::forms::FormHost> host = forms;  // another one for real windows
   SharedObjects shared;
 };
 

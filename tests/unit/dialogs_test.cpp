@@ -9,6 +9,7 @@
 #include "forms/frmPostrove.h"
 #include "forms/frmProjInfo.h"
 #include "forms/frmSetup.h"
+#include "forms/kit/access_key.h"
 #include "forms/web_site.h"
 #include "gtest/gtest.h"
 #include "shared/error.h"
@@ -135,7 +136,7 @@ void CheckDesign(Form& form) {
     const Control& control = *item;
     SCOPED_TRACE(std::string(control.Name().begin(), control.Name().end()) + " " +
                  std::to_string(control.Index()));
-    const std::wstring& text = control.Text();
+    const std::wstring text = ShownCaption(control);
     const std::size_t mark = text.find(L'&');
     if (mark != std::wstring::npos) {
       const wchar_t key = text::Fold(text.at(mark + 1));
@@ -158,11 +159,33 @@ void CheckDesign(Form& form) {
 TEST(FrmPostrove, IsDesignedForKeyboardAndScreenReader) {
   frmPostrove form({});
   CheckDesign(form);
-  EXPECT_EQ(form.cmdPostrove(kMainButton).Text(), L"&Send and Save");
+  EXPECT_EQ(form.cmdPostrove(kMainButton).Text(), L"Send and Save");
   EXPECT_TRUE(form.cmdPostrove(kMainButton).isDefault);
   EXPECT_TRUE(form.cmdPostrove(kCloseButton).isCancel);
   EXPECT_EQ(form.txtSaveFolder.Tag(), L"required");
   EXPECT_EQ(form.txtSaveAsName.Tag(), L"required");
+}
+
+// Keys are found for any word that stands for a project, and a text that has an "&" shows it.
+TEST(FrmPostrove, FindsAFreeAccessKey) {
+  const struct {
+    const wchar_t* text;
+    const wchar_t* shown;
+  } kCases[] = {{L"Project: ", L"&Project: "},
+                {L"Contract: ", L"C&ontract: "},
+                {L"R&D: ", L"&R&&D: "},
+                {L"Bench: ", L"Bench: "},
+                {L"&: ", L"&&: "},
+                {L"\u00c9tude: ", L"&\u00c9tude: "}};
+  frmPostrove form({});
+  EXPECT_EQ(ShownCaption(form.cmdPostrove(kMainButton)), L"&Send and Save");
+  for (const auto& one : kCases) {
+    form.lblProjectLabel.SetText(one.text);
+    EXPECT_EQ(ShownCaption(form.lblProjectLabel), one.shown);
+  }
+  form.lblProjectLabel.SetText(L"Set: ");
+  EXPECT_EQ(ShownCaption(form.lblProjectLabel), L"&Set: ");
+  EXPECT_EQ(ShownCaption(form.cmdPostrove(kMainButton)), L"Send and Sa&ve");
 }
 
 TEST(FrmFolderMessage, AnswersByItsButtonsOnly) {

@@ -129,6 +129,7 @@ class Control {
   bool multiLine = false;   // a text box of several lines; Enter still presses the default button
   bool border = true;       // a text box without one looks like a label
   bool mnemonic = true;     // "&" in a label's text marks a key; else it is shown
+  bool choosesKey = false;  // a caption without a mark: it is shown with a key that is free
   bool boxOnRight = false;  // a check box stands right of its text
   int fontPoints = 0;       // 0: the form's font size
   int icon = 0;             // icon resource of a picture button, 0 for none

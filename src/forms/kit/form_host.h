@@ -32,7 +32,8 @@ class FormHost {
   // Moves the focus on as the Tab key does.
   virtual void SendTab(Form& form) = 0;
 
-  // The wait cursor for as long as it is on.
+  // The wait cursor. It is on until it was switched off as often as on; a form shown meanwhile
+  // has the usual cursor while it is up.
   virtual void SetWaitCursor(bool on) = 0;
 };
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "forms/win32/dpi.h"
@@ -33,15 +34,22 @@ class WinFormHost final : public FormHost {
   WinFormHost& operator=(const WinFormHost&) = delete;
 
   void ShowModal(Form& form) override {
-    const DpiAwareScope dpi;
+    HostDpiScope::Remember();
     RegisterWindowClass();
     LoadRichEdit();
     FormWindow window(form, surroundings_);
     open_.push_back(&window);
+    // A dialog that is opened while the user waits is to be used; afterwards the waiting goes on.
     struct Closing {
-      std::vector<FormWindow*>& open;
-      ~Closing() { open.pop_back(); }
-    } const closing{open_};
+      WinFormHost& host;
+      const int waiting = std::exchange(host.surroundings_.waiting, 0);
+      ~Closing() {
+        host.open_.pop_back();
+        host.surroundings_.waiting = waiting;
+        if (waiting) host.ApplyCursor();
+      }
+    } const closing{*this};
+    if (closing.waiting) ApplyCursor();
     window.Show();
     window.Run();
   }
@@ -75,13 +83,22 @@ class WinFormHost final : public FormHost {
   }
 
   void SetWaitCursor(bool on) override {
-    surroundings_.waiting = on;
-    // What the user did last shows before the thread is busy.
-    for (const FormWindow* window : open_) UpdateWindow(window->Window());
-    SetCursor(LoadCursorW(nullptr, on ? IDC_WAIT : IDC_ARROW));
+    int& waiting = surroundings_.waiting;
+    if (on) {
+      // What the user did last shows before the thread is busy.
+      for (const FormWindow* window : open_) UpdateWindow(window->Window());
+      ++waiting;
+    } else if (waiting > 0) {
+      --waiting;
+    }
+    ApplyCursor();
   }
 
  private:
+  void ApplyCursor() const {
+    SetCursor(LoadCursorW(nullptr, surroundings_.waiting ? IDC_WAIT : IDC_ARROW));
+  }
+
   void RegisterWindowClass() const {
     WNDCLASSEXW description = {};
     description.cbSize = sizeof description;

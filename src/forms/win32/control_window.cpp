@@ -4,8 +4,11 @@
 #include <richedit.h>
 #include <windowsx.h>
 
+#include <cstdlib>
 #include <utility>
 
+#include "forms/kit/access_key.h"
+#include "forms/win32/dpi.h"
 #include "forms/win32/guard.h"
 #include "shared/error.h"
 
@@ -36,7 +39,7 @@ Look LookOf(const Control& control, const wchar_t* richEditClass) {
       return {WC_BUTTONW, BS_PUSHBUTTON, 0};
     case ControlKind::RichTextBox:
       return {richEditClass ? richEditClass : WC_EDITW,
-              ES_MULTILINE | ES_AUTOVSCROLL | ES_READONLY | WS_VSCROLL, frame};
+              ES_MULTILINE | ES_AUTOVSCROLL | ES_READONLY | WS_VSCROLL | WS_BORDER, 0};
     case ControlKind::CheckBox:
       return {WC_BUTTONW, BS_CHECKBOX | (control.boxOnRight ? BS_RIGHTBUTTON : 0u), 0};
     case ControlKind::OptionButton:
@@ -59,11 +62,16 @@ COLORREF ToColorRef(Color color) {
   return color & kSystem ? GetSysColor(static_cast<int>(color & 0xFF)) : color & 0xFFFFFF;
 }
 
-std::wstring TextOf(HWND window) {
-  const int length = GetWindowTextLengthW(window);
-  std::wstring text(static_cast<std::size_t>(length) + 1, L'\0');
-  text.resize(static_cast<std::size_t>(GetWindowTextW(window, text.data(), length + 1)));
-  return text;
+int Brightness(COLORREF color) {
+  return (GetRValue(color) * 3 + GetGValue(color) * 6 + GetBValue(color)) / 10;
+}
+
+// The colours of a form are meant for dark text on a light ground; a scheme of the system can be
+// the other way round, on a part of what a control shows.
+COLORREF Readable(COLORREF text, COLORREF back) {
+  constexpr int kContrast = 100;
+  if (std::abs(Brightness(text) - Brightness(back)) >= kContrast) return text;
+  return Brightness(back) >= 128 ? RGB(0, 0, 0) : RGB(255, 255, 255);
 }
 
 int ShiftState() {
@@ -73,16 +81,12 @@ int ShiftState() {
 
 }  // namespace
 
-class ControlWindow::Applying {
- public:
-  explicit Applying(ControlWindow& window) : window_(window) { ++window_.applying_; }
-  ~Applying() { --window_.applying_; }
-  Applying(const Applying&) = delete;
-  Applying& operator=(const Applying&) = delete;
-
- private:
-  ControlWindow& window_;
-};
+std::wstring TextOf(HWND window) {
+  const int length = GetWindowTextLengthW(window);
+  std::wstring text(static_cast<std::size_t>(length) + 1, L'\0');
+  text.resize(static_cast<std::size_t>(GetWindowTextW(window, text.data(), length + 1)));
+  return text;
+}
 
 ControlWindow::~ControlWindow() {
   if (brush_) DeleteObject(brush_);
@@ -123,7 +127,7 @@ void ControlWindow::Create(HWND dialog, int id, bool group, const WindowParts& p
   }
   if (edit_) SendMessageW(edit_, EM_SETLIMITTEXT, 0, 0);
   for (const Property property : {Property::Text, Property::Locked, Property::BackColor,
-                                  Property::Selection, Property::Value}) {
+                                  Property::Items, Property::Selection, Property::Value}) {
     Apply(property);
   }
 }
@@ -155,18 +159,23 @@ void ControlWindow::Apply(Property property) {
       }
       [[fallthrough]];
     case Property::ForeColor:
-      InvalidateRect(window_, nullptr, TRUE);
+      if (kind_ == ControlKind::RichTextBox) {
+        CHARFORMATW format = {};
+        format.cbSize = sizeof format;
+        format.dwMask = CFM_COLOR;
+        format.crTextColor =
+            Readable(ToColorRef(control_->ForeColor()), ToColorRef(control_->BackColor()));
+        for (const WPARAM range : {SCF_DEFAULT, SCF_ALL}) {
+          SendMessageW(window_, EM_SETCHARFORMAT, range, reinterpret_cast<LPARAM>(&format));
+        }
+      }
+      RedrawWindow(window_, nullptr, nullptr,
+                   RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
       return;
     case Property::Items:
-      listFilled_ = false;
-      if (ListIsDown()) FillList();
-      return;
+      return EmptyList();
     case Property::ItemAdded:
-      if (listFilled_) {
-        SendMessageW(window_, CB_ADDSTRING, 0,
-                     reinterpret_cast<LPARAM>(control_->Items().back().c_str()));
-      }
-      return;
+      return FillLater();
     case Property::Selection:
       return SetSelectionNow();
     case Property::Value:
@@ -181,71 +190,14 @@ void ControlWindow::Apply(Property property) {
 }
 
 void ControlWindow::SetWindowTextNow() {
-  if (TextOf(window_) == control_->Text()) return;
-  const Applying applying(*this);
-  SetWindowTextW(window_, control_->Text().c_str());
+  const std::wstring text = ShownCaption(*control_);
+  if (TextOf(window_) == text) return;
+  const Applying applying(applying_);
+  SetWindowTextW(window_, text.c_str());
   if (edit_) {
     const int start = control_->SelectionStart();
     SendMessageW(edit_, EM_SETSEL, static_cast<WPARAM>(start), start + control_->SelectionLength());
   }
-}
-
-void ControlWindow::SetSelectionNow() {
-  if (!edit_) return;
-  const Applying applying(*this);
-  if (listFilled_ &&
-      static_cast<int>(SendMessageW(window_, CB_GETCURSEL, 0, 0)) != control_->ListIndex()) {
-    SendMessageW(window_, CB_SETCURSEL, static_cast<WPARAM>(control_->ListIndex()), 0);
-    SetWindowTextNow();
-  }
-  const int start = control_->SelectionStart();
-  SendMessageW(edit_, EM_SETSEL, static_cast<WPARAM>(start), start + control_->SelectionLength());
-  SendMessageW(edit_, EM_SCROLLCARET, 0, 0);
-}
-
-void ControlWindow::ReadCaret() {
-  if (!edit_) return;
-  DWORD start = 0;
-  DWORD end = 0;
-  SendMessageW(edit_, EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
-  control_->UserMovedCaret(static_cast<int>(start), static_cast<int>(end - start));
-}
-
-void ControlWindow::ReadText() {
-  if (!edit_ || !control_) return;
-  DWORD start = 0;
-  DWORD end = 0;
-  SendMessageW(edit_, EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
-  std::wstring text = TextOf(window_);
-  if (text == control_->Text()) return;
-  // The list alone forgets its selection: the combo box would empty the text with it.
-  if (listFilled_) SendMessageW(list_, LB_SETCURSEL, static_cast<WPARAM>(-1), 0);
-  control_->UserTyped(std::move(text), static_cast<int>(start), static_cast<int>(end - start));
-}
-
-// A list of many thousand items takes long enough to fill that the dialog would open late: it is
-// filled when it is needed first.
-void ControlWindow::FillList() {
-  if (listFilled_ || !control_ || kind_ != ControlKind::ComboBox) return;
-  const Applying applying(*this);
-  ReadCaret();
-  const std::vector<std::wstring>& items = control_->Items();
-  std::size_t characters = 0;
-  for (const std::wstring& item : items) characters += item.size() + 1;
-  // For a hidden window switching drawing on again would show it.
-  const bool redraw = control_->Visible();
-  if (redraw) SendMessageW(window_, WM_SETREDRAW, FALSE, 0);
-  SendMessageW(window_, CB_RESETCONTENT, 0, 0);
-  SendMessageW(window_, CB_INITSTORAGE, items.size(),
-               static_cast<LPARAM>(characters * sizeof(wchar_t)));
-  for (const std::wstring& item : items) {
-    SendMessageW(window_, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(item.c_str()));
-  }
-  listFilled_ = true;
-  if (redraw) SendMessageW(window_, WM_SETREDRAW, TRUE, 0);
-  SetWindowTextNow();
-  SetSelectionNow();
-  InvalidateRect(window_, nullptr, TRUE);
 }
 
 void ControlWindow::SetFont(Fonts& fonts) {
@@ -256,6 +208,7 @@ void ControlWindow::SetFont(Fonts& fonts) {
   if (edit_ && !control_->border)
     SendMessageW(edit_, EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, 0);
   unitsPerInch_ = fonts.Pixels(kTwipsPerInch);
+  if (edit_ && !multiLine_) MeasureLine(font);
   if (control_->icon) LoadIcon(fonts);
 }
 
@@ -275,7 +228,7 @@ void ControlWindow::LoadIcon(Fonts& fonts) {
 
 void ControlWindow::MoveTo(const RECT& place, int listHeight) {
   if (!window_) return;
-  const Applying applying(*this);
+  const Applying applying(applying_);
   int height = place.bottom - place.top;
   DWORD start = 0;
   DWORD end = 0;
@@ -298,8 +251,9 @@ void ControlWindow::MoveTo(const RECT& place, int listHeight) {
     SendMessageW(window_, EM_SETRECT, 0, reinterpret_cast<LPARAM>(&text));
   }
   // A combo box selects its text when it is resized.
-  if (kind_ == ControlKind::ComboBox)
+  if (kind_ == ControlKind::ComboBox) {
     SendMessageW(edit_, EM_SETSEL, start, static_cast<LPARAM>(end));
+  }
 }
 
 void ControlWindow::Focus(bool selectAll) {
@@ -331,24 +285,14 @@ void ControlWindow::Command(UINT code) {
       if (code == EN_CHANGE && !applying_) ReadText();
       return;
     case ControlKind::ComboBox:
-      if (code == CBN_DROPDOWN) FillList();
-      if (applying_) return;
-      if (code == CBN_EDITCHANGE) ReadText();
-      // The text and the notice of a choice can follow this one.
-      if (code == CBN_CLOSEUP) {
-        PostMessageW(dialog_, kListClosed, 0, reinterpret_cast<LPARAM>(window_));
-      }
-      if (code == CBN_SELCHANGE) {
-        control_->UserPicked(static_cast<int>(SendMessageW(window_, CB_GETCURSEL, 0, 0)));
-      }
-      return;
+      return ListCommand(code);
     case ControlKind::Label:
-      if (code == STN_CLICKED) control_->UserClicked();
+      if (code == STN_CLICKED) Click();
       return;
     case ControlKind::CommandButton:
     case ControlKind::CheckBox:
     case ControlKind::OptionButton:
-      if (code == BN_CLICKED) control_->UserClicked();
+      if (code == BN_CLICKED) Click();
       return;
     case ControlKind::RichTextBox:
     case ControlKind::Frame:
@@ -356,10 +300,17 @@ void ControlWindow::Command(UINT code) {
   }
 }
 
+void ControlWindow::Click() {
+  const HostDpiScope host;
+  if (control_) control_->UserClicked();
+}
+
 HBRUSH ControlWindow::Colors(HDC dc) {
   if (!control_) return nullptr;
   const COLORREF back = ToColorRef(control_->BackColor());
-  if (control_->Enabled()) ::SetTextColor(dc, ToColorRef(control_->ForeColor()));
+  if (control_->Enabled()) {
+    ::SetTextColor(dc, Readable(ToColorRef(control_->ForeColor()), back));
+  }
   ::SetBkColor(dc, back);
   if (!brush_ || back != brushColor_) {
     if (brush_) DeleteObject(brush_);
@@ -372,40 +323,8 @@ HBRUSH ControlWindow::Colors(HDC dc) {
 bool ControlWindow::Pressed(int key) {
   if (!control_) return false;
   ReadCaret();
+  const HostDpiScope host;
   return control_->UserPressed(key);
-}
-
-bool ControlWindow::ListIsDown() const {
-  return kind_ == ControlKind::ComboBox && window_ &&
-         SendMessageW(window_, CB_GETDROPPEDSTATE, 0, 0);
-}
-
-void ControlWindow::DropDownList() {
-  if (kind_ != ControlKind::ComboBox || !window_) return;
-  FillList();
-  {
-    const Applying applying(*this);
-    SendMessageW(window_, CB_SHOWDROPDOWN, TRUE, 0);
-    // Dropping down can complete the text from the list; the model decides on that.
-    if (control_) SetWindowTextNow();
-  }
-  // Typing hid the pointer, and the list keeps the mouse: it would stay hidden.
-  SetCursor(LoadCursorW(nullptr, IDC_ARROW));
-}
-
-// Closing can complete a typed text from the list without any other notice.
-void ControlWindow::ListClosed() {
-  if (!control_ || TextOf(window_) == control_->Text()) return;
-  const auto index = static_cast<int>(SendMessageW(window_, CB_GETCURSEL, 0, 0));
-  if (index < 0) return ReadText();
-  control_->UserPicked(index);
-}
-
-// Which part of the box hears the key differs between systems.
-void ControlWindow::CloseListBy(WORD key) {
-  SendMessageW(edit_, WM_KEYDOWN, key, 0);
-  if (ListIsDown()) SendMessageW(window_, WM_KEYDOWN, key, 0);
-  if (ListIsDown()) SendMessageW(window_, CB_SHOWDROPDOWN, FALSE, 0);
 }
 
 WNDPROC ControlWindow::Subclass(HWND window) {
@@ -431,6 +350,11 @@ LRESULT CALLBACK ControlWindow::Procedure(HWND window, UINT message, WPARAM wPar
 
 LRESULT ControlWindow::Handle(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
+    case WM_NCCALCSIZE:
+    case WM_NCPAINT:
+    case WM_NCHITTEST:
+      if (window != edit_ || multiLine_) break;
+      return HandleFrame(message, wParam, lParam);
     case WM_SETFOCUS:
     case WM_KILLFOCUS:
       PostMessageW(dialog_, kFocusMoved, 0, 0);
@@ -448,16 +372,20 @@ LRESULT ControlWindow::Handle(HWND window, UINT message, WPARAM wParam, LPARAM l
     case WM_SYSKEYDOWN:
       if (wParam == VK_UP || wParam == VK_DOWN || wParam == VK_PRIOR || wParam == VK_NEXT ||
           wParam == VK_F4) {
-        Guarded([&] { FillList(); });
+        Guarded([&] { FillAround(); });
       }
-      if (link_ && wParam == VK_SPACE && control_) {
-        Guarded([&] { control_->UserClicked(); });
+      if (link_ && wParam == VK_SPACE) {
+        Guarded([&] { Click(); });
         return 0;
       }
       break;
     case WM_MOUSEWHEEL:
-      Guarded([&] { FillList(); });
+      Guarded([&] { FillAround(); });
       break;
+    case WM_TIMER:
+      if (wParam != kFillTimer) break;
+      Guarded([&] { FillMore(); });
+      return 0;
     case WM_LBUTTONDOWN:
       PressMouse(1, lParam);
       break;
@@ -502,6 +430,7 @@ void ControlWindow::PressMouse(int button, LPARAM position) {
     return static_cast<float>(MulDiv(pixels, kTwipsPerInch, unitsPerInch_));
   };
   Guarded([&] {
+    const HostDpiScope host;
     control_->UserMouseDown(button, ShiftState(), twips(GET_X_LPARAM(position)),
                             twips(GET_Y_LPARAM(position)));
   });

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <cstddef>
 #include <string>
 
 #include "forms/kit/control.h"
@@ -16,6 +17,8 @@ enum DialogMessage : UINT {
   kListClosed,               // posted: a combo box closed its list; lParam is its window
   kFormActivated,            // posted by the dialog to itself
 };
+
+std::wstring TextOf(HWND window);
 
 // What the windows of a dialog are made with.
 struct WindowParts {
@@ -61,6 +64,9 @@ class ControlWindow {
   // Prepares for painting and answers the background; null lets Windows choose.
   HBRUSH Colors(HDC dc);
 
+  // The user pressed the button or followed the link.
+  void Click();
+
   // A key on its way to the model; true when it was swallowed.
   bool Pressed(int key);
 
@@ -83,11 +89,35 @@ class ControlWindow {
 
   void SetWindowTextNow();
   void SetSelectionNow();
+
+  // The text field (text_field.cpp).
   void ReadCaret();
   void ReadText();
-  void FillList();
+  void MeasureLine(HFONT font);
+  LRESULT HandleFrame(UINT message, WPARAM wParam, LPARAM lParam);
+  void PaintAroundLine();
 
-  class Applying;  // notifications of our own changes are no news
+  // The list of a combo box (combo_list.cpp).
+  void ListCommand(UINT code);
+  void EmptyList();
+  void FillLater();
+  void FillMore();
+  void FillAround();
+  void FillTo(std::size_t count);
+
+  // While one is alive notifications are of our own changes, and no news.
+  class Applying {
+   public:
+    explicit Applying(int& depth) : depth_(depth) { ++depth_; }
+    ~Applying() { --depth_; }
+    Applying(const Applying&) = delete;
+    Applying& operator=(const Applying&) = delete;
+
+   private:
+    int& depth_;
+  };
+
+  static constexpr UINT_PTR kFillTimer = 0x5052;
 
   Control* control_;
   const ControlKind kind_;
@@ -104,8 +134,9 @@ class ControlWindow {
   HBRUSH brush_ = nullptr;
   COLORREF brushColor_ = CLR_INVALID;
   int unitsPerInch_ = 0;
+  int lineHeight_ = 0;
   int applying_ = 0;
-  bool listFilled_ = false;
+  std::size_t listed_ = 0;  // how many of the model's items the list has
 };
 
 }  // namespace postrove::forms

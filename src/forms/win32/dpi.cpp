@@ -13,6 +13,8 @@ Function Find(const char* name) {
 
 using SetContext = HANDLE(WINAPI*)(HANDLE);
 
+HANDLE gHostContext = nullptr;
+
 HANDLE SetThreadContext(HANDLE context) {
   static const auto set = Find<SetContext>("SetThreadDpiAwarenessContext");
   return set ? set(context) : nullptr;
@@ -38,6 +40,18 @@ DpiAwareScope::DpiAwareScope() {
 
 DpiAwareScope::~DpiAwareScope() {
   if (previous_) SetThreadContext(previous_);
+}
+
+HostDpiScope::HostDpiScope() : previous_(gHostContext ? SetThreadContext(gHostContext) : nullptr) {}
+
+HostDpiScope::~HostDpiScope() {
+  if (previous_) SetThreadContext(previous_);
+}
+
+void HostDpiScope::Remember() {
+  using GetContext = HANDLE(WINAPI*)();
+  static const auto get = Find<GetContext>("GetThreadDpiAwarenessContext");
+  if (get) gHostContext = get();
 }
 
 unsigned WindowDpi(HWND window) {

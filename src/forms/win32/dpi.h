@@ -7,8 +7,8 @@ namespace postrove::forms {
 // Windows' scaling functions, each found at run time: an older Windows has fewer of them, and then
 // the next best answer is given. Thread: any. Nothing here fails.
 
-// For its lifetime the thread makes windows that scale with the monitor that they are on, whatever
-// the host process declared.
+// For its lifetime the thread works in pixels of the monitor: the windows that it makes scale with
+// the monitor that they are on, whatever the host process declared.
 class DpiAwareScope {
  public:
   DpiAwareScope();
@@ -18,6 +18,22 @@ class DpiAwareScope {
 
  private:
   HANDLE previous_ = nullptr;
+};
+
+// For its lifetime the thread is again as the host process has it: for calls that leave the
+// dialogs. Windows runs the procedures of our windows in our mode, within any of the host's.
+class HostDpiScope {
+ public:
+  HostDpiScope();
+  ~HostDpiScope();
+  HostDpiScope(const HostDpiScope&) = delete;
+  HostDpiScope& operator=(const HostDpiScope&) = delete;
+
+  // Takes the thread's mode of now for the host's; called when the host calls.
+  static void Remember();
+
+ private:
+  HANDLE previous_;
 };
 
 // Pixels per inch that the window is to be drawn for.

@@ -36,5 +36,6 @@ HFONT Fonts::Get(int points, bool bold, bool underline) {
 }
 
 int Fonts::Pixels(int twips) const { return MulDiv(twips, layoutDpi_, kTwipsPerInch); }
+int Fonts::Twips(int pixels) const { return MulDiv(pixels, kTwipsPerInch, layoutDpi_); }
 
 }  // namespace postrove::forms

@@ -19,6 +19,7 @@ class Fonts {
   // Twips to pixels, enlarged when the user chose a larger message font than the forms are designed
   // for.
   int Pixels(int twips) const;
+  int Twips(int pixels) const;
 
  private:
   struct Deleter {

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "forms/win32/dpi.h"
+#include "forms/win32/form_size.h"
 #include "forms/win32/guard.h"
 #include "shared/error.h"
 
@@ -29,12 +30,13 @@ FormWindow::~FormWindow() {
 }
 
 void FormWindow::Show() {
+  const DpiAwareScope dpi;
   const VisualStyles::Scope styles(surroundings_.styles);
   style_ = WS_POPUP | WS_CAPTION | WS_CLIPCHILDREN;
   if (form_->closable) style_ |= WS_SYSMENU;
   if (form_->Resizable()) style_ |= WS_THICKFRAME;
-  exStyle_ = WS_EX_CONTROLPARENT;
-  if (!form_->Resizable()) exStyle_ |= WS_EX_DLGMODALFRAME;
+  // With this frame the caption has no icon, which would be that of no program.
+  exStyle_ = WS_EX_CONTROLPARENT | WS_EX_DLGMODALFRAME;
   const HWND owner = ModalOwner::Choose();
   RECT ownerPlace = {};
   if (owner) GetWindowRect(owner, &ownerPlace);
@@ -73,13 +75,15 @@ void FormWindow::CreateControls() {
   }
 }
 
-SIZE FormWindow::DesignedSize() const {
-  const RECT frame = FrameAround({fonts_->Pixels(form_->Width()), fonts_->Pixels(form_->Height())},
-                                 style_, exStyle_, dpi_);
+// The size of the window around a client area in twips, which is at least as designed.
+SIZE FormWindow::SizeAround(SIZE twips) const {
+  const SIZE client = {fonts_->Pixels(std::max<int>(twips.cx, form_->Width())),
+                       fonts_->Pixels(std::max<int>(twips.cy, form_->Height()))};
+  const RECT frame = FrameAround(client, style_, exStyle_, dpi_);
   return {frame.right - frame.left, frame.bottom - frame.top};
 }
 
-// Centred on the owner, and within the work area of its monitor.
+// As large as the user left it, centred on the owner, and within the work area of its monitor.
 void FormWindow::PlaceWindow() {
   const HWND owner = GetWindow(window_, GW_OWNER);
   MONITORINFO monitor = {};
@@ -88,7 +92,9 @@ void FormWindow::PlaceWindow() {
   const RECT& work = monitor.rcWork;
   RECT around = work;
   if (owner && IsWindowVisible(owner) && !IsIconic(owner)) GetWindowRect(owner, &around);
-  const SIZE size = DesignedSize();
+  SIZE size = SizeAround(form_->Resizable() ? RememberedSize(form_->Name()) : SIZE());
+  size.cx = std::min(size.cx, work.right - work.left);
+  size.cy = std::min(size.cy, work.bottom - work.top);
   const auto place = [](LONG low, LONG high, LONG extent, LONG from, LONG to) {
     return std::max(from, std::min((low + high - extent) / 2, to - extent));
   };
@@ -144,7 +150,10 @@ void FormWindow::Run() {
     DispatchMessageW(&message);
   }
   if (!form_) return;
-  Guarded([this] { form_->Unload(); });
+  Guarded([this] {
+    const HostDpiScope host;
+    form_->Unload();
+  });
   // Without a window a refusal to unload cannot hold.
   if (form_) std::exchange(form_, nullptr)->Detach();
   for (const auto& control : controls_) control->LetGo();
@@ -188,6 +197,7 @@ ControlWindow* FormWindow::ButtonFor(bool Control::*role) const {
 }
 
 void FormWindow::ControlChanged(Control& control, Property property) {
+  const DpiAwareScope dpi;
   ControlWindow* const window = WindowOf(control);
   if (!window || !window_) return;
   window->Apply(property);
@@ -203,10 +213,20 @@ void FormWindow::CaptionChanged() {
 }
 
 void FormWindow::Unloaded() {
+  KeepSize();
   form_ = nullptr;
   told_ = nullptr;
   for (const auto& control : controls_) control->LetGo();
   End();
+}
+
+// What another program or a small monitor made of the window is not what the user chose.
+void FormWindow::KeepSize() {
+  if (!window_ || !std::exchange(sized_, false)) return;
+  const DpiAwareScope dpi;
+  RECT client;
+  GetClientRect(window_, &client);
+  RememberSize(form_->Name(), {fonts_->Twips(client.right), fonts_->Twips(client.bottom)});
 }
 
 // The window is only hidden: one of its procedures may be running. It is destroyed when the loop is
@@ -241,6 +261,7 @@ void FormWindow::SettleFocus() {
   if (!form_ || !now || now == told_) return;
   ControlWindow* const before = std::exchange(told_, nullptr);
   ShowDefaultButton();
+  const HostDpiScope host;
   if (before && before->Model()) before->Model()->UserLeft();
   if (!form_ || Focused() != now || told_) return;
   told_ = now;
@@ -275,17 +296,15 @@ void FormWindow::PressEnter() {
                                     : ButtonFor(&Control::isDefault);
   if (!button || !button->CanFocus()) return;
   button->Focus(false);
-  if (!SettleOn(*button)) return;
-  if (Control* const model = button->Model()) model->UserClicked();
+  if (SettleOn(*button)) button->Click();
 }
 
 void FormWindow::PressEscape() {
   ControlWindow* const focused = Focused();
   if (focused && focused->ListIsDown()) return focused->CloseListBy(VK_ESCAPE);
   if (!form_) return;
-  if (ControlWindow* const cancel = ButtonFor(&Control::isCancel)) {
-    return cancel->Model()->UserClicked();
-  }
+  if (ControlWindow* const cancel = ButtonFor(&Control::isCancel)) return cancel->Click();
+  const HostDpiScope host;
   form_->UserClosed();
 }
 
@@ -345,7 +364,10 @@ LRESULT FormWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
       break;
     case WM_CLOSE:
       // Not from under a dialog of its own, which whoever ends the program does not see.
-      if (form_ && IsWindowEnabled(window)) form_->UserClosed();
+      if (form_ && IsWindowEnabled(window)) {
+        const HostDpiScope host;
+        form_->UserClosed();
+      }
       return 0;
     case WM_DESTROY:
       owner_.Release(window);
@@ -353,9 +375,12 @@ LRESULT FormWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_SIZE:
       if (wParam != SIZE_MINIMIZED) Layout();
       return 0;
+    case WM_SIZING:
+      sized_ = true;
+      break;
     case WM_GETMINMAXINFO:
       if (form_ && fonts_) {
-        const SIZE size = DesignedSize();
+        const SIZE size = SizeAround({});
         reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {size.cx, size.cy};
       }
       return 0;
@@ -395,7 +420,10 @@ LRESULT FormWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
       return 0;
     case kFormActivated:
       activationPending_ = false;
-      if (form_) form_->UserActivated();
+      if (form_) {
+        const HostDpiScope host;
+        form_->UserActivated();
+      }
       SettleFocus();
       return 0;
     case kFocusMoved:

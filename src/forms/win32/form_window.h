@@ -21,7 +21,7 @@ struct Surroundings {
   HINSTANCE module;
   VisualStyles styles;
   const wchar_t* richEditClass = nullptr;
-  bool waiting = false;  // the wait cursor is on
+  int waiting = 0;  // how many times the wait cursor was switched on
 };
 
 // One form shown modally. Its window and its controls' windows live as long as this object, unless
@@ -57,7 +57,8 @@ class FormWindow final : public FormView {
   bool IsKeyOfDialog(MSG& message);
   void CreateControls();
   void PlaceWindow();
-  SIZE DesignedSize() const;
+  SIZE SizeAround(SIZE twips) const;
+  void KeepSize();
   void SetDpi(unsigned dpi);
   void Layout();
   void LayOut(ControlWindow& control, int extraWidth, int extraHeight);
@@ -89,6 +90,7 @@ class FormWindow final : public FormView {
   ControlWindow* told_ = nullptr;  // the control whose focus the model knows of
   HWND lastFocus_ = nullptr;       // where the focus returns when the window is activated
   bool activationPending_ = false;
+  bool sized_ = false;  // the user changed the size
 };
 
 }  // namespace postrove::forms

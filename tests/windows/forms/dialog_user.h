@@ -47,6 +47,13 @@ inline void WaitFor(const std::string& what, const std::function<bool()>& condit
   }
 }
 
+inline std::wstring WindowText(HWND window) {
+  std::wstring text(2000, L'\0');
+  text.resize(static_cast<std::size_t>(
+      SendMessageW(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()))));
+  return text;
+}
+
 // A shown dialog as its user sees it. Used on the user's thread.
 class Dialog {
  public:
@@ -95,11 +102,7 @@ class Dialog {
     WaitFor("the focus", [&] { return Focus() == edit; });
   }
 
-  std::wstring TextOf(const Control& control) const {
-    wchar_t text[512] = {};
-    SendMessageW(Item(control), WM_GETTEXT, 512, reinterpret_cast<LPARAM>(text));
-    return text;
-  }
+  std::wstring TextOf(const Control& control) const { return WindowText(Item(control)); }
 
   void WaitForEnd() const {
     WaitFor("the end of the dialog", [this] { return !IsWindow(window_); });

@@ -176,19 +176,6 @@ TEST_F(FormKeyboard, EscapePressesTheCancelButton) {
   EXPECT_EQ(UserEvents(), (Events{"close", "unload"}));
 }
 
-TEST_F(FormKeyboard, MnemonicsReachFieldsAndButtons) {
-  Use([&](Dialog& dialog) {
-    dialog.PressAlt(L'n');
-    dialog.WaitForFocus(form.txtSaveAsName);
-    dialog.PressAlt(L'f');
-    dialog.WaitForFocus(form.txtSaveFolder);
-    dialog.PressAlt(L'd');
-    WaitForEvent("cmdPostrove3 click");
-  });
-  EXPECT_TRUE(log.Has("txtSaveAsName lost"));
-  EXPECT_TRUE(log.Has("txtSaveFolder lost"));
-}
-
 TEST_F(FormKeyboard, ArrowKeysPickFromTheClosedList) {
   Use([&](Dialog& dialog) {
     dialog.Press(form.cboPostrove, VK_DOWN);
@@ -197,35 +184,6 @@ TEST_F(FormKeyboard, ArrowKeysPickFromTheClosedList) {
   });
   EXPECT_EQ(UserEvents(), (Events{"cboPostrove change Alpha: 1", "cboPostrove click"}));
   EXPECT_EQ(form.cboPostrove.ListIndex(), 0);
-}
-
-// The type-ahead of the project box as the controller does it.
-TEST_F(FormKeyboard, CompletesWhileTyping) {
-  form.cboPostrove.onKeyPress = [this](int& key) {
-    if (key != 'B') return;
-    host->DropDownList(form.cboPostrove);
-    form.cboPostrove.SetListIndex(1);
-    form.cboPostrove.Select(1, 6);
-    key = 0;
-    log.Add("completed");
-  };
-  Use([&](Dialog& dialog) {
-    dialog.Type(form.cboPostrove, L"B");
-    WaitForEvent("completed");
-    const HWND combo = dialog.Item(form.cboPostrove);
-    EXPECT_EQ(SendMessageW(combo, CB_GETDROPPEDSTATE, 0, 0), TRUE);
-    EXPECT_EQ(SendMessageW(combo, CB_GETCURSEL, 0, 0), 1);
-    EXPECT_EQ(dialog.TextOf(form.cboPostrove), L"Beta: 2");
-    EXPECT_EQ(SendMessageW(dialog.Edit(form.cboPostrove), EM_GETSEL, 0, 0), MAKELONG(1, 7));
-    dialog.Type(form.cboPostrove, L"x");
-    WaitForEvent("cboPostrove change Bx");
-    dialog.Press(form.cboPostrove, VK_ESCAPE);
-    WaitFor("the closed list", [&] { return !SendMessageW(combo, CB_GETDROPPEDSTATE, 0, 0); });
-  });
-  EXPECT_EQ(UserEvents(),
-            (Events{"cboPostrove change Beta: 2", "completed", "cboPostrove change Bx"}));
-  EXPECT_EQ(form.cboPostrove.Text(), L"Bx");
-  EXPECT_EQ(form.cboPostrove.ListIndex(), -1);
 }
 
 // A press on Cancel is known before the field that is being left would check itself.

@@ -275,6 +275,87 @@ TEST_F(FormModal, IsTopmostAndLowered) {
   DestroyWindow(above);
 }
 
+TEST_F(FormModal, CountsTheWaitCursorAndLeavesNestedDialogsWithout) {
+  const HCURSOR wait = LoadCursorW(nullptr, IDC_WAIT);
+  frmFolderMessage inner({});
+  inner.onActivate = [&] {
+    EXPECT_NE(GetCursor(), wait);
+    host->SetWaitCursor(true);
+    EXPECT_EQ(GetCursor(), wait);
+    host->SetWaitCursor(false);
+    EXPECT_NE(GetCursor(), wait);
+    inner.Unload();
+  };
+  OnMain() = [&] {
+    const bool kSteps[] = {true, true, false};
+    for (const bool on : kSteps) host->SetWaitCursor(on);
+    EXPECT_EQ(GetCursor(), wait) << "switched off once, on twice";
+    host->ShowModal(inner);
+    EXPECT_EQ(GetCursor(), wait);
+    for (int i = 0; i < 2; ++i) host->SetWaitCursor(false);
+    EXPECT_NE(GetCursor(), wait);
+    host->SetWaitCursor(true);
+    EXPECT_EQ(GetCursor(), wait) << "switched off too often before";
+    host->SetWaitCursor(false);
+    form->Unload();
+  };
+  const DialogUser user([&] {
+    const Dialog dialog(L"Postrove");
+    ClickMain(dialog);
+    dialog.WaitForEnd();
+  });
+  host->ShowModal(*form);
+}
+
+// The host's own windows are made and measured in its handlers; ours are scaled by the monitor.
+TEST_F(FormModal, RunsHandlersInTheHostsDpiMode) {
+  const HMODULE windows = GetModuleHandleW(L"user32.dll");
+  const auto find = [&](const char* name) {
+    return reinterpret_cast<void*>(GetProcAddress(windows, name));
+  };
+  const auto set = reinterpret_cast<HANDLE(WINAPI*)(HANDLE)>(find("SetThreadDpiAwarenessContext"));
+  const auto now = reinterpret_cast<HANDLE(WINAPI*)()>(find("GetThreadDpiAwarenessContext"));
+  const auto of = reinterpret_cast<HANDLE(WINAPI*)(HWND)>(find("GetWindowDpiAwarenessContext"));
+  const auto kind =
+      reinterpret_cast<int(WINAPI*)(HANDLE)>(find("GetAwarenessFromDpiAwarenessContext"));
+  if (!set || !now || !of || !kind) GTEST_SKIP() << "this system has one mode for all";
+  constexpr int kUnaware = 0;
+  constexpr int kPerMonitor = 2;
+  const HANDLE before = set(reinterpret_cast<HANDLE>(static_cast<INT_PTR>(-1)));
+  std::vector<int> modes;
+  const auto note = [&] { modes.push_back(kind(now())); };
+  form->onActivate = note;
+  form->onUnload = [&](bool&) { note(); };
+  form->cboPostrove.onGotFocus = note;
+  form->cboPostrove.onLostFocus = note;
+  form->cboPostrove.onClick = note;
+  form->cboPostrove.onKeyPress = [&](int&) { note(); };
+  form->cboPostrove.onChange = note;
+  form->cboPostrove.SetItems({L"Alpha", L"Beta"});
+  OnMain() = [&] {
+    note();
+    form->lblAlert.SetVisible(true);
+    host->DropDownList(form->cboPostrove);
+    note();
+    EXPECT_EQ(kind(of(GetActiveWindow())), kPerMonitor);
+    log.Add("main");
+  };
+  const DialogUser user([&] {
+    const Dialog dialog(L"Postrove");
+    dialog.Type(form->cboPostrove, L"a");
+    dialog.Press(form->cboPostrove, VK_DOWN);
+    ClickMain(dialog);
+    WaitFor("the click", [&] { return log.Has("main"); });
+    PostMessageW(dialog.Window(), WM_CLOSE, 0, 0);
+    dialog.WaitForEnd();
+  });
+  host->ShowModal(*form);
+  EXPECT_EQ(kind(now()), kUnaware);
+  set(before);
+  EXPECT_GE(modes.size(), 10u);
+  for (const int mode : modes) EXPECT_EQ(mode, kUnaware);
+}
+
 TEST_F(FormModal, IgnoresFormsThatAreNotShown) {
   host->SetTopmost(*form, true);
   host->BringToFront(*form);

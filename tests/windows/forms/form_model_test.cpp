@@ -89,7 +89,7 @@ TEST_F(FormModel, AppliesEveryLaterChange) {
         EXPECT_EQ(dialog.TextOf(form.lblVersion), L"1.0 0");
         EXPECT_TRUE(IsWindowVisible(dialog.Item(form.lblAlert)));
         EXPECT_FALSE(IsWindowEnabled(dialog.Item(form.cmdPostrove(kEditProjectButton))));
-        EXPECT_EQ(dialog.TextOf(form.cmdPostrove(kMainButton)), L"Save");
+        EXPECT_EQ(dialog.TextOf(form.cmdPostrove(kMainButton)), L"&Save");
         EXPECT_EQ(dialog.TextOf(form.cboPostrove), L"B: 2");
         GetWindowRect(dialog.Item(form.lblAlert), &before);
         RECT button;
@@ -116,19 +116,52 @@ TEST_F(FormModel, AppliesEveryLaterChange) {
   EXPECT_EQ(changes, 2) << "a change from code is told once";
 }
 
-TEST_F(FormModel, FillsALongListWhenItIsNeeded) {
+// Whatever colours the system has, a text can be told from its ground.
+TEST_F(FormModel, ShowsReadableColors) {
+  constexpr Color kWhite = 0xFFFFFF;
+  constexpr Color kBlack = 0;
+  const struct {
+    Color text, ground;
+    COLORREF shown;
+  } kCases[] = {{kBlack, kYellow, RGB(0, 0, 0)},         {kWhite, kYellow, RGB(0, 0, 0)},
+                {kRed, kYellow, RGB(255, 0, 0)},         {kRed, kBlack, RGB(255, 255, 255)},
+                {kLinkBlue, kBlack, RGB(255, 255, 255)}, {kLinkBlue, kWhite, RGB(0, 102, 204)}};
+  Show([] {},
+       [&](Dialog& dialog) {
+         const HWND name = dialog.Item(form.txtSaveAsName);
+         const HDC dc = GetDC(name);
+         for (const auto& one : kCases) {
+           form.txtSaveAsName.SetForeColor(one.text);
+           form.txtSaveAsName.SetBackColor(one.ground);
+           SendMessageW(dialog.Window(), WM_CTLCOLOREDIT, reinterpret_cast<WPARAM>(dc),
+                        reinterpret_cast<LPARAM>(name));
+           EXPECT_EQ(GetTextColor(dc), one.shown);
+         }
+         ReleaseDC(name, dc);
+       });
+}
+
+// Neither opening nor the first look at the list waits for all of it; the rest comes by itself.
+TEST_F(FormModel, FillsALongListInPortions) {
   constexpr int kItems = 100000;
   std::vector<std::wstring> items;
   for (int i = 0; i < kItems; ++i) items.push_back(L"Project: " + std::to_wstring(i));
   form.cboPostrove.SetItems(items);
   form.cboPostrove.SetListIndex(77777);
+  LRESULT listedAtFirst = -1;
+  form.onActivate = [&] {
+    if (listedAtFirst < 0) {
+      listedAtFirst = SendMessageW(FindWindowExW(GetActiveWindow(), nullptr, L"ComboBox", nullptr),
+                                   CB_GETCOUNT, 0, 0);
+    }
+  };
   Show([] {},
        [&](Dialog& dialog) {
          const HWND combo = dialog.Item(form.cboPostrove);
-         EXPECT_EQ(SendMessageW(combo, CB_GETCOUNT, 0, 0), 0) << "opening must not fill it";
          EXPECT_EQ(dialog.TextOf(form.cboPostrove), L"Project: 77777");
          SendMessageW(combo, CB_SHOWDROPDOWN, TRUE, 0);
-         EXPECT_EQ(SendMessageW(combo, CB_GETCOUNT, 0, 0), kItems);
+         EXPECT_EQ(SendMessageW(combo, CB_GETCURSEL, 0, 0), 77777);
+         WaitFor("the rest", [&] { return SendMessageW(combo, CB_GETCOUNT, 0, 0) == kItems; });
          EXPECT_EQ(SendMessageW(combo, CB_GETCURSEL, 0, 0), 77777);
          EXPECT_EQ(dialog.TextOf(form.cboPostrove), L"Project: 77777");
          SendMessageW(combo, CB_SHOWDROPDOWN, FALSE, 0);
@@ -136,6 +169,7 @@ TEST_F(FormModel, FillsALongListWhenItIsNeeded) {
          WaitFor("the pick", [&] { return log.Has("cboPostrove click"); });
        });
   EXPECT_EQ(form.cboPostrove.ListIndex(), 77778);
+  EXPECT_LE(listedAtFirst, 5000);
 }
 
 TEST_F(FormModel, ResizesWithItsFieldsAndNotBelowItsDesign) {
@@ -170,6 +204,60 @@ TEST_F(FormModel, ResizesWithItsFieldsAndNotBelowItsDesign) {
        });
 }
 
+// The user's size comes back at the next opening, whole on the monitor and not below the design.
+TEST_F(FormModel, RemembersTheSizeThatTheUserGave) {
+  const struct {
+    int grow;   // pixels, in both directions
+    bool user;  // by dragging
+    int more;   // what the next opening is larger by; -1: it fills the monitor
+  } kCases[] = {{60, true, 60}, {200, false, 60}, {-50, true, 0}, {9000, true, -1}};
+  RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\Postrove\\Forms");
+  const auto size = [](const Dialog& dialog) {
+    RECT place;
+    GetWindowRect(dialog.Window(), &place);
+    return SIZE{place.right - place.left, place.bottom - place.top};
+  };
+  const auto show = [&](const std::function<void(Dialog&)>& look) {
+    frmPostrove own({});
+    const DialogUser user([&] {
+      Dialog dialog(L"Postrove");
+      look(dialog);
+      PostMessageW(dialog.Window(), WM_CLOSE, 0, 0);
+      dialog.WaitForEnd();
+    });
+    host->ShowModal(own);
+  };
+  SIZE designed = {};
+  show([&](Dialog& dialog) { designed = size(dialog); });
+  for (const auto& one : kCases) {
+    SCOPED_TRACE(one.grow);
+    show([&](Dialog& dialog) {
+      if (one.user) SendMessageW(dialog.Window(), WM_SIZING, WMSZ_BOTTOMRIGHT, 0);
+      SetWindowPos(dialog.Window(), nullptr, 0, 0, designed.cx + one.grow, designed.cy + one.grow,
+                   SWP_NOMOVE | SWP_NOSENDCHANGING);
+    });
+    show([&](Dialog& dialog) {
+      RECT work;
+      SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
+      RECT place;
+      GetWindowRect(dialog.Window(), &place);
+      if (one.more < 0) {
+        EXPECT_TRUE(EqualRect(&place, &work));
+      } else {
+        EXPECT_NEAR(size(dialog).cx, designed.cx + one.more, 1);
+        EXPECT_NEAR(size(dialog).cy, designed.cy + one.more, 1);
+      }
+    });
+  }
+  // What others left there is no size.
+  HKEY key;
+  RegCreateKeyW(HKEY_CURRENT_USER, L"Software\\Postrove\\Forms", &key);
+  RegSetValueExW(key, L"frmPostrove", 0, REG_SZ, reinterpret_cast<const BYTE*>(L"wide"), 10);
+  RegCloseKey(key);
+  show([&](Dialog& dialog) { EXPECT_EQ(size(dialog).cx, designed.cx); });
+  RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\Postrove\\Forms");
+}
+
 TEST_F(FormModel, ScalesWithTheMonitor) {
   Show([] {},
        [&](Dialog& dialog) {
@@ -197,6 +285,16 @@ TEST_F(FormModel, ScalesWithTheMonitor) {
          RECT after;
          GetWindowRect(dialog.Item(form.txtSaveFolder), &after);
          EXPECT_NEAR(after.bottom - after.top, 2 * (before.bottom - before.top), 1);
+         // The text stands in the middle, as its label does.
+         for (const Control* field : {&form.txtSaveFolder, &form.cboPostrove}) {
+           RECT whole;
+           RECT line;
+           GetWindowRect(dialog.Edit(*field), &whole);
+           GetClientRect(dialog.Edit(*field), &line);
+           MapWindowPoints(dialog.Edit(*field), nullptr, reinterpret_cast<POINT*>(&line), 2);
+           EXPECT_NEAR(line.top - whole.top, whole.bottom - line.bottom, 1);
+           EXPECT_GE(line.bottom - line.top, -large.lfHeight);
+         }
        });
 }
 

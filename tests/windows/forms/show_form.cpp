@@ -1,28 +1,82 @@
 // show_form postrove|folder|setup|projinfo [--plain]
-// Shows a dialog with sample values until a button is clicked or it is closed; --plain without
-// visual styles. Nothing is saved anywhere.
+// show_form --pictures FOLDER LABELFILE [--plain]
+// Shows a dialog with sample values until a button is clicked or it is closed, or shows every
+// dialog in every state and leaves a picture of each, as a bitmap, in the folder; --plain without
+// visual styles. Nothing is saved anywhere. The save dialog is filled by the product's controller.
 #include <windows.h>
 
 #include <cstdio>
-#include <cstring>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
 
+#include "data/project_sql.h"
 #include "forms/frmFolderMessage.h"
 #include "forms/frmPostrove.h"
 #include "forms/frmProjInfo.h"
 #include "forms/frmSetup.h"
 #include "forms/win32/WinFormHost.h"
+#include "outlook/screenshot.h"
+#include "support/Product.h"
 
 using namespace postrove::forms;
+using postrove::testing::FakeOutlook;
+using postrove::testing::Product;
 
 namespace {
 
-void EndByButtons(Form& form) {
-  for (const auto& control : form.Controls()) {
-    if (control->Kind() == ControlKind::CommandButton) {
-      control->onClick = [&form] { form.Unload(); };
+// Takes a picture of each form that is shown, and ends it; without a folder the user ends it.
+class PicturingHost final : public FormHost {
+ public:
+  PicturingHost(HINSTANCE module, std::wstring folder)
+      : host_(CreateWinFormHost(module)), folder_(std::move(folder)) {}
+
+  void ShowModal(Form& form) override {
+    EndByButtons(form);
+    if (folder_.empty()) return host_->ShowModal(form);
+    shown_ = &form;
+    path_ = folder_ + L"\\" + next + L".bmp";
+    // Late enough for what the dialog does after it was shown.
+    const UINT_PTR timer = SetTimer(nullptr, 0, 500, Take);
+    host_->ShowModal(form);
+    KillTimer(nullptr, timer);
+  }
+  void SetTopmost(Form& form, bool topmost) override { host_->SetTopmost(form, topmost); }
+  void BringToFront(Form& form) override { host_->BringToFront(form); }
+  void SetFocus(Control& control) override { host_->SetFocus(control); }
+  void DropDownList(Control& combo) override { host_->DropDownList(combo); }
+  void SendTab(Form& form) override { host_->SendTab(form); }
+  void SetWaitCursor(bool on) override { host_->SetWaitCursor(on); }
+
+  std::wstring next;  // name of the next picture
+
+ private:
+  static void EndByButtons(Form& form) {
+    for (const auto& control : form.Controls()) {
+      if (control->Kind() == ControlKind::CommandButton && !control->onClick) {
+        control->onClick = [&form] { form.Unload(); };
+      }
     }
   }
-}
+
+  static void CALLBACK Take(HWND, UINT, UINT_PTR, DWORD) {
+    Form* const form = std::exchange(shown_, nullptr);
+    if (!form) return;
+    const HWND window = FindWindowW(L"PostroveForm", form->Caption().c_str());
+    RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+    if (!standin::SaveScreenshot(window, path_)) std::fprintf(stderr, "no picture\n");
+    form->Unload();
+  }
+
+  const std::shared_ptr<FormHost> host_;
+  const std::wstring folder_;
+  static inline Form* shown_ = nullptr;
+  static inline std::wstring path_;
+};
 
 // Marks a field while it is empty, in colour when it is required.
 void Require(Control& field, Control& label, Control& alert) {
@@ -35,22 +89,66 @@ void Require(Control& field, Control& label, Control& alert) {
   };
 }
 
-void ShowSaveDialog(FormHost& host) {
-  frmPostrove form({});
-  form.lblFormTitle.SetText(L"Postrove Project EMail and File Location");
-  form.cboPostrove.SetItems({L"Harbour Bridge: 2024-017", L"Library Roof: 2024-021",
-                             L"Tunnel Ventilation, Second Stage: 2025-003"});
-  form.cboPostrove.SetListIndex(0);
-  form.txtSaveFolder.SetText(L"P:\\Projects\\2024-017 Harbour Bridge\\EMail");
-  form.txtSaveAsName.SetText(L"2025-06-12 Minutes of the site meeting");
-  form.lblVersion.SetText(L"1.0 0");
-  form.rtfFieldHints.SetText(L"\r\nHint: Choose the project that this message belongs to.");
-  Require(form.txtSaveAsName, form.lblNameLabel, form.lblAlert);
-  EndByButtons(form);
-  host.ShowModal(form);
+std::string ReadFile(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
 }
 
-void ShowFolderMessage(FormHost& host) {
+// One message, and the machine that it is filed on.
+struct Message {
+  const wchar_t* picture;
+  bool sent;
+  bool shared;
+  const wchar_t* subject;
+  const wchar_t* folder;  // of the project
+};
+
+constexpr wchar_t kLong[] =
+    L"2025-06-12 Minutes of the site meeting, of the inspection of the eastern abutment that "
+    L"followed it, and of what was agreed on the way back about the deliveries of next month";
+constexpr wchar_t kLongFolder[] =
+    L"\\\\files.example.com\\Engineering Projects\\Bridges and Tunnels\\2231 Harbour Bridge, "
+    L"Second Stage of the Refurbishment\\";
+constexpr Message kMessages[] = {
+    {L"save-received", true, false, L"Minutes of the site meeting", L"P:\\2231 Harbour Bridge\\"},
+    {L"save-new", false, false, L"2231-Harbour Bridge=>Fee letter", L"P:\\2231 Harbour Bridge\\"},
+    {L"save-required", false, false, L"", L""},
+    {L"save-shared", true, true, L"2231-Harbour Bridge=>Fee letter", L"P:\\2231 Harbour Bridge\\"},
+    {L"save-long", true, false, kLong, kLongFolder},
+};
+
+void ShowSaveDialog(const std::shared_ptr<PicturingHost>& host, const std::string& labels,
+                    const Message& message) {
+  Product product;
+  product.host = host;
+  product.utility->AddFile(std::wstring(postrove::testing::kAppData) + L"\\Postrove\\Postrove.cnt",
+                           labels);
+  const std::wstring sibling = std::wstring(postrove::testing::kAppData) + L"\\Quillion";
+  if (message.shared) {
+    product.utility->AddFolder(std::wstring(postrove::testing::kPrograms) + L"\\Quillion");
+    product.utility->AddFile(sibling + L"\\Qulln.ini", "[Setup]\r\nRoot=P:\\\r\n");
+  }
+  const std::wstring name = message.folder == kLongFolder ? kLong : L"Harbour Bridge";
+  product.database->SetHandler([&](const postrove::testing::RanStatement&) {
+    return postrove::Rows{{L"2231", name, message.folder, true, std::int64_t{7}},
+                          {L"2240", L"Library Roof", L"", true, std::int64_t{8}}};
+  });
+  product.Start();
+  const auto mail = product.outlook.Open(message.sent);
+  mail->item->properties[L"Subject"] = message.subject;
+  product.outlook.RaiseNew(mail);
+  if (message.folder == kLongFolder) {
+    product.Controller().ProjectNumber = L"2231";
+    product.Controller().ProjectName = kLong;
+    product.Controller().ProjFilePath = kLongFolder;
+  }
+  host->next = message.picture;
+  mail->buttons.at(0)->Raise(postrove::office::kCommandBarButtonEvents,
+                             postrove::office::kButtonClick,
+                             {postrove::office::Value(mail->buttons.at(0)), false});
+}
+
+void ShowFolderMessage(PicturingHost& host) {
   frmFolderMessage form({});
   form.SetCaption(L"Existing File Name");
   const wchar_t* name =
@@ -62,11 +160,11 @@ void ShowFolderMessage(FormHost& host) {
   form.lblWarning().SetText(
       L"You may:\r\n-Edit the name and click 'OK' to save the file with a different name.\r\n"
       L"-Click 'OK' to replace the existing file.\r\n-Click 'Cancel' to return to the form.");
-  EndByButtons(form);
+  host.next = L"folder-message";
   host.ShowModal(form);
 }
 
-void ShowSetup(FormHost& host) {
+void ShowSetup(PicturingHost& host, int database) {
   frmSetup form({});
   for (const int index : {0, 1}) {
     form.optDbType(index).onClick = [&form] {
@@ -80,7 +178,7 @@ void ShowSetup(FormHost& host) {
       }
     };
   }
-  form.optDbType(kSetupOwnDb).SetChecked(true);
+  form.optDbType(database).SetChecked(true);
   const wchar_t* const values[] = {
       L"\\\\server\\Projects",     L" - ", L" - ", L"R&D\\EMail", L"\\\\server\\Postrove\\Data",
       L"C:\\ProgramData\\Postrove"};
@@ -100,11 +198,11 @@ void ShowSetup(FormHost& host) {
   form.rtfFieldHints.SetText(
       L"Hint:\r\nThe folder on the server that holds the folders of your projects. A new project's "
       L"folder is suggested here.");
-  EndByButtons(form);
+  host.next = database == kSetupOwnDb ? L"setup-own" : L"setup-shared";
   host.ShowModal(form);
 }
 
-void ShowProjInfo(FormHost& host) {
+void ShowProjInfo(PicturingHost& host) {
   frmProjInfo form({});
   form.SetCaption(L"Edit a Project");
   for (const int index : {kProjInfoNumber, kProjInfoName, kProjInfoFolder}) {
@@ -115,33 +213,37 @@ void ShowProjInfo(FormHost& host) {
   form.txtProjInfo(kProjInfoFolder).SetText(L"\\\\server\\Projects\\2024-017 Harbour Bridge");
   form.chkProjActive.SetChecked(true);
   form.rtfFieldHints.SetText(L"Hint:\r\nThe name that the list of the save dialog shows.");
-  EndByButtons(form);
+  host.next = L"project-information";
   host.ShowModal(form);
 }
 
 }  // namespace
 
 int main(int count, char** arguments) {
-  if (count < 2) {
-    std::fprintf(stderr, "usage: show_form postrove|folder|setup|projinfo [--plain]\n");
+  std::vector<std::string> words(arguments + 1, arguments + count);
+  const bool plain = std::erase(words, "--plain") > 0;
+  const bool pictures = words.size() == 3 && words[0] == "--pictures";
+  if (!pictures && words.size() != 1) {
+    std::fprintf(stderr,
+                 "usage: show_form postrove|folder|setup|projinfo [--plain]\n"
+                 "       show_form --pictures FOLDER LABELFILE [--plain]\n");
     return 2;
   }
-  const bool plain = count > 2 && std::strcmp(arguments[2], "--plain") == 0;
+  const std::string folder = pictures ? words[1] : "";
   // A module without the manifest has no visual styles.
   const HMODULE module = GetModuleHandleW(plain ? L"gdi32.dll" : nullptr);
-  const auto host = CreateWinFormHost(module);
-  const struct {
-    const char* name;
-    void (*show)(FormHost&);
-  } dialogs[] = {{"postrove", ShowSaveDialog},
-                 {"folder", ShowFolderMessage},
-                 {"setup", ShowSetup},
-                 {"projinfo", ShowProjInfo}};
-  for (const auto& dialog : dialogs) {
-    if (std::strcmp(arguments[1], dialog.name) != 0) continue;
-    dialog.show(*host);
-    return 0;
+  const auto host =
+      std::make_shared<PicturingHost>(module, std::wstring(folder.begin(), folder.end()));
+  const std::string labels = pictures ? ReadFile(words[2]) : "";
+  for (const Message& message : kMessages) {
+    if (pictures || words[0] == "postrove") ShowSaveDialog(host, labels, message);
+    if (!pictures) break;
   }
-  std::fprintf(stderr, "show_form: no dialog %s\n", arguments[1]);
-  return 2;
+  if (pictures || words[0] == "folder") ShowFolderMessage(*host);
+  if (pictures || words[0] == "setup") {
+    ShowSetup(*host, kSetupOwnDb);
+    if (pictures) ShowSetup(*host, kSetupSiblingDb);
+  }
+  if (pictures || words[0] == "projinfo") ShowProjInfo(*host);
+  return 0;
 }
