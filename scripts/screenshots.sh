@@ -22,7 +22,6 @@ folder=$(realpath -- "$1")
 wine_lock x64
 wine_prepare x64
 POSTROVE_DISPLAY=''
-display_server=''
 # Scale and colours are the prefix's for this run only.
 registry=$(wine_prefix x64)/user.reg
 wine_stop x64
@@ -32,14 +31,10 @@ put_back() {
   wine_stop x64
   wine_run x64 wineserver -w
   cp "$root/build/user.reg" "$registry"
-  [[ -z $display_server ]] || kill "$display_server" || true
+  display_stop
 }
 trap put_back EXIT
-# The server takes a free number and tells it on the pipe once it can be used.
-exec 8< <(exec Xvfb -displayfd 1 -screen 0 2560x1600x24 -nolisten tcp 2>/dev/null 9>&-)
-display_server=$!
-read -r number <&8 || die "the virtual display did not start"
-POSTROVE_DISPLAY=:$number
+display_start 2560x1600
 work=$root/build/screenshots
 
 # set_dpi DPI: a session of Wine keeps the scale that it began with.

@@ -46,11 +46,11 @@ wine_start() {
 
 wine_stop() { wine_run "$1" wineserver -k >/dev/null 2>&1 || true; }
 
-# display_start: a virtual display for the session that is started next, until display_stop.
+# display_start [SIZE]: a virtual display for the session that is started next, until display_stop.
 display_start() {
   local number
   # The server takes a free number and tells it on the pipe once it can be used.
-  exec 8< <(exec Xvfb -displayfd 1 -screen 0 1280x1024x24 -nolisten tcp 2>/dev/null 9>&-)
+  exec 8< <(exec Xvfb -displayfd 1 -screen 0 "${1:-1280x1024}x24" -nolisten tcp 2>/dev/null 9>&-)
   display_server=$!
   read -r number <&8 || die "the virtual display did not start"
   POSTROVE_DISPLAY=:$number
