@@ -50,8 +50,8 @@ pictures() {
   local suffix=$1 picture
   rm -rf "$work"
   mkdir -p "$work"
-  wine_run x64 wine "$root/build/win64/tests/windows/forms/show_form.exe" --pictures \
-    "$(windows_path "$work")" "$(windows_path "$root/resources/Postrove.cnt")" </dev/null
+  wine_run x64 wine "$root/build/win64/tests/windows/forms/show_form.exe" all \
+    "$(windows_path "$root/resources/Postrove.cnt")" "$(windows_path "$work")" </dev/null
   for picture in "$work"/*.bmp; do
     convert "$picture" "$folder/$(basename "${picture%.bmp}")-$suffix.png"
   done

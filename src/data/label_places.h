@@ -7,7 +7,8 @@ namespace postrove::labels {
 
 // Blocks.
 inline constexpr std::size_t kSaveDialog = 0;
-inline constexpr std::size_t kSetupDialog = 1;  // the hints, by the index of their field
+inline constexpr std::size_t kSetupDialog = 1;    // the hints, by the index of their field
+inline constexpr std::size_t kProjectDialog = 2;  // the captions and then the hints of its fields
 
 // Labels of the save dialog.
 inline constexpr std::size_t kProjectHint = 0;

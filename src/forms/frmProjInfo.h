@@ -26,7 +26,7 @@ class frmProjInfoEvents {
 };
 
 // Indexes of txtProjInfo, lblFieldLabel and lblAlert.
-enum ProjInfoField { kProjInfoNumber = 0, kProjInfoName = 1, kProjInfoFolder = 2 };
+enum ProjInfoField { kProjInfoNumber = 0, kProjInfoName = 1, kProjInfoFolder = 2, kProjInfoFields };
 
 // Indexes of cmdProjInfo.
 enum ProjInfoButton { kProjInfoSave = 0, kProjInfoCancel = 1, kProjInfoHelp = 2 };

@@ -2,6 +2,7 @@
 
 #include "controller/clsPostrove.h"
 #include "controller/raised.h"
+#include "data/label_places.h"
 #include "forms/kit/guards.h"
 #include "forms/messages.h"
 #include "forms/web_site.h"
@@ -41,6 +42,15 @@ void clsPostrove::FillProjectInfo(forms::frmProjInfo& form) {
   form.SetCaption((add || manual ? L"Add a " : L"Edit a ") + WorkUnit);
   form.chkProjActive.SetVisible(!add);
   form.chkProjActive.SetChecked(Active);
+
+  std::wstring hints;
+  for (const int field : {forms::kProjInfoNumber, forms::kProjInfoName, forms::kProjInfoFolder}) {
+    const auto label = static_cast<std::size_t>(field);
+    forms::Control& caption = form.lblFieldLabel(field);
+    caption.SetText(Label(labels::kProjectDialog, label, caption.Text()));
+    hints += L"\r\n" + Label(labels::kProjectDialog, label + forms::kProjInfoFields, {});
+  }
+  form.rtfFieldHints.SetText(L"Hint:" + hints);
 
   const bool proposes = add || (manual && ProjectNumber.empty());
   form.txtProjInfo(forms::kProjInfoNumber)

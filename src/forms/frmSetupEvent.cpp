@@ -61,6 +61,13 @@ void ShowSample(const forms::frmSetup& form) {
       L"<email subject>");
 }
 
+// What the user cannot fill in is not asked for.
+void ShowLocked(const forms::frmSetup& form, int index) {
+  FieldOf(form, index).SetBackColor(forms::kSystemButtonFace);
+  LabelOf(form, index).SetForeColor(forms::kSystemButtonText);
+  form.lblAlert(index).SetVisible(false);
+}
+
 // Quillion decides on its database and folders.
 void LockByMode(forms::frmSetup& form, bool shared) {
   form.txtSetup(forms::kSetupServerFolder).SetLocked(shared);
@@ -125,7 +132,7 @@ void clsPostrove::FillSetup(forms::frmSetup& form) {
     forms::Control& field = FieldOf(form, index);
     field.SetText(CurrentDefault(index));
     MarkSetupField(form, index);
-    if (field.Locked()) field.SetBackColor(forms::kSystemButtonFace);
+    if (field.Locked()) ShowLocked(form, index);
   }
   ShowWord(form, WorkUnit);
   ShowSample(form);

@@ -1,13 +1,11 @@
-// show_form postrove|folder|setup|projinfo [--plain]
-// show_form --pictures FOLDER LABELFILE [--plain]
-// Shows a dialog with sample values until a button is clicked or it is closed, or shows every
-// dialog in every state and leaves a picture of each, as a bitmap, in the folder; --plain without
-// visual styles. Nothing is saved anywhere. The save dialog is filled by the product's controller.
+// show_form SCENE|all LABELFILE [FOLDER] [--plain]
+// Shows a scene, the save dialog or one that it opens, as the product's controller fills it on a
+// machine with two projects; or leaves a picture of it, as a bitmap, in the folder. SCENE is "all"
+// or one of the names below; --plain is without visual styles. Nothing is saved anywhere.
 #include <windows.h>
 
 #include <cstdio>
 #include <fstream>
-#include <functional>
 #include <iterator>
 #include <memory>
 #include <string>
@@ -15,35 +13,33 @@
 #include <vector>
 
 #include "data/project_sql.h"
-#include "forms/frmFolderMessage.h"
 #include "forms/frmPostrove.h"
-#include "forms/frmProjInfo.h"
-#include "forms/frmSetup.h"
 #include "forms/win32/WinFormHost.h"
 #include "outlook/screenshot.h"
 #include "support/Product.h"
 
 using namespace postrove::forms;
-using postrove::testing::FakeOutlook;
-using postrove::testing::Product;
+using namespace postrove::testing;
 
 namespace {
 
-// Takes a picture of each form that is shown, and ends it; without a folder the user ends it.
+// Does in the save dialog what opens another one.
+using Act = void (*)(frmPostrove& form);
+
+// Acts in the save dialog, or takes a picture of the dialog in front and ends it; without a folder
+// the user does everything.
 class PicturingHost final : public FormHost {
  public:
   PicturingHost(HINSTANCE module, std::wstring folder)
       : host_(CreateWinFormHost(module)), folder_(std::move(folder)) {}
 
   void ShowModal(Form& form) override {
-    EndByButtons(form);
     if (folder_.empty()) return host_->ShowModal(form);
     shown_ = &form;
-    path_ = folder_ + L"\\" + next + L".bmp";
     // Late enough for what the dialog does after it was shown.
-    const UINT_PTR timer = SetTimer(nullptr, 0, 500, Take);
+    timer_ = SetTimer(nullptr, 0, 500, Take);
+    self_ = this;
     host_->ShowModal(form);
-    KillTimer(nullptr, timer);
   }
   void SetTopmost(Form& form, bool topmost) override { host_->SetTopmost(form, topmost); }
   void BringToFront(Form& form) override { host_->BringToFront(form); }
@@ -52,198 +48,136 @@ class PicturingHost final : public FormHost {
   void SendTab(Form& form) override { host_->SendTab(form); }
   void SetWaitCursor(bool on) override { host_->SetWaitCursor(on); }
 
-  std::wstring next;  // name of the next picture
-
- private:
-  static void EndByButtons(Form& form) {
-    for (const auto& control : form.Controls()) {
-      if (control->Kind() == ControlKind::CommandButton && !control->onClick) {
-        control->onClick = [&form] { form.Unload(); };
-      }
-    }
+  void Next(const std::wstring& picture, Act act) {
+    path_ = folder_ + L"\\" + picture + L".bmp";
+    act_ = act;
   }
 
-  static void CALLBACK Take(HWND, UINT, UINT_PTR, DWORD) {
-    Form* const form = std::exchange(shown_, nullptr);
-    if (!form) return;
-    const HWND window = FindWindowW(L"PostroveForm", form->Caption().c_str());
-    RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
-    if (!standin::SaveScreenshot(window, path_)) std::fprintf(stderr, "no picture\n");
-    form->Unload();
+ private:
+  static void CALLBACK Take(HWND, UINT, UINT_PTR, DWORD) { self_->TakePicture(); }
+
+  void TakePicture() {
+    KillTimer(nullptr, timer_);
+    Form& form = *shown_;
+    if (const Act act = std::exchange(act_, nullptr)) act(dynamic_cast<frmPostrove&>(form));
+    if (shown_ == &form) {
+      const HWND window = FindWindowW(L"PostroveForm", form.Caption().c_str());
+      RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+      if (!standin::SaveScreenshot(window, path_)) std::fprintf(stderr, "no picture\n");
+    }
+    form.Unload();
   }
 
   const std::shared_ptr<FormHost> host_;
   const std::wstring folder_;
-  static inline Form* shown_ = nullptr;
-  static inline std::wstring path_;
+  std::wstring path_;
+  Act act_ = nullptr;
+  Form* shown_ = nullptr;  // the one in front
+  UINT_PTR timer_ = 0;
+  static inline PicturingHost* self_ = nullptr;
 };
-
-// Marks a field while it is empty, in colour when it is required.
-void Require(Control& field, Control& label, Control& alert) {
-  field.onChange = [&field, &label, &alert] {
-    const bool empty = field.Text().empty();
-    const bool missing = empty && field.Tag() == L"required";
-    field.SetBackColor(missing ? kYellow : kSystemWindow);
-    label.SetForeColor(missing ? kRed : kSystemButtonText);
-    alert.SetVisible(empty);
-  };
-}
 
 std::string ReadFile(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-// One message, and the machine that it is filed on.
-struct Message {
-  const wchar_t* picture;
+// One message, the machine that it is filed on, and what is done with it.
+struct Scene {
+  const wchar_t* name;
   bool sent;
   bool shared;
   const wchar_t* subject;
   const wchar_t* folder;  // of the project
+  Act act = nullptr;
 };
+
+void Pick(frmPostrove& form) { form.cboPostrove.UserPicked(0); }
+
+template <int Button>
+void Press(frmPostrove& form) {
+  Pick(form);
+  form.cmdPostrove(Button).UserClicked();
+}
 
 constexpr wchar_t kLong[] =
     L"2025-06-12 Minutes of the site meeting, of the inspection of the eastern abutment that "
     L"followed it, and of what was agreed on the way back about the deliveries of next month";
 constexpr wchar_t kLongFolder[] =
-    L"\\\\files.example.com\\Engineering Projects\\Bridges and Tunnels\\2231 Harbour Bridge, "
+    L"\\\\files.example.com\\Engineering Projects\\Bridges and Tunnels\\22-31 Harbour Bridge, "
     L"Second Stage of the Refurbishment\\";
-constexpr Message kMessages[] = {
-    {L"save-received", true, false, L"Minutes of the site meeting", L"P:\\2231 Harbour Bridge\\"},
-    {L"save-new", false, false, L"2231-Harbour Bridge=>Fee letter", L"P:\\2231 Harbour Bridge\\"},
+constexpr wchar_t kFolder[] = L"P:\\22-31 Harbour Bridge\\";
+constexpr wchar_t kSubject[] = L"Minutes of the site meeting";
+constexpr Scene kScenes[] = {
+    {L"save-received", true, false, kSubject, kFolder},
+    {L"save-new", false, false, L"Fee letter", kFolder, Pick},
     {L"save-required", false, false, L"", L""},
-    {L"save-shared", true, true, L"2231-Harbour Bridge=>Fee letter", L"P:\\2231 Harbour Bridge\\"},
+    {L"save-shared", true, true, L"22-31-Harbour Bridge=>Fee letter", kFolder},
     {L"save-long", true, false, kLong, kLongFolder},
+    {L"folder-not-found", true, false, kSubject, L"P:\\22-32 Harbour Bridge\\", Press<kMainButton>},
+    {L"existing-file", true, false, kSubject, kFolder, Press<kMainButton>},
+    {L"project-add", true, false, kSubject, kFolder, Press<kAddProjectButton>},
+    {L"project-edit", true, false, kSubject, kFolder, Press<kEditProjectButton>},
+    {L"setup-own", true, false, kSubject, kFolder, Press<kDefaultsButton>},
+    {L"setup-shared", true, true, kSubject, kFolder, Press<kDefaultsButton>},
 };
 
-void ShowSaveDialog(const std::shared_ptr<PicturingHost>& host, const std::string& labels,
-                    const Message& message) {
+void Show(const std::shared_ptr<PicturingHost>& host, const std::string& labels,
+          const Scene& scene) {
   Product product;
   product.host = host;
-  product.utility->AddFile(std::wstring(postrove::testing::kAppData) + L"\\Postrove\\Postrove.cnt",
-                           labels);
-  const std::wstring sibling = std::wstring(postrove::testing::kAppData) + L"\\Quillion";
-  if (message.shared) {
-    product.utility->AddFolder(std::wstring(postrove::testing::kPrograms) + L"\\Quillion");
-    product.utility->AddFile(sibling + L"\\Qulln.ini", "[Setup]\r\nRoot=P:\\\r\n");
+  FakeSharedUtil& machine = *product.utility;
+  machine.AnswerTheRest();
+  const std::wstring data = std::wstring(kAppData) + L"\\Postrove\\";
+  machine.AddFile(data + L"Postrove.cnt", labels);
+  machine.AddFile(data + L"WorkUnitType.cnt", "Project\r\nJob\r\nContract\r\n");
+  machine.AddFile(data + L"Postrove.ini", "[Setup]\r\nRoot=P:\\\r\n");
+  machine.AddFile(std::wstring(kFolder) + L"Corr_Out\\" + kSubject + L".msg", "filed");
+  if (scene.shared) {
+    machine.AddFolder(std::wstring(kPrograms) + L"\\Quillion");
+    machine.AddFile(std::wstring(kAppData) + L"\\Quillion\\Qulln.ini",
+                    "[FilePathsPrj]\r\n1=P:\\\r\n[FilePathsMDB]\r\n1=P:\\Data\\Quillion.mdb\r\n");
   }
-  const std::wstring name = message.folder == kLongFolder ? kLong : L"Harbour Bridge";
-  product.database->SetHandler([&](const postrove::testing::RanStatement&) {
-    return postrove::Rows{{L"2231", name, message.folder, true, std::int64_t{7}},
-                          {L"2240", L"Library Roof", L"", true, std::int64_t{8}}};
+  const bool longTexts = scene.folder == kLongFolder;
+  const std::wstring name = longTexts ? kLong : L"Harbour Bridge";
+  product.database->SetHandler([&](const RanStatement& ran) -> postrove::Rows {
+    if (ran.text == postrove::sql::GreatestProjectNumber()) return {{L"22-40"}};
+    return {{L"22-31", name, scene.folder, true, std::int64_t{7}},
+            {L"22-40", L"Library Roof", L"", true, std::int64_t{8}}};
   });
   product.Start();
-  const auto mail = product.outlook.Open(message.sent);
-  mail->item->properties[L"Subject"] = message.subject;
+  const auto mail = product.outlook.Open(scene.sent);
+  mail->item->properties[L"Subject"] = scene.subject;
   product.outlook.RaiseNew(mail);
-  if (message.folder == kLongFolder) {
-    product.Controller().ProjectNumber = L"2231";
+  if (longTexts) {
+    product.Controller().ProjectNumber = L"22-31";
     product.Controller().ProjectName = kLong;
     product.Controller().ProjFilePath = kLongFolder;
   }
-  host->next = message.picture;
+  host->Next(scene.name, scene.act);
   mail->buttons.at(0)->Raise(postrove::office::kCommandBarButtonEvents,
                              postrove::office::kButtonClick,
                              {postrove::office::Value(mail->buttons.at(0)), false});
 }
 
-void ShowFolderMessage(PicturingHost& host) {
-  frmFolderMessage form({});
-  form.SetCaption(L"Existing File Name");
-  const wchar_t* name =
-      L"P:\\Projects\\2024-017 Harbour Bridge\\EMail\\2025-06-12 Minutes of the "
-      L"site meeting and of the inspection that followed it.msg";
-  form.txtFolderMessage(0).SetText(std::wstring(L"The file \r\n\"") + name +
-                                   L"\"\r\n already exists.");
-  form.txtFolderMessage(1).SetText(L"2025-06-12 Minutes of the site meeting");
-  form.lblWarning().SetText(
-      L"You may:\r\n-Edit the name and click 'OK' to save the file with a different name.\r\n"
-      L"-Click 'OK' to replace the existing file.\r\n-Click 'Cancel' to return to the form.");
-  host.next = L"folder-message";
-  host.ShowModal(form);
-}
-
-void ShowSetup(PicturingHost& host, int database) {
-  frmSetup form({});
-  for (const int index : {0, 1}) {
-    form.optDbType(index).onClick = [&form] {
-      const bool own = form.optDbType(kSetupOwnDb).Checked();
-      form.ShowSettingsLocation(own);
-      for (const int field : {kSetupServerFolder, kSetupDatabase}) {
-        form.txtSetup(field).SetLocked(!own);
-      }
-      for (const int browse : {kSetupBrowseServerFolder, kSetupBrowseDatabase}) {
-        form.cmdBrowse(browse).SetVisible(own);
-      }
-    };
-  }
-  form.optDbType(database).SetChecked(true);
-  const wchar_t* const values[] = {
-      L"\\\\server\\Projects",     L" - ", L" - ", L"R&D\\EMail", L"\\\\server\\Postrove\\Data",
-      L"C:\\ProgramData\\Postrove"};
-  for (int index = kSetupServerFolder; index < kSetupWorkType; ++index) {
-    Control& field = form.txtSetup(index);
-    const bool second = index == kSetupSubjectDelimiter;
-    Require(field, form.lblFieldLabel(second ? kSetupDelimiterLabel : index), form.lblAlert(index));
-    field.SetText(values[index]);
-  }
-  form.cboWorkType.SetItems({L"Project", L"Job", L"Contract"});
-  form.cboWorkType.SetListIndex(0);
-  form.lblDelimLabel(0).SetText(L"<Project No.>");
-  form.lblDelimLabel(1).SetText(L"<Project>");
-  form.lblSavePathSample.SetText(
-      L"\\\\server\\Projects\\<Project Folder>\\R&D\\EMail\\<Project No.> - <Project> - "
-      L"<email subject>");
-  form.rtfFieldHints.SetText(
-      L"Hint:\r\nThe folder on the server that holds the folders of your projects. A new project's "
-      L"folder is suggested here.");
-  host.next = database == kSetupOwnDb ? L"setup-own" : L"setup-shared";
-  host.ShowModal(form);
-}
-
-void ShowProjInfo(PicturingHost& host) {
-  frmProjInfo form({});
-  form.SetCaption(L"Edit a Project");
-  for (const int index : {kProjInfoNumber, kProjInfoName, kProjInfoFolder}) {
-    Require(form.txtProjInfo(index), form.lblFieldLabel(index), form.lblAlert(index));
-  }
-  form.txtProjInfo(kProjInfoNumber).SetText(L"2024-017");
-  form.txtProjInfo(kProjInfoName).SetText(L"Harbour Bridge");
-  form.txtProjInfo(kProjInfoFolder).SetText(L"\\\\server\\Projects\\2024-017 Harbour Bridge");
-  form.chkProjActive.SetChecked(true);
-  form.rtfFieldHints.SetText(L"Hint:\r\nThe name that the list of the save dialog shows.");
-  host.next = L"project-information";
-  host.ShowModal(form);
-}
+std::wstring Wide(const std::string& text) { return {text.begin(), text.end()}; }
 
 }  // namespace
 
 int main(int count, char** arguments) {
   std::vector<std::string> words(arguments + 1, arguments + count);
   const bool plain = std::erase(words, "--plain") > 0;
-  const bool pictures = words.size() == 3 && words[0] == "--pictures";
-  if (!pictures && words.size() != 1) {
-    std::fprintf(stderr,
-                 "usage: show_form postrove|folder|setup|projinfo [--plain]\n"
-                 "       show_form --pictures FOLDER LABELFILE [--plain]\n");
+  if (words.size() != 2 && words.size() != 3) {
+    std::fprintf(stderr, "usage: show_form SCENE|all LABELFILE [FOLDER] [--plain]\n");
     return 2;
   }
-  const std::string folder = pictures ? words[1] : "";
   // A module without the manifest has no visual styles.
   const HMODULE module = GetModuleHandleW(plain ? L"gdi32.dll" : nullptr);
   const auto host =
-      std::make_shared<PicturingHost>(module, std::wstring(folder.begin(), folder.end()));
-  const std::string labels = pictures ? ReadFile(words[2]) : "";
-  for (const Message& message : kMessages) {
-    if (pictures || words[0] == "postrove") ShowSaveDialog(host, labels, message);
-    if (!pictures) break;
+      std::make_shared<PicturingHost>(module, words.size() == 3 ? Wide(words[2]) : L"");
+  const std::string labels = ReadFile(words[1]);
+  for (const Scene& scene : kScenes) {
+    if (words[0] == "all" || Wide(words[0]) == scene.name) Show(host, labels, scene);
   }
-  if (pictures || words[0] == "folder") ShowFolderMessage(*host);
-  if (pictures || words[0] == "setup") {
-    ShowSetup(*host, kSetupOwnDb);
-    if (pictures) ShowSetup(*host, kSetupSiblingDb);
-  }
-  if (pictures || words[0] == "projinfo") ShowProjInfo(*host);
   return 0;
 }
