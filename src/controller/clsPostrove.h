@@ -233,6 +233,7 @@ class clsPostrove final : public forms::frmPostroveEvents,
 
   void Class_Initialize(clsRegistry& registry);
   void ReadDefaults();
+  bool ReadSharing();
   std::wstring LocalFile(const wchar_t* name) const;
   std::wstring LocalIniFile() const { return LocalFile(L"Postrove.ini"); }
   void WriteSetup(const std::wstring& key, const std::wstring& value, const std::wstring& file);
@@ -272,6 +273,7 @@ class clsPostrove final : public forms::frmPostroveEvents,
   void ArrangeByMode(forms::frmPostrove& form) const;
   void FillSaveLabels(forms::frmPostrove& form) const;
   void ProposeFolder(forms::frmPostrove& form);
+  void ShowProject(forms::frmPostrove& form);
 
   // The main button's steps.
   void SaveButtonClicked();
@@ -327,6 +329,7 @@ class clsPostrove final : public forms::frmPostroveEvents,
   std::wstring ValidateProjectInfo(forms::frmProjInfo& form);
   bool WriteProjectInfo(forms::frmProjInfo& form);
   void ShowSavedProject();
+  static void MarkProjectInfoField(const forms::frmProjInfo& form, int index);
   void EditProjectClicked();
 
   Project CurrentProject() const;
@@ -399,6 +402,7 @@ class clsPostrove final : public forms::frmPostroveEvents,
   bool workUnitTypeAhead_ = false;      // the work-unit box does
   bool networkDrive_ = false;           // the folder checked last is on a network drive
   bool filling_ = false;                // the controller fills the dialog itself
+  bool writing_ = false;                // Outlook writes or sends the message
   bool typedProject_ = false;           // the user typed a project instead of choosing one
   int lowered_ = 0;                     // dialogs open above the save dialog
 };

@@ -176,8 +176,12 @@ void clsPostrove::ProposeFolder(forms::frmPostrove& form) {
   form.txtSaveFolder.SetText(proposedFolder_);
 }
 
-void clsPostrove::FillSaveFields(forms::frmPostrove& form) {
+void clsPostrove::ShowProject(forms::frmPostrove& form) {
   if (!ProjectNumber.empty()) form.cboPostrove.SetText(ItemText(ProjectName, ProjectNumber));
+}
+
+void clsPostrove::FillSaveFields(forms::frmPostrove& form) {
+  ShowProject(form);
   if (form.cboPostrove.Text().empty()) frmPostroveEvent_ProjectComboChange({});
   ProposeFolder(form);
   form.txtSaveAsName.SetText(SaveAsName);

@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "controller/clsPostrove.h"
+#include "controller/raised.h"
 #include "forms/kit/guards.h"
 #include "forms/messages.h"
 #include "forms/web_site.h"
@@ -58,10 +59,10 @@ class FilePlace {
       throw Error(kPathFileAccess, L"clsPostrove.SaveAndSendMail()",
                   L"The file " + text::Quoted(path) + L" already exists.");
     }
-    std::wstring aside = path + L".old";
-    for (int n = 2; utility_.FileSize(aside) >= 0; ++n) {
-      aside = path + L".old" + text::FromNumber(n);
-    }
+    // No longer than the path itself, which may have no room left.
+    const std::wstring stem = path.substr(0, path.rfind(L'.')) + L".old";
+    std::wstring aside = stem;
+    for (int n = 2; utility_.FileSize(aside) >= 0; ++n) aside = stem + text::FromNumber(n);
     utility_.RenameFile(path, aside);
     aside_ = aside;
   }
@@ -74,7 +75,11 @@ class FilePlace {
       if (utility_.FileSize(path_) >= 0) utility_.RemoveFile(path_);
       if (!aside_.empty()) utility_.RenameFile(aside_, path_);
     } catch (...) {
-      // It stays under its other name.
+      if (aside_.empty()) return;
+      utility_.ShowMessage(L"The file " + text::Quoted(path_) +
+                               L" could not be put back. What it held is now in " +
+                               text::Quoted(aside_) + L".",
+                           L"Postrove", MessageButtons::Ok, MessageIcon::Information);
     }
   }
 
@@ -284,6 +289,9 @@ bool clsPostrove::SaveAndSendMail() {
 
 void clsPostrove::WriteAndSend(const office::MailItem& mail, const std::wstring& path,
                                bool overwrite, std::int32_t saveType) {
+  // Outlook may ask something itself meanwhile, and lets the user reach the dialog.
+  const Raised writing(writing_);
+  const forms::Lowered lowered(*forms_, frmPostroveEvent_, lowered_);
   if (mail.RecipientCount() == 0) {
     if (!clickedIsSent_) mail.Send();  // Outlook refuses it and says why
     utility_->ShowMessage(L"This E-mail has no recipients. It was not saved.", L"Cannot Save",

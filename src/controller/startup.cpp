@@ -46,8 +46,12 @@ void clsPostrove::Class_Initialize(clsRegistry& registry) {
   gProgramFiles_ = registry.GetRegistryValue(kCurrentVersion, L"ProgramFilesDir");
   quillionInstalled_ =
       !gProgramFiles_.empty() && utility_->FolderExists(gProgramFiles_ + L"\\Quillion");
-  useQuillion_ = quillionInstalled_ && ReadsAsTrue(ReadSetup(L"UseQuillion", L"1", LocalIniFile()));
+  useQuillion_ = ReadSharing();
   LocateSettingsFile();
+}
+
+bool clsPostrove::ReadSharing() {
+  return quillionInstalled_ && ReadsAsTrue(ReadSetup(L"UseQuillion", L"1", LocalIniFile()));
 }
 
 void clsPostrove::ListenTo(const office::CommandBarButton& button) {
@@ -68,6 +72,7 @@ void clsPostrove::Terminate() {
   buttonEvents_.Reset();
   mcbPostroveMenuButton_ = {};
   clickedInspector_ = {};
+  writing_ = false;
   // The dialogs above the save dialog go first.
   if (const auto form = frmFolderMessageEvent_) form->Unload();
   if (const auto form = frmProjInfoEvent_) form->Unload();

@@ -96,6 +96,11 @@ std::wstring clsPostrove::WriteDefault(int index, const forms::frmSetup& setup) 
           WriteSetupToBoth(L"PostroveDBPath", folder(), file, LocalIniFile());
         } catch (const Error&) {
           TakeBackDbMove();  // nobody would find it
+          try {
+            WriteSetup(L"PostroveDBPath", database_->DBPath, file);
+          } catch (const Error&) {
+            // It could not be written before either.
+          }
           throw;
         }
         database_->DBPath = folder();

@@ -113,6 +113,8 @@ bool clsPostrove::EnsureFolder(std::wstring& folder) {
   if (!text::IsRootedPath(target)) {
     throw Error(kPathFileAccess, L"clsPostrove.EnsureFolder()", forms::kRootedFolder);
   }
+  const std::wstring drive = DriveProblem(target, L"Folder");
+  if (!drive.empty()) throw Error(kPathFileAccess, L"clsPostrove.EnsureFolder()", drive.substr(1));
   utility_->CreateFolder(target);
   folder = target;
   return true;

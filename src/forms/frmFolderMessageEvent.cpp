@@ -7,6 +7,8 @@ namespace postrove {
 std::wstring clsPostrove::AskFolderMessage(const std::wstring& caption, const std::wstring& message,
                                            const std::wstring& name,
                                            const std::wstring& instructions) {
+  const std::shared_ptr<forms::frmPostrove> saveDialog = frmPostroveEvent_;
+  if (!saveDialog) return {};  // Outlook quit
   const auto form = std::make_shared<forms::frmFolderMessage>(weak_from_this());
   frmFolderMessageEvent_ = form;
   form->txtFolderMessage(0).SetText(message);
@@ -14,7 +16,6 @@ std::wstring clsPostrove::AskFolderMessage(const std::wstring& caption, const st
   form->lblWarning().SetText(instructions);
   form->SetCaption(caption);
 
-  const std::shared_ptr<forms::frmPostrove> saveDialog = frmPostroveEvent_;
   folderMessageAnswered_ = false;
   {
     const forms::Lowered lowered(*forms_, saveDialog, lowered_);

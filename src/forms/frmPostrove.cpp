@@ -46,6 +46,7 @@ Control& frmPostrove::Design() {
       Add(ControlKind::Label, L"lblFormTitle", -1, {kMargin, 195, kInnerRight - kMargin, 330},
           L"Postrove EMail and File Location");
   title.bold = true;
+  title.mnemonic = false;  // it holds the user's own word
   title.fontPoints = 12;
   title.anchors = kLeft | kTop | kRight;
 

@@ -31,12 +31,14 @@ void clsPostrove::WithForm(const wchar_t* procedure,
 }
 
 void clsPostrove::frmPostroveEvent_FormActivate() {
-  WithForm(L"frmPostroveEvent_FormActivate()",
-           [this](forms::frmPostrove& form) { forms_->SetTopmost(form, true); });
+  WithForm(L"frmPostroveEvent_FormActivate()", [this](forms::frmPostrove& form) {
+    if (lowered_ == 0) forms_->SetTopmost(form, true);
+  });
 }
 
 void clsPostrove::frmPostroveEvent_ButtonClicked(int Index) {
   WithForm(L"frmPostroveEvent_ButtonClicked()", [&](forms::frmPostrove& form) {
+    if (writing_) return;  // Outlook handles messages while it writes and sends
     switch (Index) {
       case forms::kMainButton:
         SaveButtonClicked();
@@ -76,7 +78,9 @@ void clsPostrove::EditProjectClicked() {
   OpenProjectInfo();
 }
 
-void clsPostrove::frmPostroveEvent_FormUnload(bool&) {
+void clsPostrove::frmPostroveEvent_FormUnload(bool& Cancel) {
+  Cancel = writing_;
+  if (Cancel) return;
   ClearProject();
   frmPostroveEvent_.reset();
 }

@@ -23,6 +23,7 @@ constexpr wchar_t kEdit[] = L"edit";
 
 void clsPostrove::OpenProjectInfo() {
   const std::shared_ptr<forms::frmPostrove> saveDialog = frmPostroveEvent_;
+  if (!saveDialog) return;  // Outlook quit during the question
   const auto form = std::make_shared<forms::frmProjInfo>(weak_from_this());
   frmProjInfoEvent_ = form;
   projectBefore_ = CurrentProject();
@@ -44,7 +45,7 @@ void clsPostrove::FillProjectInfo(forms::frmProjInfo& form) {
   form.chkProjActive.SetChecked(Active);
 
   std::wstring hints;
-  for (const int field : {forms::kProjInfoNumber, forms::kProjInfoName, forms::kProjInfoFolder}) {
+  for (int field = 0; field < forms::kProjInfoFields; ++field) {
     const auto label = static_cast<std::size_t>(field);
     forms::Control& caption = form.lblFieldLabel(field);
     caption.SetText(Label(labels::kProjectDialog, label, caption.Text()));
@@ -57,6 +58,11 @@ void clsPostrove::FillProjectInfo(forms::frmProjInfo& form) {
       .SetText(proposes ? GetNewProjectNumber() : ProjectNumber);
   form.txtProjInfo(forms::kProjInfoName).SetText(add ? L"New Project" : ProjectName);
   form.txtProjInfo(forms::kProjInfoFolder).SetText(add ? Root : ProjFilePath);
+  for (int field = 0; field < forms::kProjInfoFields; ++field) MarkProjectInfoField(form, field);
+}
+
+void clsPostrove::MarkProjectInfoField(const forms::frmProjInfo& form, int index) {
+  CheckRequired(form.txtProjInfo(index), form.lblFieldLabel(index), form.lblAlert(index));
 }
 
 void clsPostrove::WithProjectInfo(const wchar_t* procedure,
@@ -154,7 +160,12 @@ void clsPostrove::ShowSavedProject() {
   if (!frmPostroveEvent_) return;  // Outlook quit during a report
   const Raised filling(filling_);
   FillProjectCombo(frmPostroveEvent_->cboPostrove);
-  FillSaveFields(*frmPostroveEvent_);
+  // A message that is being filed keeps the folder and the name that the user gave it.
+  if (ProjInfoMode == kAddManual) {
+    ShowProject(*frmPostroveEvent_);
+  } else {
+    FillSaveFields(*frmPostroveEvent_);
+  }
   typedProject_ = false;
 }
 
@@ -168,9 +179,8 @@ void clsPostrove::frmProjInfoEvent_BrowseClicked(int) {
 }
 
 void clsPostrove::frmProjInfoEvent_ProjInfoFieldChange(int Index) {
-  WithProjectInfo(L"frmProjInfoEvent_ProjInfoFieldChange()", [Index](forms::frmProjInfo& form) {
-    CheckRequired(form.txtProjInfo(Index), form.lblFieldLabel(Index), form.lblAlert(Index));
-  });
+  WithProjectInfo(L"frmProjInfoEvent_ProjInfoFieldChange()",
+                  [Index](forms::frmProjInfo& form) { MarkProjectInfoField(form, Index); });
 }
 
 void clsPostrove::frmProjInfoEvent_FormActivate() {

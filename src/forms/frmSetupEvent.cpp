@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "controller/clsPostrove.h"
 #include "controller/raised.h"
 #include "data/label_places.h"
@@ -161,7 +163,9 @@ void clsPostrove::ChangeSharing(forms::frmSetup& form) {
   if (stored) {
     ClearProject();
   } else {
-    form.optDbType(before ? forms::kSetupSiblingDb : forms::kSetupOwnDb).SetChecked(true);
+    // It may have been stored before something else failed.
+    useQuillion_ = ReadSharing();
+    form.optDbType(useQuillion_ ? forms::kSetupSiblingDb : forms::kSetupOwnDb).SetChecked(true);
     ReloadDefaults();
     if (form.IsUnloaded()) return;
   }
@@ -336,7 +340,9 @@ void clsPostrove::frmSetupEvent_ButtonClicked(int Index) {
 
 std::wstring clsPostrove::ValidateDefaults(const forms::frmSetup& form) const {
   std::wstring errors;
-  for (int index = forms::kSetupServerFolder; index <= forms::kSetupWorkType; ++index) {
+  for (const int index : {forms::kSetupWorkType, forms::kSetupProjectDelimiter,
+                          forms::kSetupSubjectDelimiter, forms::kSetupServerFolder,
+                          forms::kSetupEmailFolder, forms::kSetupDatabase, forms::kSetupSettings}) {
     const forms::Control& field = FieldOf(form, index);
     // What the user cannot fill in must not keep the dialog open.
     if (!field.Text().empty() || field.Locked() || !field.Visible()) continue;
@@ -363,8 +369,23 @@ void clsPostrove::ReturnToSaveDialog(forms::frmSetup& form) {
     return;
   }
   const std::shared_ptr<forms::frmPostrove> saveDialog = frmPostroveEvent_;
+  SaveAsName = saveDialog->txtSaveAsName.Text();
+  // A question about the project may bring its dialog, which looks at the list.
+  {
+    const Raised filling(filling_);
+    const std::wstring shown = saveDialog->cboPostrove.Text();
+    FillProjectCombo(saveDialog->cboPostrove);
+    saveDialog->cboPostrove.SetText(shown);
+  }
   // A typed project is looked up when the message is saved.
-  if (!typedProject_ && !ProjectNumber.empty()) ResolveSubjectProject();
+  const auto row = std::find_if(ProjectList.begin(), ProjectList.end(), [this](const Project& one) {
+    return one.id != 0 && one.id == ProjectID && one.number == ProjectNumber;
+  });
+  if (!typedProject_ && row != ProjectList.end()) {
+    SelectProject(static_cast<int>(row - ProjectList.begin()));
+  } else if (!typedProject_ && !ProjectNumber.empty()) {
+    ResolveSubjectProject();
+  }
   if (form.IsUnloaded()) return;
   FillSaveLabels(*saveDialog);
   ArrangeByMode(*saveDialog);
@@ -375,7 +396,11 @@ void clsPostrove::ReturnToSaveDialog(forms::frmSetup& form) {
     const bool none = ProjectNumber.empty() && ProjectName.empty();
     const std::wstring shown = typedProject_ ? combo.Text() : std::wstring();
     FillProjectCombo(combo);
-    if (typedProject_ || none) combo.SetText(shown);
+    if (typedProject_ || none) {
+      combo.SetText(shown);
+    } else {
+      ShowProject(*saveDialog);
+    }
     if (saveDialog->txtSaveFolder.Text() == proposedFolder_) ProposeFolder(*saveDialog);
   }
   form.Unload();

@@ -10,11 +10,11 @@ bool IsForbidden(char32_t c) {
          std::wstring_view(L"\\/:*?\"<>|").find(static_cast<wchar_t>(c)) != std::wstring_view::npos;
 }
 
-// What a reader of the name cannot see or Windows cannot store: control characters, direction marks
-// and halves of surrogate pairs.
+// What a reader of the name cannot see or Windows cannot store: control characters, line ends,
+// direction and byte order marks and halves of surrogate pairs.
 bool IsInvisible(char32_t c) {
-  return c < 0x20 || (c >= 0x7F && c <= 0x9F) || c == 0x200E || c == 0x200F ||
-         (c >= 0x202A && c <= 0x202E) || (c >= 0x2066 && c <= 0x2069) ||
+  return c < 0x20 || (c >= 0x7F && c <= 0x9F) || c == 0x200E || c == 0x200F || c == 0x061C ||
+         (c >= 0x2028 && c <= 0x202E) || (c >= 0x2066 && c <= 0x2069) || c == 0xFEFF ||
          (c >= 0xD800 && c <= 0xDFFF);
 }
 

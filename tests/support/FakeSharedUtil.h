@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <deque>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -52,7 +53,11 @@ class FakeSharedUtil : public clsSharedUtil {
   void SetDriveType(const std::wstring& root, DriveKind kind) { drives_[Key(root)] = kind; }
 
   // Announces the next message box or folder picker (cancelled with an empty text).
-  void ExpectMessage(MessageAnswer answer = MessageAnswer::Ok) { answers_.push_back(answer); }
+  // `meanwhile` is what happens while the box is open.
+  void ExpectMessage(MessageAnswer answer = MessageAnswer::Ok,
+                     std::function<void()> meanwhile = {}) {
+    answers_.push_back({answer, std::move(meanwhile)});
+  }
   void ExpectBrowse(std::wstring chosen) { picks_.push_back(std::move(chosen)); }
 
   // From now on what was not announced is answered with Ok, No or Cancel, for tests that make
@@ -69,6 +74,10 @@ class FakeSharedUtil : public clsSharedUtil {
     const Entry* entry = Find(path);
     if (!entry || entry->folder) return std::nullopt;
     return entry->bytes;
+  }
+  bool HasFolderOf(const std::wstring& path) const {
+    const Entry* entry = Find(Parent(Plain(path)));
+    return entry && entry->folder;
   }
   // Full paths of all files, in the order of their lower-case spelling.
   std::vector<std::wstring> Files() const {
@@ -139,12 +148,12 @@ class FakeSharedUtil : public clsSharedUtil {
                             MessageButtons buttons, MessageIcon icon) override {
     messages_.push_back({text, title, buttons, icon});
     const bool question = buttons == MessageButtons::YesNo;
-    const std::optional<MessageAnswer> answer =
-        Take(&answers_, L"message box", title + L" | " + text);
-    if (!answer) return question ? MessageAnswer::No : MessageAnswer::Ok;
-    EXPECT_EQ(question, *answer != MessageAnswer::Ok)
+    const auto box = Take(&answers_, L"message box", title + L" | " + text);
+    if (!box) return question ? MessageAnswer::No : MessageAnswer::Ok;
+    EXPECT_EQ(question, box->answer != MessageAnswer::Ok)
         << "the answer does not fit the buttons of: " << text::ToUtf8(text);
-    return *answer;
+    if (box->meanwhile) box->meanwhile();
+    return box->answer;
   }
 
  protected:
@@ -222,7 +231,11 @@ class FakeSharedUtil : public clsSharedUtil {
 
   std::map<std::wstring, Entry> entries_;
   std::map<std::wstring, DriveKind> drives_;
-  std::deque<MessageAnswer> answers_;
+  struct ExpectedMessage {
+    MessageAnswer answer;
+    std::function<void()> meanwhile;
+  };
+  std::deque<ExpectedMessage> answers_;
   std::deque<std::wstring> picks_;
   std::vector<ShownMessage> messages_;
   std::vector<std::wstring> prompts_;

@@ -31,6 +31,9 @@ class Filing : public ::testing::Test {
       savedBody_ = office::ToText(mail_->item->properties[L"Body"]);
       savedHtml_ = office::ToText(mail_->item->properties[L"HTMLBody"]);
       EXPECT_EQ(office::ToLong(arguments.at(1)), 3);
+      if (!product_->utility->HasFolderOf(path)) {
+        throw Error(static_cast<long>(0x80030003), L"SaveAs", L"The folder is missing.");
+      }
       product_->utility->AddFile(path, "message");
       return office::Value();
     };
@@ -73,6 +76,14 @@ class Filing : public ::testing::Test {
     answers_.push_back([=](forms::Form& form) {
       EXPECT_EQ(form.Caption(), caption);
       auto& dialog = dynamic_cast<forms::frmFolderMessage&>(form);
+      EXPECT_EQ(dialog.lblWarning().Text(),
+                caption == L"Folder Not Found"
+                    ? L"You may:\r\n-Click 'OK' to create it. You may edit the folder name "
+                      L"first.\r\n-Click 'Cancel' to return to the Postrove form to pick a "
+                      L"different location without creating the new folder."
+                    : L"You may:\r\n-Edit the name and click 'OK' to save the file.\r\n-Just "
+                      L"click 'OK' to overwrite the existing file.\r\n-Click 'Cancel' to return "
+                      L"to the Postrove form and modify the file name.");
       if (!name.empty()) dialog.txtFolderMessage(1).UserTyped(name, 0, 0);
       dialog.cmdFolderMessage(button).UserClicked();
     });

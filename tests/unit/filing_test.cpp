@@ -149,17 +149,55 @@ TEST_F(Filing, AnExistingFileIsNeverReplacedUnasked) {
   product_->utility->AddFile(L"C:\\Corr_Out\\taken.msg", "second");
   AnswerFolderMessage(L"Existing File Name", L"", 1);  // cancelled
   Click(TypeProject, false);
+  answers_.push_back([](forms::Form& form) {  // an emptied name is as good as
+    form.Find(L"txtFolderMessage", 1).UserTyped(L"", 0, 0);
+    form.Find(L"cmdFolderMessage", 0).UserClicked();
+  });
+  Click(TypeProject, false);
+  EXPECT_EQ(product_->Controller().FolderMessageReturn, L"");
+  product_->Controller().FolderMessageReturn = L"of before";
+  answers_.push_back([](forms::Form& form) { form.Unload(); });  // without an answer
+  Click(TypeProject, false);
+  EXPECT_EQ(product_->Controller().FolderMessageReturn, L"of before");
   EXPECT_TRUE(saved_.empty());
 
   AnswerFolderMessage(L"Existing File Name", L"taken.MSG", 0);  // exists as well: asked again
   AnswerFolderMessage(L"Existing File Name", L"..\\free?", 0);
   Click(TypeProject);
   EXPECT_EQ(saved_, std::vector<std::wstring>{L"C:\\Corr_Out\\-free-.msg"});
+  EXPECT_EQ(product_->utility->File(L"C:\\Corr_Out\\Minutes- 12 May.msg"), "first");
+  EXPECT_EQ(product_->utility->File(L"C:\\Corr_Out\\taken.msg"), "second");
 
   saved_.clear();
   AnswerFolderMessage(L"Existing File Name", L"", 0);  // unchanged: overwrite
   Click(TypeProject);
   EXPECT_EQ(saved_, std::vector<std::wstring>{L"C:\\Corr_Out\\Minutes- 12 May.msg"});
+}
+
+// Outlook handles messages while it writes and sends: a second press, Esc and the title bar reach
+// the dialog then.
+TEST_F(Filing, TheDialogRestsWhileOutlookWorks) {
+  for (const wchar_t* member : {L"SaveAs", L"Send"}) {
+    product_ = std::make_unique<Product>();
+    saved_.clear();
+    sent_ = 0;
+    Open(false);
+    forms::frmPostrove* form = nullptr;
+    const auto works = mail_->item->functions[member];
+    mail_->item->functions[member] = [&, works](const office::Arguments& arguments) {
+      form->cmdPostrove(forms::kMainButton).UserClicked();
+      form->UserClosed();
+      EXPECT_FALSE(form->IsUnloaded());
+      EXPECT_EQ(product_->forms->actions.back(), L"lower frmPostrove");  // behind what Outlook asks
+      return works(arguments);
+    };
+    Click([&](forms::frmPostrove& dialog) {
+      form = &dialog;
+      TypeProject(dialog);
+    });
+    EXPECT_EQ(saved_.size(), 1u);
+    EXPECT_EQ(sent_, 1);
+  }
 }
 
 TEST_F(Filing, WithoutRecipientsNothingIsWritten) {

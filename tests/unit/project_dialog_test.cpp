@@ -127,7 +127,7 @@ TEST_F(ProjectDialog, AddsFromScratchAndFilesIntoTheNewFolder) {
                          sql::InsertProject({L"2232", L"Bridge", L"D:\\Files", true})});
   EXPECT_EQ(saved_, std::vector<std::wstring>{L"D:\\Files\\Corr_Out\\Mine.msg"});
   const auto& actions = product_.forms->actions;
-  EXPECT_EQ(std::count(actions.begin(), actions.end(), L"lower frmPostrove"), 1);
+  EXPECT_EQ(std::count(actions.begin(), actions.end(), L"lower frmPostrove"), 2);
 }
 
 TEST_F(ProjectDialog, EditsTheChosenProjectAndCancelTakesBack) {
@@ -369,35 +369,38 @@ TEST_F(ProjectDialog, AFailedWriteKeepsTheEntriesAndTheProjectBefore) {
   EXPECT_EQ(saved_, std::vector<std::wstring>{L"D:\\Files\\Corr_Out\\Minutes.msg"});
 }
 
-// Outlook can quit while the dialog is open, before or after the save dialog is shown.
+// Outlook can quit during the question or while the dialog is open, before or after the save dialog
+// is shown.
 TEST_F(ProjectDialog, GoesWithOutlook) {
   for (const bool early : {true, false}) {
-    product_.utility->AddFolder(std::wstring(kPrograms) + L"\\Quillion");
-    Start("[Setup]\r\nUseQuillion=0\r\n");
-    const ProjectUser quits = [this](forms::frmProjInfo& form) {
-      product_.outlook.app->Raise(office::kApplicationEvents, office::kApplicationQuit);
-      EXPECT_TRUE(form.IsUnloaded());
-      Save(form);
-    };
-    product_.utility->ExpectMessage(MessageAnswer::Yes);
-    if (early) {
-      product_.Controller().ProjectNumber = L"17";
-      product_.forms->Expect(
-          [quits](forms::Form& form) { quits(dynamic_cast<forms::frmProjInfo&>(form)); });
+    for (const bool inQuestion : {true, false}) {
+      Start();
+      const auto quit = [this] {
+        product_.outlook.app->Raise(office::kApplicationEvents, office::kApplicationQuit);
+      };
+      product_.utility->ExpectMessage(MessageAnswer::Yes,
+                                      inQuestion ? quit : std::function<void()>());
+      product_.Controller().ProjectNumber = early ? L"17" : L"";
+      if (!early) {
+        product_.forms->Expect([](forms::Form& form) {
+          TypeUnknown(dynamic_cast<forms::frmPostrove&>(form));
+          form.Find(L"cmdPostrove", forms::kMainButton).UserClicked();
+          EXPECT_TRUE(form.IsUnloaded());
+        });
+      }
+      if (!inQuestion) {
+        product_.forms->Expect([quit](forms::Form& form) {
+          quit();
+          EXPECT_TRUE(form.IsUnloaded());
+          form.Find(L"cmdProjInfo", forms::kProjInfoSave).UserClicked();
+        });
+      }
       mail_->buttons.at(0)->Raise(office::kCommandBarButtonEvents, office::kButtonClick, {});
       EXPECT_TRUE(product_.forms->Finished());
-    } else {
-      Click(
-          [](forms::frmPostrove& dialog) {
-            TypeUnknown(dialog);
-            dialog.cmdPostrove(forms::kMainButton).UserClicked();
-            EXPECT_TRUE(dialog.IsUnloaded());
-          },
-          {quits});
+      EXPECT_TRUE(saved_.empty());
+      EXPECT_TRUE(writes_.empty());
+      EXPECT_FALSE(product_.shared.gController);
     }
-    EXPECT_TRUE(saved_.empty());
-    EXPECT_TRUE(writes_.empty());
-    EXPECT_FALSE(product_.shared.gController);
   }
 }
 

@@ -217,7 +217,8 @@ TEST_F(Settings, TheDatabaseFolderIsStoredInBothFiles) {
     setup.txtSetup(4).SetText(L"S:\\Db");
     product.Controller().PostroveDefaultsSave(4, setup);
     EXPECT_EQ(product.utility->File(L"S:\\Set\\Postrove.ini"),
-              "[Setup]\r\nPostroveDBPath=S:\\Db\\\r\n");  // written first, and stays
+              "[Setup]\r\nPostroveDBPath=" + (storable ? "S:\\Db\\" : text::ToUtf8(kLocalFolder)) +
+                  "\r\n");
     EXPECT_EQ(product.utility->File(kLocalIni),
               storable ? "[Setup]\r\nPostroveSettingsPath=S:\\Set\\\r\nPostroveDBPath=S:\\Db\\\r\n"
                        : "[Setup]\r\nPostroveSettingsPath=S:\\Set\\\r\n");

@@ -179,10 +179,10 @@ TEST_F(SetupDialog, FieldsAreStoredAsTheyAreLeft) {
 
 TEST_F(SetupDialog, ReturnListsWhatIsMissing) {
   const std::wstring all =
-      L"-The Server Folder must have a value.\r\n-The Project Delimiter must have a value.\r\n"
-      L"-The Subject Delimiter must have a value.\r\n-The Email Sub-Folder must have a value.\r\n"
-      L"-The Database Location must have a value.\r\n-The Settings Location must have a value.\r\n"
-      L"-You must select a Work Unit Type.";
+      L"-You must select a Work Unit Type.\r\n-The Project Delimiter must have a value.\r\n"
+      L"-The Subject Delimiter must have a value.\r\n-The Server Folder must have a value.\r\n"
+      L"-The Email Sub-Folder must have a value.\r\n-The Database Location must have a value.\r\n"
+      L"-The Settings Location must have a value.";
   Use([&](forms::frmSetup& setup) {
     std::vector<std::wstring> values;
     for (int index = 0; index <= 6; ++index) {

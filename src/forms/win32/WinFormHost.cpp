@@ -64,7 +64,8 @@ class WinFormHost final : public FormHost {
   void BringToFront(Form& form) override {
     if (const HWND window = WindowOf(form)) {
       SetWindowPos(window, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
-      SetForegroundWindow(window);
+      // The dialog that it opened, while there is one.
+      SetForegroundWindow(GetLastActivePopup(window));
     }
   }
 

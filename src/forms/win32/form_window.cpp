@@ -15,6 +15,15 @@ constexpr UINT kDpiChanged = 0x02E0;  // WM_DPICHANGED, for headers that do not 
 constexpr int kFirstId = 100;         // above IDOK and its like, which mean something to Windows
 constexpr int kListTwips = 3600;
 constexpr int kTipTwips = 4500;
+constexpr int kLendableTwips = 600;
+
+// The part of a window's monitor that windows may cover.
+RECT WorkArea(HWND window) {
+  MONITORINFO monitor = {};
+  monitor.cbSize = sizeof monitor;
+  GetMonitorInfoW(MonitorFromWindow(window, MONITOR_DEFAULTTONEAREST), &monitor);
+  return monitor.rcWork;
+}
 
 }  // namespace
 
@@ -86,10 +95,7 @@ SIZE FormWindow::SizeAround(SIZE twips) const {
 // As large as the user left it, centred on the owner, and within the work area of its monitor.
 void FormWindow::PlaceWindow() {
   const HWND owner = GetWindow(window_, GW_OWNER);
-  MONITORINFO monitor = {};
-  monitor.cbSize = sizeof monitor;
-  GetMonitorInfoW(MonitorFromWindow(owner ? owner : window_, MONITOR_DEFAULTTONEAREST), &monitor);
-  const RECT& work = monitor.rcWork;
+  const RECT work = WorkArea(owner ? owner : window_);
   RECT around = work;
   if (owner && IsWindowVisible(owner) && !IsIconic(owner)) GetWindowRect(owner, &around);
   SIZE size = SizeAround(form_->Resizable() ? RememberedSize(form_->Name()) : SIZE());
@@ -117,8 +123,10 @@ void FormWindow::Layout() {
   GetClientRect(window_, &client);
   const int extraWidth =
       std::max(0, static_cast<int>(client.right) - fonts_->Pixels(form_->Width()));
+  // On a low screen the hints give some of their room.
   const int extraHeight =
-      std::max(0, static_cast<int>(client.bottom) - fonts_->Pixels(form_->Height()));
+      std::max(-fonts_->Pixels(kLendableTwips),
+               static_cast<int>(client.bottom) - fonts_->Pixels(form_->Height()));
   for (const auto& control : controls_) LayOut(*control, extraWidth, extraHeight);
 }
 
@@ -303,7 +311,14 @@ void FormWindow::PressEscape() {
   ControlWindow* const focused = Focused();
   if (focused && focused->ListIsDown()) return focused->CloseListBy(VK_ESCAPE);
   if (!form_) return;
-  if (ControlWindow* const cancel = ButtonFor(&Control::isCancel)) return cancel->Click();
+  if (ControlWindow* const cancel = ButtonFor(&Control::isCancel)) {
+    // A button that is the default one as well takes what was typed, as with Enter.
+    if (cancel->Model()->isDefault && cancel->CanFocus()) {
+      cancel->Focus(false);
+      if (!SettleOn(*cancel)) return;
+    }
+    return cancel->Click();
+  }
   const HostDpiScope host;
   form_->UserClosed();
 }
@@ -381,7 +396,9 @@ LRESULT FormWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_GETMINMAXINFO:
       if (form_ && fonts_) {
         const SIZE size = SizeAround({});
-        reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {size.cx, size.cy};
+        const RECT work = WorkArea(window);
+        reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {
+            std::min(size.cx, work.right - work.left), std::min(size.cy, work.bottom - work.top)};
       }
       return 0;
     case kDpiChanged: {
