@@ -4,15 +4,27 @@
 #include <stdexcept>
 #include <thread>
 
-#include "gtest/gtest.h"
 #include "outlook/dialog_windows.h"
 #include "outlook/message.h"
-#include "shared/text.h"
 
 namespace run {
 
 using namespace standin;
 using postrove::text::ToUtf8;
+
+const std::wstring kData = L"C:\\ProgramData\\Postrove\\";
+const std::wstring kIni = kData + L"Postrove.ini";
+const std::wstring kDatabase = kData + L"Postrove.mdb";
+
+FreshData::FreshData() {
+  DeleteFileW(kIni.c_str());  // of a run that was ended
+  EXPECT_TRUE(CopyFileW(kDatabase.c_str(), backup_.c_str(), FALSE));
+}
+
+FreshData::~FreshData() {
+  CopyFileW(backup_.c_str(), kDatabase.c_str(), FALSE);
+  DeleteFileW(kIni.c_str());
+}
 
 void WaitFor(const std::string& what, const std::function<bool()>& condition) {
   const ULONGLONG deadline = GetTickCount64() + 10000;

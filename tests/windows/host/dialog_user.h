@@ -5,7 +5,7 @@
 #include <functional>
 #include <string>
 
-#include "outlook/host.h"
+#include "product_run.h"
 
 // A user at the windows of the real add-in, and what lies on the disk.
 namespace run {
@@ -18,6 +18,24 @@ bool Exists(const std::wstring& path);
 // The bytes of a file; "(none)" without one.
 std::string Text(const std::wstring& path);
 void Write(const std::wstring& path, const std::string& bytes);
+
+extern const std::wstring kData;  // the add-in's data folder
+extern const std::wstring kIni;
+extern const std::wstring kDatabase;
+
+// The add-in without a settings file; at the end there is none again, and the database is as it
+// was.
+class FreshData {
+ public:
+  FreshData();
+  ~FreshData();
+  FreshData(const FreshData&) = delete;
+  FreshData& operator=(const FreshData&) = delete;
+
+ private:
+  const Folder folder_;
+  const std::wstring backup_ = folder_ / L"backup";
+};
 
 // The dialog in front. Used on the user's thread; all throw as WaitFor does. A box is named by a
 // word of the label before it, a button or label by its text without "&".

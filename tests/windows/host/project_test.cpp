@@ -16,13 +16,9 @@ using run::WaitFor;
 using run::Window;
 using Texts = std::vector<std::wstring>;
 
-const std::wstring kData = L"C:\\ProgramData\\Postrove\\";
-const std::wstring kIni = kData + L"Postrove.ini";
-const std::wstring kDatabase = kData + L"Postrove.mdb";
-
 // Every row as "number|name|folder|active".
 Texts Table() {
-  Statement rows(std::make_shared<Connection>(kDatabase, true),
+  Statement rows(std::make_shared<Connection>(run::kDatabase, true),
                  L"SELECT [Project Number] || '|' || [Project Name] || '|' || ProjFilePath || '|' "
                  L"|| Active FROM Project ORDER BY ProjectID");
   Texts table;
@@ -35,10 +31,9 @@ Texts Table() {
 class ProjectStories : public ::testing::Test {
  protected:
   void SetUp() override {
-    CopyFileW(kDatabase.c_str(), backup_.c_str(), FALSE);
     before_ = Table();
     ASSERT_GT(before_.size(), 30u);
-    run::Write(kIni, "[Setup]\r\nRoot=" + postrove::text::ToUtf8(root_.Path()) + "\r\n");
+    run::Write(run::kIni, "[Setup]\r\nRoot=" + postrove::text::ToUtf8(root_.Path()) + "\r\n");
     host_.emplace();
     host_->LoadAddIns();
   }
@@ -46,9 +41,6 @@ class ProjectStories : public ::testing::Test {
   void TearDown() override {
     host_->Quit();
     EXPECT_EQ(run::Held(*host_), "");
-    host_.reset();
-    CopyFileW(backup_.c_str(), kDatabase.c_str(), FALSE);
-    DeleteFileW(kIni.c_str());
   }
 
   // Clicks the button of a new message; what the user does may send it.
@@ -93,8 +85,8 @@ class ProjectStories : public ::testing::Test {
   }
 
   const run::Registered registered_;
-  const run::Folder root_, other_;
-  const std::wstring backup_ = other_ / L"backup";
+  const run::Folder root_;
+  const run::FreshData data_;
   std::optional<Host> host_;
   Texts before_;
 };

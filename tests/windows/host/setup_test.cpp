@@ -11,28 +11,26 @@ namespace {
 
 using namespace standin;
 using run::Exists;
+using run::kData;
+using run::kDatabase;
+using run::kIni;
 using run::Text;
 using run::WaitFor;
 using run::Window;
 using run::Write;
 
-const std::wstring kData = L"C:\\ProgramData\\Postrove\\";
-const std::wstring kIni = kData + L"Postrove.ini";
-const std::wstring kDatabase = kData + L"Postrove.mdb";
 const std::wstring kQuillion = L"C:\\Program Files\\Quillion";
 constexpr wchar_t kSetup[] = L"Postrove Defaults Setup";
 
 class Setup : public ::testing::Test {
  protected:
   void SetUp() override {
-    RemoveSettings();  // of a run that was ended
-    CopyFileW(kDatabase.c_str(), backup_.c_str(), FALSE);
+    RemoveQuillion();  // of a run that was ended
     types_ = Text(kData + L"WorkUnitType.cnt");
   }
 
   void TearDown() override {
-    CopyFileW(backup_.c_str(), kDatabase.c_str(), FALSE);
-    RemoveSettings();
+    RemoveQuillion();
     WIN32_FIND_DATAW found;
     const HANDLE search = FindFirstFileW((kData + L"Moved_By_Postrove*").c_str(), &found);
     if (search != INVALID_HANDLE_VALUE) {
@@ -44,8 +42,7 @@ class Setup : public ::testing::Test {
     Write(kData + L"WorkUnitType.cnt", types_);
   }
 
-  static void RemoveSettings() {
-    DeleteFileW(kIni.c_str());
+  static void RemoveQuillion() {
     DeleteFileW((kQuillion + L"\\Qulln.txt").c_str());
     RemoveDirectoryW(kQuillion.c_str());
   }
@@ -76,7 +73,7 @@ class Setup : public ::testing::Test {
 
   const run::Registered registered_;
   const run::Folder folder_;
-  const std::wstring backup_ = folder_ / L"backup";
+  const run::FreshData data_;
   std::string types_;
 };
 
