@@ -77,9 +77,10 @@ void frmProjInfo::DesignFields() {
   int top = 705;
   for (const Row& row : rows) {
     const bool required = row.index != kProjInfoNumber;  // these are the long ones, too
-    Add(ControlKind::Label, L"lblFieldLabel", row.index,
-        {kMargin, top + 60, kFieldLeft - kMargin - 60, kLabelHeight}, row.label)
-        .SetToolTip(row.labelTip);
+    Control& label = Add(ControlKind::Label, L"lblFieldLabel", row.index,
+                         {kMargin, top + 60, kFieldLeft - kMargin - 60, kLabelHeight}, row.label);
+    label.choosesKey = true;
+    label.SetToolTip(row.labelTip);
     Control& field = Add(ControlKind::TextBox, L"txtProjInfo", row.index,
                          {kFieldLeft, top, row.width, kFieldHeight});
     field.SetToolTip(row.tip);
@@ -92,6 +93,7 @@ void frmProjInfo::DesignFields() {
                             {browseLeft, top - 15, browseWidth, kFieldHeight + 30}, browseTip);
       browse.anchors = kTop | kRight;
       browse.icon = kFolderIcon;
+      browse.choosesKey = true;
       browse.SetToolTip(browseTip);
     }
     // Shown at first: the box beside it is empty.
@@ -107,6 +109,7 @@ void frmProjInfo::DesignFields() {
   Control& active = Add(ControlKind::CheckBox, L"chkProjActive", -1,
                         {kMargin, kActiveTop, kFieldLeft + boxSize - kMargin, 270}, L"Active:  ");
   active.boxOnRight = true;
+  active.choosesKey = true;
   active.SetToolTip(L"Select this to Activate or De-Activate the Project");
 }
 
@@ -126,6 +129,7 @@ void frmProjInfo::DesignFoot() {
     Control& button = Add(ControlKind::CommandButton, L"cmdProjInfo", index,
                           {left, buttonsTop, buttonWidth, kButtonHeight}, caption);
     button.anchors = side | kBottom;
+    button.choosesKey = true;
     return button;
   };
   const int cancelLeft = kInnerRight - buttonWidth;

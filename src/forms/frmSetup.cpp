@@ -195,12 +195,13 @@ void frmSetup::DesignSubjectLine() {
   const int delimiterWidth = 525;
   const int gap = 75;
   int left = kFieldLeft;
-  const auto addWord = [&](int index, int width, const wchar_t* text) {
+  const auto addWord = [&](int index, int width, const wchar_t* text) -> Control& {
     Control& label = Add(ControlKind::Label, L"lblDelimLabel", index,
                          LabelBox(left, kDelimiterRow, width), text);
     label.SetTag(text);  // the word is put into it
     label.mnemonic = false;
     left += width + gap;
+    return label;
   };
   const auto addDelimiter = [&](int index, const wchar_t* tip) {
     AddField(index, {left, RowTop(kDelimiterRow), delimiterWidth, kFieldHeight}, tip);
@@ -210,7 +211,9 @@ void frmSetup::DesignSubjectLine() {
   addDelimiter(kSetupProjectDelimiter,
                L"Enter the string to be used to separate the Project Number and Project Name on "
                L"the E-mail Subject Line.");
-  addWord(1, 1400, L"<~Unit~>");
+  Control& unit = addWord(1, 1400, L"<~Unit~>");
+  unit.mnemonic = true;  // the key of the field behind it
+  unit.choosesKey = true;
   addDelimiter(kSetupSubjectDelimiter,
                L"Enter the string to be used to separate the Project Name and Email Subject on "
                L"the E-mail Subject Line.");

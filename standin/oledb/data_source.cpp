@@ -52,18 +52,6 @@ void CheckFile(const std::wstring& path) {
   }
 }
 
-// The path by which the ODBC driver, a program of the host, knows the file.
-std::string UnixPath(const std::wstring& path) {
-  using Translate = char*(CDECL*)(LPCWSTR);
-  const auto address = GetProcAddress(GetModuleHandleW(L"kernel32"), "wine_get_unix_file_name");
-  const auto translate = reinterpret_cast<Translate>(reinterpret_cast<void*>(address));
-  char* const translated = translate ? translate(path.c_str()) : nullptr;
-  if (!translated) throw ProviderError(E_FAIL, L"Only Wine can translate '" + path + L"'.");
-  const std::string result = translated;
-  HeapFree(GetProcessHeap(), 0, translated);
-  return result;
-}
-
 }  // namespace
 
 DataSource::DataSource()
@@ -88,7 +76,7 @@ HRESULT DataSource::Initialize() {
     const std::wstring path = FullPath(*name);
     CheckFile(path);
     const bool readOnly = properties_.Value(DBPROP_INIT_MODE) == Cell(std::int64_t{DB_MODE_READ});
-    connection_ = std::make_shared<Connection>(UnixPath(path), readOnly);
+    connection_ = std::make_shared<Connection>(path, readOnly);
     return S_OK;
   });
 }

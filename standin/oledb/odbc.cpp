@@ -67,6 +67,18 @@ DBLENGTH ProviderSize(DBTYPE type, SQLULEN characters) {
   }
 }
 
+// The path by which the ODBC driver, a program of the host, knows the file.
+std::string UnixPath(const std::wstring& path) {
+  using Translate = char*(CDECL*)(LPCWSTR);
+  const auto address = GetProcAddress(GetModuleHandleW(L"kernel32"), "wine_get_unix_file_name");
+  const auto translate = reinterpret_cast<Translate>(reinterpret_cast<void*>(address));
+  char* const translated = translate ? translate(path.c_str()) : nullptr;
+  if (!translated) throw ProviderError(E_FAIL, L"Only Wine can translate '" + path + L"'.");
+  const std::string result = translated;
+  HeapFree(GetProcessHeap(), 0, translated);
+  return result;
+}
+
 }  // namespace
 
 OdbcHandle::OdbcHandle(SQLSMALLINT kind, SQLHANDLE parent) : kind_(kind) {
@@ -93,9 +105,9 @@ Connection::Environment::Environment() : OdbcHandle(SQL_HANDLE_ENV, SQL_NULL_HAN
         E_FAIL);
 }
 
-Connection::Connection(const std::string& unixPath, bool readOnly)
+Connection::Connection(const std::wstring& path, bool readOnly)
     : connection_(SQL_HANDLE_DBC, environment_.Get()) {
-  std::string text = "DRIVER={SQLite3};NoCreat=1;Timeout=5000;Database=" + unixPath;
+  std::string text = "DRIVER={SQLite3};NoCreat=1;Timeout=5000;Database=" + UnixPath(path);
   connection_.Check(SQLDriverConnect(connection_.Get(), nullptr, Bytes(text), SQL_NTS, nullptr, 0,
                                      nullptr, SQL_DRIVER_NOPROMPT),
                     E_FAIL);

@@ -38,9 +38,8 @@ class OdbcHandle {
 // An open SQLite file.
 class Connection {
  public:
-  // `unixPath` is the file's path outside of Wine, in its encoding there. Never makes a file.
-  // Throws ProviderError.
-  Connection(const std::string& unixPath, bool readOnly);
+  // `path` is whole, as Windows programs know it. Never makes a file. Throws ProviderError.
+  Connection(const std::wstring& path, bool readOnly);
   ~Connection();
 
   SQLHANDLE Get() const { return connection_.Get(); }

@@ -126,6 +126,7 @@ HWND EditAfterLabel(HWND dialog, const std::wstring& word) {
   for (const HWND child : VisibleChildren(dialog, nullptr)) {
     const std::wstring name = ClassOf(child);
     if (EqualsIgnoreCase(name, L"EDIT") && labelled) return child;
+    if (EqualsIgnoreCase(name, L"COMBOBOX")) continue;  // its text part follows
     labelled = EqualsIgnoreCase(name, L"STATIC") &&
                postrove::text::FindIgnoreCase(PlainCaption(child), word) != std::wstring::npos;
   }

@@ -30,7 +30,8 @@ HWND DefaultButton(HWND dialog);
 // The text part of the first combo box; null when there is none.
 HWND ComboEdit(HWND dialog);
 
-// The text box after the label whose text contains the word; null when there is none.
+// The text box, or the text part of the combo box, after the label whose text contains the word;
+// null when there is none.
 HWND EditAfterLabel(HWND dialog, const std::wstring& word);
 
 // Every visible window of the process with class and text, for a report.

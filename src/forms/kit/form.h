@@ -56,7 +56,7 @@ class Form {
   void UserClosed();
   bool closable = true;
 
-  // The user brought the form to the front, or it was shown.
+  // The form was shown, or another form was left for it.
   void UserActivated();
 
   std::function<void()> onActivate;

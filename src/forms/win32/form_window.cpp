@@ -1,6 +1,7 @@
 #include "forms/win32/form_window.h"
 
 #include <algorithm>
+#include <cwchar>
 #include <utility>
 
 #include "forms/win32/dpi.h"
@@ -23,6 +24,14 @@ RECT WorkArea(HWND window) {
   monitor.cbSize = sizeof monitor;
   GetMonitorInfoW(MonitorFromWindow(window, MONITOR_DEFAULTTONEAREST), &monitor);
   return monitor.rcWork;
+}
+
+// As in Visual Basic a form hears of its activation when it is shown and when another form is left
+// for it, not after a message box or another program: the focus is then where it was.
+bool IsForm(HWND window) {
+  wchar_t name[64] = {};
+  GetClassNameW(window, name, 64);
+  return std::wcscmp(name, FormWindow::kClassName) == 0;
 }
 
 }  // namespace
@@ -65,10 +74,12 @@ void FormWindow::Show() {
   SendMessageW(window_, WM_CHANGEUISTATE, MAKEWPARAM(UIS_INITIALIZE, 0), 0);
   owner_.Disable(window_);
   ShowDefaultButton();
+  // The form hears of its activation before any control has the focus, also when another program is
+  // in front.
+  activationPending_ = true;
+  PostMessageW(window_, kFormActivated, 0, 0);
   ShowWindow(window_, SW_SHOW);
   RestoreFocus();
-  // The form hears of its activation also when another program is in front.
-  if (!std::exchange(activationPending_, true)) PostMessageW(window_, kFormActivated, 0, 0);
 }
 
 void FormWindow::CreateControls() {
@@ -412,7 +423,8 @@ LRESULT FormWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_ACTIVATE:
       if (LOWORD(wParam) == WA_INACTIVE) {
         if (IsChild(window, GetFocus())) lastFocus_ = GetFocus();
-      } else if (!std::exchange(activationPending_, true)) {
+      } else if (IsForm(reinterpret_cast<HWND>(lParam)) &&
+                 !std::exchange(activationPending_, true)) {
         PostMessageW(window, kFormActivated, 0, 0);
       }
       break;

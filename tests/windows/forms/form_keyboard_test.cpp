@@ -1,5 +1,6 @@
 // What the user does to a dialog with keyboard and mouse, and the events that come of it.
 #include <algorithm>
+#include <atomic>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -7,9 +8,11 @@
 #include "dialog_user.h"
 #include "forms/frmFolderMessage.h"
 #include "forms/frmPostrove.h"
+#include "forms/frmProjInfo.h"
 #include "forms/frmSetup.h"
 #include "forms/win32/WinFormHost.h"
 #include "gtest/gtest.h"
+#include "shared/text.h"
 
 namespace postrove::forms {
 namespace {
@@ -304,6 +307,84 @@ TEST(OptionButtons, AreChosenByTheArrowKeysAndNotByTheFirstFocus) {
   host->ShowModal(form);
   EXPECT_TRUE(own.Checked());
   EXPECT_FALSE(sibling.Checked());
+}
+
+// What Tab reaches, in this order, and the label with the key of a field; all else has its own.
+struct Stop {
+  Control& control;
+  Control& keyed;
+};
+
+// Goes through a form by Tab and then by the keys that its windows show. Links have none.
+void CheckKeyboard(Form& form, const std::vector<Stop>& stops, Control& cancel) {
+  const OwnerWindow owner;
+  const auto host = CreateWinFormHost(GetModuleHandleW(nullptr));
+  EventLog log;
+  Record(form, log);
+  std::atomic<bool> done = false;
+  cancel.onClick = [&] {
+    if (done) form.Unload();
+  };
+  const DialogUser user([&] {
+    const Dialog dialog(form.Caption());
+    dialog.WaitForFocus(stops.front().control);
+    for (std::size_t i = 1; i <= stops.size(); ++i) {
+      PostMessageW(dialog.Focus(), WM_KEYDOWN, VK_TAB, 1);
+      dialog.WaitForFocus(stops[i % stops.size()].control);
+    }
+    for (std::size_t i = stops.size(); i-- > 0;) {
+      if (stops[i].control.link) continue;
+      const std::wstring caption = dialog.TextOf(stops[i].keyed);
+      const std::size_t mark = caption.find(L'&');
+      if (mark == std::wstring::npos) throw std::runtime_error("no key: " + text::ToUtf8(caption));
+      dialog.PressAlt(text::Fold(caption.at(mark + 1)));
+      dialog.WaitForFocus(stops[i].control);
+    }
+    done = true;
+    PostMessageW(dialog.Focus(), WM_KEYDOWN, VK_ESCAPE, 1);
+    dialog.WaitForEnd();
+  });
+  host->ShowModal(form);
+}
+
+TEST(Keyboard, ReachesAllOfTheProjectInformation) {
+  frmProjInfo form({});
+  std::vector<Stop> stops;
+  for (const int index : {kProjInfoNumber, kProjInfoName, kProjInfoFolder}) {
+    stops.push_back({form.txtProjInfo(index), form.lblFieldLabel(index)});
+  }
+  for (Control* const one :
+       {&form.cmdBrowse(0), &form.chkProjActive, &form.cmdProjInfo(kProjInfoSave),
+        &form.cmdProjInfo(kProjInfoCancel), &form.cmdProjInfo(kProjInfoHelp), &form.lblWebSite}) {
+    stops.push_back({*one, *one});
+  }
+  CheckKeyboard(form, stops, form.cmdProjInfo(kProjInfoCancel));
+}
+
+TEST(Keyboard, ReachesAllOfTheDefaultsSetup) {
+  frmSetup form({});
+  form.optDbType(kSetupOwnDb).SetChecked(true);
+  std::vector<Stop> stops = {{form.optDbType(kSetupOwnDb), form.optDbType(kSetupOwnDb)}};
+  const struct {
+    int field;
+    int browse;
+  } folders[] = {{kSetupDatabase, kSetupBrowseDatabase},
+                 {kSetupSettings, kSetupBrowseSettings},
+                 {kSetupServerFolder, kSetupBrowseServerFolder},
+                 {kSetupEmailFolder, kSetupBrowseEmailFolder}};
+  for (const auto& row : folders) {
+    stops.push_back({form.txtSetup(row.field), form.lblFieldLabel(row.field)});
+    stops.push_back({form.cmdBrowse(row.browse), form.cmdBrowse(row.browse)});
+  }
+  stops.push_back({form.cboWorkType, form.lblFieldLabel(kSetupWorkType)});
+  stops.push_back(
+      {form.txtSetup(kSetupProjectDelimiter), form.lblFieldLabel(kSetupDelimiterLabel)});
+  stops.push_back({form.txtSetup(kSetupSubjectDelimiter), form.lblDelimLabel(1)});
+  for (Control* const one : {&form.cmdSetup(kSetupReturn), &form.cmdSetup(kSetupHelp),
+                             &form.lblWebSite(0), &form.lblWebSite(1)}) {
+    stops.push_back({*one, *one});
+  }
+  CheckKeyboard(form, stops, form.cmdSetup(kSetupReturn));
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "dialog_user.h"
+
 namespace run {
 namespace {
 
@@ -11,15 +13,6 @@ std::wstring Environment(const wchar_t* name) {
   wchar_t value[MAX_PATH] = {};
   GetEnvironmentVariableW(name, value, MAX_PATH);
   return value;
-}
-
-void WriteFileAt(const std::wstring& path, const std::string& bytes) {
-  const HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
-                                  FILE_ATTRIBUTE_NORMAL, nullptr);
-  ASSERT_NE(file, INVALID_HANDLE_VALUE);
-  DWORD written = 0;
-  WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
-  CloseHandle(file);
 }
 
 }  // namespace
@@ -78,8 +71,8 @@ QuillionInstalled::QuillionInstalled()
   CreateDirectoryW(data_.c_str(), nullptr);
   const std::string database =
       postrove::text::ToUtf8(Environment(L"ProgramData")) + "\\Postrove\\Postrove.mdb";
-  WriteFileAt(data_ + L"\\Qulln.ini",
-              "[FilePathsMDB]\r\n1=" + database + "\r\n[FilePathsPrj]\r\n1=C:\\\r\n");
+  Write(data_ + L"\\Qulln.ini",
+        "[FilePathsMDB]\r\n1=" + database + "\r\n[FilePathsPrj]\r\n1=C:\\\r\n");
 }
 
 QuillionInstalled::~QuillionInstalled() {

@@ -2,111 +2,35 @@
 // and what is left on the disk is looked at as text.
 
 #include <functional>
-#include <stdexcept>
-#include <thread>
 
+#include "dialog_user.h"
 #include "outlook/dialog_windows.h"
 #include "product_run.h"
 
 namespace {
 
 using namespace standin;
+using run::Exists;
+using run::kData;
+using run::kDatabase;
+using run::kIni;
+using run::Text;
+using run::WaitFor;
+using run::Window;
+using run::Write;
 
-const std::wstring kData = L"C:\\ProgramData\\Postrove\\";
-const std::wstring kIni = kData + L"Postrove.ini";
-const std::wstring kDatabase = kData + L"Postrove.mdb";
 const std::wstring kQuillion = L"C:\\Program Files\\Quillion";
 constexpr wchar_t kSetup[] = L"Postrove Defaults Setup";
-
-void WaitFor(const std::string& what, const std::function<bool()>& condition) {
-  const ULONGLONG deadline = GetTickCount64() + 10000;
-  while (!condition()) {
-    if (GetTickCount64() > deadline) {
-      throw std::runtime_error("waited for " + what + "\n" +
-                               postrove::text::ToUtf8(DescribeWindows()));
-    }
-    Sleep(1);
-  }
-}
-
-bool Exists(const std::wstring& path) {
-  return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
-}
-
-std::string Text(const std::wstring& path) {
-  try {
-    return Exists(path) ? ReadWholeFile(path) : std::string("(none)");
-  } catch (const HostError&) {
-    return "(being replaced)";
-  }
-}
-
-// A dialog in front, by its caption.
-class Window {
- public:
-  explicit Window(const std::wstring& caption) {
-    WaitFor(postrove::text::ToUtf8(caption), [&] {
-      window_ = TopDialog();
-      return window_ && TextOf(window_) == caption;
-    });
-  }
-
-  void Press(const std::wstring& button) const {
-    HWND found = nullptr;
-    WaitFor(postrove::text::ToUtf8(button),
-            [&] { return (found = FindButton(window_, button)) != nullptr; });
-    PostMessageW(found, BM_CLICK, 0, 0);
-  }
-
-  // The box after the label gets the text and is left again.
-  void Enter(const std::wstring& label, const std::wstring& text) const {
-    const HWND edit = Box(label);
-    PostMessageW(window_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(edit), TRUE);
-    WaitFor("the focus", [&] {
-      GUITHREADINFO info = {};
-      info.cbSize = sizeof info;
-      GetGUIThreadInfo(GetWindowThreadProcessId(window_, nullptr), &info);
-      return info.hwndFocus == edit;
-    });
-    SendMessageW(edit, EM_SETSEL, 0, -1);
-    SendMessageW(edit, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(text.c_str()));
-    PostMessageW(window_, WM_NEXTDLGCTL, 0, 0);
-  }
-
-  std::wstring Value(const std::wstring& label) const { return TextOf(Box(label)); }
-
-  bool Shows(const std::wstring& label) const {
-    for (const HWND one : VisibleChildren(window_, L"STATIC")) {
-      if (TextOf(one) == label) return true;
-    }
-    return false;
-  }
-  void WaitForLabel(const std::wstring& label) const {
-    WaitFor(postrove::text::ToUtf8(label), [&] { return Shows(label); });
-  }
-
- private:
-  HWND Box(const std::wstring& label) const {
-    const HWND edit =
-        label == L"Work Unit Type" ? ComboEdit(window_) : EditAfterLabel(window_, label);
-    if (!edit) throw std::runtime_error("no box " + postrove::text::ToUtf8(label));
-    return edit;
-  }
-
-  HWND window_ = nullptr;
-};
 
 class Setup : public ::testing::Test {
  protected:
   void SetUp() override {
-    RemoveSettings();  // of a run that was ended
-    CopyFileW(kDatabase.c_str(), backup_.c_str(), FALSE);
+    RemoveQuillion();  // of a run that was ended
     types_ = Text(kData + L"WorkUnitType.cnt");
   }
 
   void TearDown() override {
-    CopyFileW(backup_.c_str(), kDatabase.c_str(), FALSE);
-    RemoveSettings();
+    RemoveQuillion();
     WIN32_FIND_DATAW found;
     const HANDLE search = FindFirstFileW((kData + L"Moved_By_Postrove*").c_str(), &found);
     if (search != INVALID_HANDLE_VALUE) {
@@ -118,19 +42,9 @@ class Setup : public ::testing::Test {
     Write(kData + L"WorkUnitType.cnt", types_);
   }
 
-  static void RemoveSettings() {
-    DeleteFileW(kIni.c_str());
+  static void RemoveQuillion() {
     DeleteFileW((kQuillion + L"\\Qulln.txt").c_str());
     RemoveDirectoryW(kQuillion.c_str());
-  }
-
-  static void Write(const std::wstring& path, const std::string& bytes) {
-    const HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
-                                    FILE_ATTRIBUTE_NORMAL, nullptr);
-    ASSERT_NE(file, INVALID_HANDLE_VALUE);
-    DWORD written = 0;
-    WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
-    CloseHandle(file);
   }
 
   // One run of Outlook, in which a user opens the setup dialog, does the steps in it and returns;
@@ -140,23 +54,15 @@ class Setup : public ::testing::Test {
     Host host;
     host.LoadAddIns();
     Inspector& inspector = host.Open(run::Mail(L"Minutes"));
-    std::thread user([&] {
-      try {
-        const Window save(L"Postrove");
-        save.Press(L"Defaults...");
-        const Window setup(kSetup);
-        inSetup(setup);
-        setup.Press(L"Return");
-        const Window again(L"Postrove");
-        if (after) after(again);
-        again.Press(L"Close");
-      } catch (const std::exception& failure) {
-        std::fprintf(stderr, "%s\n", failure.what());
-        TerminateProcess(GetCurrentProcess(), 1);  // the dialogs would stay for ever
-      }
+    run::Click(host, inspector, [&](const Window& save) {
+      save.Press(L"Defaults...");
+      const Window setup(kSetup);
+      inSetup(setup);
+      setup.Press(L"Return");
+      const Window again(L"Postrove");
+      if (after) after(again);
+      again.Press(L"Close");
     });
-    EXPECT_TRUE(host.Click(inspector));
-    user.join();
     host.Quit();
     EXPECT_EQ(run::Held(host), "");
   }
@@ -167,7 +73,7 @@ class Setup : public ::testing::Test {
 
   const run::Registered registered_;
   const run::Folder folder_;
-  const std::wstring backup_ = folder_ / L"backup";
+  const run::FreshData data_;
   std::string types_;
 };
 
@@ -195,10 +101,10 @@ TEST_F(Setup, OwnAndSharedDatabase) {
   Write(kQuillion + L"\\Qulln.txt", settings);
   Run([](const Window& setup) {
     EXPECT_EQ(setup.Value(L"Server Folder"), L"P:\\Prj\\");
-    EXPECT_FALSE(setup.Shows(L"&Settings Location: "));
+    EXPECT_FALSE(setup.Shows(L"Settings Location: "));
     setup.Press(L"Postrove");
     WaitForText(kIni, "[Setup]\r\nUseQuillion=0\r\n");
-    setup.WaitForLabel(L"&Settings Location: ");
+    setup.WaitForLabel(L"Settings Location: ");
     EXPECT_EQ(setup.Value(L"Server Folder"), L"C:\\");
     setup.Press(L"Quillion");
     WaitForText(kIni, "[Setup]\r\nUseQuillion=1\r\n");

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 namespace standin::probe {
 
 TempFolder::TempFolder() {
@@ -18,9 +20,9 @@ TempFolder::TempFolder() {
 TempFolder::~TempFolder() {
   for (const std::wstring& name : Files()) {
     SetFileAttributesW((path_ + name).c_str(), FILE_ATTRIBUTE_NORMAL);
-    DeleteFileW((path_ + name).c_str());
   }
-  RemoveDirectoryW(path_.c_str());
+  std::error_code ignored;
+  std::filesystem::remove_all(path_, ignored);
 }
 
 std::vector<std::wstring> TempFolder::Files() const {

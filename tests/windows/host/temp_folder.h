@@ -7,7 +7,7 @@
 
 namespace standin::probe {
 
-// A folder of the test's own, removed with its files at the end.
+// A folder of the test's own, removed with all that is in it at the end.
 class TempFolder {
  public:
   TempFolder();
