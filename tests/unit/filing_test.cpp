@@ -119,6 +119,61 @@ TEST_F(Filing, RefusalsListEveryMissingEntry) {
   }
 }
 
+TEST_F(Filing, FoldersOnUnfitDrivesAreRefused) {
+  const struct {
+    DriveKind kind;
+    const wchar_t* refusal;  // null for a drive that will do
+  } cases[] = {
+      {DriveKind::Unknown, L" doesn't exist or it's type cannot be determined."},
+      {DriveKind::NoRoot, L" doesn't exist or it's type cannot be determined."},
+      {DriveKind::CdRom, L" is a CD-ROM drive."},
+      {DriveKind::RamDisk, L" is a RAM drive."},
+      {DriveKind::Removable, L" is a removable drive."},
+      {DriveKind::Network, nullptr},
+      {DriveKind::Fixed, nullptr},
+  };
+  for (const auto& one : cases) {
+    product_ = std::make_unique<Product>();
+    saved_.clear();
+    Open(true);
+    product_->utility->SetDriveType(L"D:\\", one.kind);
+    if (one.refusal) product_->utility->ExpectMessage();
+    Click(
+        [](forms::frmPostrove& dialog) {
+          TypeProject(dialog);
+          dialog.txtSaveFolder.UserTyped(L"D:\\Filed", 0, 0);
+        },
+        !one.refusal);
+    EXPECT_EQ(saved_.size(), one.refusal ? 0u : 1u);
+    if (!one.refusal) continue;
+    EXPECT_EQ(product_->utility->Messages().back().text,
+              std::wstring(L"Postrove cannot save this E-mail... \r\n\r\n-Drive D:") + one.refusal +
+                  L"  (Select a different Folder.)");
+  }
+}
+
+TEST_F(Filing, BrowsingNamesTheFolderThatQuillionHas) {
+  for (const bool shared : {false, true}) {
+    product_ = std::make_unique<Product>();
+    Open(true, 2, shared);
+    product_->utility->ExpectBrowse(L"");
+    product_->utility->ExpectBrowse(L"D:\\Filed");
+    product_->forms->Expect([](forms::Form& form) {
+      auto& dialog = dynamic_cast<forms::frmPostrove&>(form);
+      dialog.cboPostrove.UserPicked(0);
+      dialog.cmdPostrove(forms::kBrowseFolderButton).UserClicked();
+      EXPECT_EQ(dialog.txtSaveFolder.Text(), L"C:\\Corr_Out\\");  // cancelled
+      dialog.cmdPostrove(forms::kBrowseFolderButton).UserClicked();
+      EXPECT_EQ(dialog.txtSaveFolder.Text(), L"D:\\Filed\\");
+      dialog.Unload();
+    });
+    mail_->buttons.at(0)->Raise(office::kCommandBarButtonEvents, office::kButtonClick, {});
+    EXPECT_EQ(product_->utility->BrowsePrompts().back(),
+              std::wstring(shared ? L"The Quillion Project Folder is C:\\\r\n" : L"") +
+                  L"Select a folder to save the Email in:");
+  }
+}
+
 TEST_F(Filing, MissingFolderIsMadeOnlyWhenTheUserAgrees) {
   Open(true);
   AnswerFolderMessage(L"Folder Not Found", L"", 1);
