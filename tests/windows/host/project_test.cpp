@@ -78,10 +78,12 @@ class ProjectStories : public ::testing::Test {
     std::sort(files.begin(), files.end());
     return files;
   }
-  Texts TableWith(const std::wstring& row) const {
-    Texts table = before_;
-    table.push_back(row);
-    return table;
+  // The rows that are new; all when one of those before is not as it was.
+  Texts Added() const {
+    const Texts table = Table();
+    const auto [old, row] =
+        std::mismatch(before_.begin(), before_.end(), table.begin(), table.end());
+    return {old == before_.end() ? row : table.begin(), table.end()};
   }
 
   const run::Registered registered_;
@@ -104,7 +106,7 @@ TEST_F(ProjectStories, ATypedProjectIsAddedAndLaterMoved) {
   });
   EXPECT_EQ(host_->SentMessages().size(), 1u);
   EXPECT_EQ(Filed(), Texts{L"Quay\\Corr_Out\\Minutes.msg"});
-  EXPECT_EQ(Table(), TableWith(L"9001|Quay Wall|" + quay + L"|1"));
+  EXPECT_EQ(Added(), Texts{L"9001|Quay Wall|" + quay + L"|1"});
 
   Compose(L"Drawings", [&](const Window& save) {
     save.Enter(L"Project", L"quay wall: 9001");
@@ -122,7 +124,7 @@ TEST_F(ProjectStories, ATypedProjectIsAddedAndLaterMoved) {
   });
   EXPECT_EQ(host_->SentMessages().size(), 2u);
   EXPECT_EQ(Filed(), (Texts{L"Annex\\Corr_Out\\Drawings.msg", L"Quay\\Corr_Out\\Minutes.msg"}));
-  EXPECT_EQ(Table(), TableWith(L"9001|Quay Wall|" + annex + L"|1"));
+  EXPECT_EQ(Added(), Texts{L"9001|Quay Wall|" + annex + L"|1"});
 }
 
 TEST_F(ProjectStories, ACancelledAdditionIsATemporaryProject) {
@@ -135,7 +137,7 @@ TEST_F(ProjectStories, ACancelledAdditionIsATemporaryProject) {
   });
   EXPECT_EQ(host_->SentMessages().size(), 1u);
   EXPECT_EQ(Filed(), Texts{L"9001\\Corr_Out\\Minutes.msg"});
-  EXPECT_EQ(Table(), before_);
+  EXPECT_EQ(Added(), Texts{});
 }
 
 TEST_F(ProjectStories, ANumberIsUsedTwiceOnlyOnPurpose) {
@@ -154,7 +156,7 @@ TEST_F(ProjectStories, ANumberIsUsedTwiceOnlyOnPurpose) {
     const Window add(L"Add a Project");
     add.WaitForFocus(L"Project Number");
     EXPECT_EQ(Fields(add), (Texts{L"2231", L"Annex", annex}));
-    EXPECT_EQ(Table(), before_);
+    EXPECT_EQ(Added(), Texts{});
     add.Press(L"Save");
     Window(L"Existing Project Number").Press(L"Yes");
     const Window again(L"Postrove");
@@ -163,7 +165,7 @@ TEST_F(ProjectStories, ANumberIsUsedTwiceOnlyOnPurpose) {
     MakeFolder();
   });
   EXPECT_EQ(Filed(), Texts{L"Annex\\Corr_Out\\Minutes.msg"});
-  EXPECT_EQ(Table(), TableWith(L"2231|Annex|" + annex + L"|1"));
+  EXPECT_EQ(Added(), Texts{L"2231|Annex|" + annex + L"|1"});
 }
 
 TEST_F(ProjectStories, ApostrophesAreStored) {
@@ -174,7 +176,7 @@ TEST_F(ProjectStories, ApostrophesAreStored) {
     MakeFolder();
   });
   EXPECT_EQ(Filed(), Texts{L"9'9\\Corr_Out\\Minutes.msg"});
-  EXPECT_EQ(Table(), TableWith(L"9'9|O'Hara's Pier|" + (root_ / L"9'9\\|1")));
+  EXPECT_EQ(Added(), Texts{L"9'9|O'Hara's Pier|" + (root_ / L"9'9\\|1")});
 }
 
 TEST_F(ProjectStories, AMissingDriveKeepsTheEntries) {
@@ -193,13 +195,13 @@ TEST_F(ProjectStories, AMissingDriveKeepsTheEntries) {
     refusal.Press(L"OK");
     const Window add(L"Add a Project");
     EXPECT_EQ(Fields(add), entries);
-    EXPECT_EQ(Table(), before_);
+    EXPECT_EQ(Added(), Texts{});
     add.Enter(L"Project Folder", root_ / L"Quay");
     add.Press(L"Save");
     MakeFolder();
   });
   EXPECT_EQ(Filed(), Texts{L"Quay\\Corr_Out\\Minutes.msg"});
-  EXPECT_EQ(Table(), TableWith(L"9001|Quay Wall|" + (root_ / L"Quay|1")));
+  EXPECT_EQ(Added(), Texts{L"9001|Quay Wall|" + (root_ / L"Quay|1")});
 }
 
 TEST_F(ProjectStories, ACancelledProjectFromScratchLeavesTheSaveDialogAsItWas) {
@@ -223,7 +225,7 @@ TEST_F(ProjectStories, ACancelledProjectFromScratchLeavesTheSaveDialogAsItWas) {
     save.Press(L"Close");
   });
   EXPECT_EQ(Filed(), Texts{});
-  EXPECT_EQ(Table(), before_);
+  EXPECT_EQ(Added(), Texts{});
 }
 
 }  // namespace
