@@ -60,9 +60,12 @@ class FakeSharedUtil : public clsSharedUtil {
   }
   void ExpectBrowse(std::wstring chosen) { picks_.push_back(std::move(chosen)); }
 
-  // From now on what was not announced is answered with Ok, No or Cancel, for tests that make
-  // anything fail.
-  void AnswerTheRest() { answersTheRest_ = true; }
+  // From now on what was not announced is answered with Ok or Cancel, a question as told,
+  // for tests that make anything fail.
+  void AnswerTheRest(MessageAnswer questions = MessageAnswer::No) {
+    answersTheRest_ = true;
+    questions_ = questions;
+  }
 
   // The n-th file operation from now on fails, 1 being the next: it throws Error where it can, else
   // it answers as for a missing file.
@@ -149,7 +152,7 @@ class FakeSharedUtil : public clsSharedUtil {
     messages_.push_back({text, title, buttons, icon});
     const bool question = buttons == MessageButtons::YesNo;
     const auto box = Take(&answers_, L"message box", title + L" | " + text);
-    if (!box) return question ? MessageAnswer::No : MessageAnswer::Ok;
+    if (!box) return question ? questions_ : MessageAnswer::Ok;
     EXPECT_EQ(question, box->answer != MessageAnswer::Ok)
         << "the answer does not fit the buttons of: " << text::ToUtf8(text);
     if (box->meanwhile) box->meanwhile();
@@ -241,6 +244,7 @@ class FakeSharedUtil : public clsSharedUtil {
   std::vector<std::wstring> prompts_;
   std::vector<std::wstring> documents_;
   bool answersTheRest_ = false;
+  MessageAnswer questions_ = MessageAnswer::No;
   int operations_ = 0;
   int failing_ = 0;
 };

@@ -8,7 +8,15 @@ namespace {
 
 using office::Value;
 
-enum Kind { kPlain, kOverwrite, kOverwriteCancelled, kFolderMade, kTemporaryProject };
+enum Kind {
+  kPlain,
+  kOverwrite,
+  kOverwriteCancelled,
+  kFolderMade,
+  kTemporaryProject,
+  kAddedProject,
+  kBareText
+};
 enum Part { kOffice, kFiles, kDatabase, kDisk };
 
 struct Story {
@@ -18,6 +26,7 @@ struct Story {
 };
 
 constexpr wchar_t kPath[] = L"D:\\Filed\\Minutes- 12 May.msg";
+constexpr wchar_t kBarePath[] = L"D:\\Filed\\Bare(att).msg";
 constexpr wchar_t kMadePath[] = L"D:\\New\\Minutes- 12 May.msg";
 constexpr wchar_t kOther[] = L"D:\\Filed\\other.msg";
 
@@ -29,8 +38,13 @@ class Failures : public Filing {
     product_ = std::make_unique<Product>();
     saved_.clear();
     sent_ = 0;
-    Open(story.sent, 2, story.shared);
-    product_->utility->AnswerTheRest();
+    Open(story.sent, story.kind == kBareText ? 1 : 2, story.shared);
+    if (story.kind == kBareText) {  // no subject, plain text, one attachment
+      mail_->item->properties[L"Subject"] = L"";
+      office::ToObject(mail_->item->properties[L"Attachments"])->Put(L"Count", 1);
+    }
+    product_->utility->AnswerTheRest(story.kind == kAddedProject ? MessageAnswer::Yes
+                                                                 : MessageAnswer::No);
     product_->utility->AddFile(kOther, "other");
     if (story.kind == kOverwrite || story.kind == kOverwriteCancelled) {
       product_->utility->AddFile(kPath, "old");
@@ -76,12 +90,19 @@ class Failures : public Filing {
           story.kind == kOverwriteCancelled && form.Caption() == L"Existing File Name";
       return question->cmdFolderMessage(cancels ? 1 : 0).UserClicked();
     }
+    if (form.Name() == L"frmProjInfo") {
+      form.Find(L"cmdProjInfo", forms::kProjInfoSave).UserClicked();
+      if (!form.IsUnloaded()) form.Find(L"cmdProjInfo", forms::kProjInfoCancel).UserClicked();
+      return;
+    }
     auto& dialog = dynamic_cast<forms::frmPostrove&>(form);
     shown_ = true;
-    const std::wstring project =
-        story.kind == kTemporaryProject ? L"Hall: 9" : L"Mill Street: 2231";
+    const std::wstring project = story.kind == kTemporaryProject || story.kind == kAddedProject
+                                     ? L"Hall: 9"
+                                     : L"Mill Street: 2231";
     dialog.cboPostrove.UserTyped(project, static_cast<int>(project.size()), 0);
     dialog.txtSaveFolder.UserTyped(story.kind == kFolderMade ? L"D:\\New" : L"D:\\Filed", 0, 0);
+    if (story.kind == kBareText) dialog.txtSaveAsName.UserTyped(L"Bare", 0, 0);
     dialog.cmdPostrove(forms::kMainButton).UserClicked();
     closed_ = dialog.IsUnloaded();
     dialog.Unload();
@@ -90,7 +111,9 @@ class Failures : public Filing {
   std::string At(const std::wstring& path) { return product_->utility->File(path).value_or(""); }
 
   void CheckNothingIsLost(const Story& story, bool failed) {
-    const std::wstring path = story.kind == kFolderMade ? kMadePath : kPath;
+    const std::wstring path = story.kind == kFolderMade ? kMadePath
+                              : story.kind == kBareText ? kBarePath
+                                                        : kPath;
     const bool filed = At(path) == "message";
     EXPECT_EQ(At(kOther), "other");
     EXPECT_TRUE(story.kind != kOverwrite || filed || At(path) == "old") << At(path);
@@ -108,6 +131,9 @@ class Failures : public Filing {
     }
     if (!closed_) {
       EXPECT_EQ(mail_->item->properties[L"HTMLBody"], Value(L"<HTML><body>Hello</Body></HTML>"));
+      EXPECT_EQ(mail_->item->properties[L"Body"], Value(L"Hello"));
+      EXPECT_EQ(mail_->item->properties[L"Subject"],
+                Value(story.kind == kBareText ? L"" : L"Minutes: 12 May"));
     }
   }
 
@@ -140,8 +166,8 @@ class Failures : public Filing {
 
 TEST_F(Failures, AnySingleOneLosesNothing) {
   int runs = 0;
-  for (const Kind kind :
-       {kPlain, kOverwrite, kOverwriteCancelled, kFolderMade, kTemporaryProject}) {
+  for (const Kind kind : {kPlain, kOverwrite, kOverwriteCancelled, kFolderMade, kTemporaryProject,
+                          kAddedProject, kBareText}) {
     for (const bool sent : {true, false}) {
       for (const bool shared : {false, true}) {
         for (const Part part : {kOffice, kFiles, kDatabase, kDisk}) {
