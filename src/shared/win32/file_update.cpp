@@ -37,19 +37,20 @@ class FileHandle {
 
 // Calls `attempt` until it returns ERROR_SUCCESS or an error that waiting does not cure, for a few
 // seconds at most. Access is denied for good, or for a moment to a file that is being deleted or
-// that a virus scanner holds: that is tried for a fraction of the time.
+// that a virus scanner holds: that is tried for a fraction of the time, but often enough also where
+// this process seldom gets its turn.
 template <typename Attempt>
 DWORD Retry(Attempt attempt) {
   constexpr ULONGLONG kSharingMilliseconds = 5000;
   constexpr ULONGLONG kDeniedMilliseconds = 500;
+  constexpr int kLeastAttempts = 50;
   const ULONGLONG start = GetTickCount64();
-  for (;;) {
+  for (int attempts = 1;; ++attempts) {
     const DWORD error = attempt();
     const bool shared = error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION;
     if (!shared && error != ERROR_ACCESS_DENIED) return error;
-    if (GetTickCount64() - start > (shared ? kSharingMilliseconds : kDeniedMilliseconds)) {
-      return error;
-    }
+    const ULONGLONG limit = shared ? kSharingMilliseconds : kDeniedMilliseconds;
+    if (attempts >= kLeastAttempts && GetTickCount64() - start > limit) return error;
     Sleep(5);
   }
 }
