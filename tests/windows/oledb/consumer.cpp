@@ -4,10 +4,10 @@
 #include <gtest/gtest.h>
 #include <oleauto.h>
 
-#include <algorithm>
 #include <stdexcept>
 
 #include "oledb/provider_class.h"
+#include "util/windows_path.h"
 
 namespace consumer {
 
@@ -20,14 +20,6 @@ void Check(HRESULT result, const char* what) {
   const std::wstring text = ErrorText();
   throw std::runtime_error(std::string(what) + code + " " +
                            std::string(testing::PrintToString(text)));
-}
-
-// A path of the building machine as Windows programs under Wine know it.
-std::wstring WindowsPath(const std::string& path) {
-  std::wstring windows(path.begin(), path.end());
-  if (windows.front() == L'/') windows.insert(0, L"Z:");
-  std::replace(windows.begin(), windows.end(), L'/', L'\\');
-  return windows;
 }
 
 template <typename Function>
@@ -58,7 +50,7 @@ std::wstring Words(const VARIANT& value) {
 
 }  // namespace
 
-std::wstring Provider::Path() { return WindowsPath(STANDIN_OLEDB_DLL); }
+std::wstring Provider::Path() { return postrove::WindowsPath(STANDIN_OLEDB_DLL); }
 
 Provider::Provider() : module_(LoadLibraryW(Path().c_str())) {
   if (!module_) throw std::runtime_error("cannot load the provider");
@@ -86,18 +78,10 @@ HRESULT Provider::Call(const char* name) const {
 long Provider::OpenObjects() const { return Find<long (*)()>(module_, "OpenObjects")(); }
 
 DatabaseFile::DatabaseFile() {
-  wchar_t temporary[MAX_PATH];
-  GetTempPathW(MAX_PATH, temporary);
-  folder_ = std::wstring(temporary) + L"Projekte Größe Γ " + std::to_wstring(GetCurrentProcessId());
-  CreateDirectoryW(folder_.c_str(), nullptr);
-  if (!CopyFileW(WindowsPath(SAMPLE_DATABASE).c_str(), Path().c_str(), FALSE)) {
+  CreateDirectoryW(Folder().c_str(), nullptr);
+  if (!CopyFileW(postrove::WindowsPath(SAMPLE_DATABASE).c_str(), Path().c_str(), FALSE)) {
     throw std::runtime_error("cannot copy the sample database");
   }
-}
-
-DatabaseFile::~DatabaseFile() {
-  DeleteFileW(Path().c_str());
-  RemoveDirectoryW(folder_.c_str());
 }
 
 HRESULT SetProperty(IDBInitialize* dataSource, DBPROPID id, const VARIANT& value,
@@ -176,7 +160,8 @@ DBBINDING Bind(DBORDINAL column, DBTYPE type, DBBYTEOFFSET value, DBLENGTH room)
   return binding;
 }
 
-std::vector<std::vector<std::wstring>> ReadAll(IRowset* rowset, DBROWCOUNT block) {
+std::vector<std::vector<std::wstring>> ReadAll(IRowset* rowset) {
+  constexpr DBROWCOUNT kBlock = 7;
   const auto accessors = As<IAccessor>(rowset, IID_IAccessor);
   const auto columns = As<IColumnsInfo>(rowset, IID_IColumnsInfo);
   DBORDINAL count = 0;
@@ -199,9 +184,9 @@ std::vector<std::vector<std::wstring>> ReadAll(IRowset* rowset, DBROWCOUNT block
   for (HRESULT more = S_OK; more == S_OK;) {
     HROW* rows = nullptr;
     DBCOUNTITEM got = 0;
-    more = rowset->GetNextRows(DB_NULL_HCHAPTER, 0, block, &got, &rows);
+    more = rowset->GetNextRows(DB_NULL_HCHAPTER, 0, kBlock, &got, &rows);
     Check(more, "GetNextRows");
-    if (got < static_cast<DBCOUNTITEM>(block) && more != DB_S_ENDOFROWSET) {
+    if (got < static_cast<DBCOUNTITEM>(kBlock) && more != DB_S_ENDOFROWSET) {
       throw std::runtime_error("a short block without its end");
     }
     for (DBCOUNTITEM i = 0; i < got; ++i) {

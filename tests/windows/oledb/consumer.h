@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+#include "util/temporary_folder.h"
+
 // A plain consumer of the stand-in provider. Everything that fails unexpectedly throws
 // std::runtime_error.
 namespace consumer {
@@ -48,15 +50,12 @@ class Provider {
 class DatabaseFile {
  public:
   DatabaseFile();
-  ~DatabaseFile();
-  DatabaseFile(const DatabaseFile&) = delete;
-  DatabaseFile& operator=(const DatabaseFile&) = delete;
 
-  std::wstring Folder() const { return folder_; }
-  std::wstring Path() const { return folder_ + L"\\Postrove.mdb"; }
+  std::wstring Folder() const { return temporary_.Path() + L"Projekte Größe Γ"; }
+  std::wstring Path() const { return Folder() + L"\\Postrove.mdb"; }
 
  private:
-  std::wstring folder_;
+  const postrove::TemporaryFolder temporary_;
 };
 
 // Sets one property of the initialization group; `value` is of the caller. The property's status
@@ -80,9 +79,9 @@ HRESULT Execute(IDBCreateCommand* session, const wchar_t* text, DBROWCOUNT* affe
 
 DBBINDING Bind(DBORDINAL column, DBTYPE type, DBBYTEOFFSET value, DBLENGTH room = sizeof(VARIANT));
 
-// The rest of the rowset as VARIANTs, fetched `block` rows at a time, in words:
+// The rest of the rowset as VARIANTs, fetched in blocks, in words:
 // "BSTR Harbour Bridge", "I4 7", "BOOL -1", "NULL".
-std::vector<std::vector<std::wstring>> ReadAll(IRowset* rowset, DBROWCOUNT block = 7);
+std::vector<std::vector<std::wstring>> ReadAll(IRowset* rowset);
 std::vector<std::vector<std::wstring>> Query(IDBCreateCommand* session, const wchar_t* text);
 
 }  // namespace consumer
