@@ -230,6 +230,7 @@ TEST_F(OleDb, AStatementRunsAsItWasGiven) {
 TEST_F(OleDb, ThePropertiesArriveWhole) {
   for (const wchar_t* path :
        {L"C:\\Data\\Postrove.mdb", L"C:\\My Data\\Postrove.mdb", L"C:\\O'Neil; A=B\\Postrove.mdb",
+        L"C:\\ blank first\\two  blanks.mdb",
         L"\\\\server\\B\u00FCro {M\u00FCller}\\\u6771\u4EAC.mdb"}) {
     database_->DBFullPath = path;
     database_->UID = L"ad;min";
