@@ -114,26 +114,6 @@ TEST_F(Server, TypeInformationNeedsNoRegistration) {
   SysFreeString(description);
 }
 
-TEST_F(Server, NamesAreFoundWithoutRegardToCase) {
-  const ComPtr<IDTExtensibility2> connect = NewConnect();
-  struct Case {
-    std::wstring name;
-    HRESULT result;
-    DISPID id;
-  };
-  const Case cases[] = {{L"OnConnection", S_OK, 1},
-                        {L"ondisconnection", S_OK, 2},
-                        {L"ONADDINSUPDATE", S_OK, 3},
-                        {L"OnStartupComplete", S_OK, 4},
-                        {L"OnBegin", DISP_E_UNKNOWNNAME, DISPID_UNKNOWN}};
-  for (Case c : cases) {
-    LPOLESTR name = c.name.data();
-    DISPID id = 0;
-    EXPECT_EQ(c.result, connect->GetIDsOfNames(GUID{}, &name, 1, 0, &id));
-    EXPECT_EQ(c.id, id) << testing::PrintToString(c.name);
-  }
-}
-
 VARIANT Number(LONG number) {
   VARIANT variant{};
   variant.vt = VT_I4;
@@ -227,15 +207,6 @@ TEST_F(Server, ConnectingTwiceSubscribesOnce) {
   ShutDown(*connect.Get());
   ShutDown(*connect.Get());
   host.ExpectLetGo();
-}
-
-TEST_F(Server, AnUnwillingApplicationIsNoError) {
-  FakeServer unwilling;
-  const ComPtr<IDTExtensibility2> connect = NewConnect();
-  EXPECT_EQ(S_OK, connect->OnConnection(&unwilling, ext_cm_Startup, nullptr, nullptr));
-  EXPECT_EQ(S_OK, connect->OnConnection(nullptr, ext_cm_AfterStartup, nullptr, nullptr));
-  ShutDown(*connect.Get());
-  EXPECT_EQ(1u, unwilling.References());
 }
 
 TEST_F(Server, MayBeUnloadedOnlyWhenNothingIsHeld) {
