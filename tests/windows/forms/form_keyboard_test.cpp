@@ -42,8 +42,7 @@ class FormKeyboard : public ::testing::Test {
       end = start = log.Count();
       steps(dialog);
       end = log.Count();
-      if (IsWindow(dialog.Window())) PostMessageW(dialog.Window(), WM_CLOSE, 0, 0);
-      dialog.WaitForEnd();
+      if (IsWindow(dialog.Window())) dialog.Close();
     });
     host->ShowModal(form);
   }

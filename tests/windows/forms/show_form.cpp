@@ -2,7 +2,7 @@
 // show_form --pictures FOLDER LABELFILE [--plain]
 // Shows a dialog with sample values until a button is clicked or it is closed, or shows every
 // dialog in every state and leaves a picture of each, as a bitmap, in the folder; --plain without
-// visual styles. Nothing is saved anywhere. The save dialog is filled by the product's controller.
+// visual styles. Nothing is saved anywhere. The product's controller fills the dialogs.
 #include <windows.h>
 
 #include <cstdio>
@@ -14,11 +14,8 @@
 #include <utility>
 #include <vector>
 
-#include "data/project_sql.h"
 #include "forms/frmFolderMessage.h"
 #include "forms/frmPostrove.h"
-#include "forms/frmProjInfo.h"
-#include "forms/frmSetup.h"
 #include "forms/win32/WinFormHost.h"
 #include "outlook/screenshot.h"
 #include "support/Product.h"
@@ -36,6 +33,14 @@ class PicturingHost final : public FormHost {
       : host_(CreateWinFormHost(module)), folder_(std::move(folder)) {}
 
   void ShowModal(Form& form) override {
+    auto* const save = dynamic_cast<frmPostrove*>(&form);
+    if (save && opens != kMainButton) {
+      save->UserActivated();
+      save->cboPostrove.UserPicked(0);
+      save->cmdPostrove(opens).UserClicked();
+      save->Unload();
+      return;
+    }
     EndByButtons(form);
     if (folder_.empty()) return host_->ShowModal(form);
     shown_ = &form;
@@ -52,7 +57,8 @@ class PicturingHost final : public FormHost {
   void SendTab(Form& form) override { host_->SendTab(form); }
   void SetWaitCursor(bool on) override { host_->SetWaitCursor(on); }
 
-  std::wstring next;  // name of the next picture
+  std::wstring next;        // name of the next picture
+  int opens = kMainButton;  // another: the save dialog's button that opens the dialog to show
 
  private:
   static void EndByButtons(Form& form) {
@@ -78,17 +84,6 @@ class PicturingHost final : public FormHost {
   static inline std::wstring path_;
 };
 
-// Marks a field while it is empty, in colour when it is required.
-void Require(Control& field, Control& label, Control& alert) {
-  field.onChange = [&field, &label, &alert] {
-    const bool empty = field.Text().empty();
-    const bool missing = empty && field.Tag() == L"required";
-    field.SetBackColor(missing ? kYellow : kSystemWindow);
-    label.SetForeColor(missing ? kRed : kSystemButtonText);
-    alert.SetVisible(empty);
-  };
-}
-
 std::string ReadFile(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(file), {}};
@@ -101,6 +96,7 @@ struct Message {
   bool shared;
   const wchar_t* subject;
   const wchar_t* folder;  // of the project
+  int opens = kMainButton;
 };
 
 constexpr wchar_t kLong[] =
@@ -116,9 +112,13 @@ constexpr Message kMessages[] = {
     {L"save-shared", true, true, L"2231-Harbour Bridge=>Fee letter", L"P:\\2231 Harbour Bridge\\"},
     {L"save-long", true, false, kLong, kLongFolder},
 };
+constexpr Message kSetupOwn{L"setup-own", true, false, L"", L"", kDefaultsButton};
+constexpr Message kSetupShared{L"setup-shared", true, true, L"", L"", kDefaultsButton};
+constexpr Message kProjInfo{L"project-information", true, false, L"", L"P:\\2231 Harbour Bridge\\",
+                            kEditProjectButton};
 
-void ShowSaveDialog(const std::shared_ptr<PicturingHost>& host, const std::string& labels,
-                    const Message& message) {
+void ShowByController(const std::shared_ptr<PicturingHost>& host, const std::string& labels,
+                      const Message& message) {
   Product product;
   product.host = host;
   product.utility->AddFile(std::wstring(postrove::testing::kAppData) + L"\\Postrove\\Postrove.cnt",
@@ -143,6 +143,7 @@ void ShowSaveDialog(const std::shared_ptr<PicturingHost>& host, const std::strin
     product.Controller().ProjFilePath = kLongFolder;
   }
   host->next = message.picture;
+  host->opens = message.opens;
   mail->buttons.at(0)->Raise(postrove::office::kCommandBarButtonEvents,
                              postrove::office::kButtonClick,
                              {postrove::office::Value(mail->buttons.at(0)), false});
@@ -161,59 +162,6 @@ void ShowFolderMessage(PicturingHost& host) {
       L"You may:\r\n-Edit the name and click 'OK' to save the file with a different name.\r\n"
       L"-Click 'OK' to replace the existing file.\r\n-Click 'Cancel' to return to the form.");
   host.next = L"folder-message";
-  host.ShowModal(form);
-}
-
-void ShowSetup(PicturingHost& host, int database) {
-  frmSetup form({});
-  for (const int index : {0, 1}) {
-    form.optDbType(index).onClick = [&form] {
-      const bool own = form.optDbType(kSetupOwnDb).Checked();
-      form.ShowSettingsLocation(own);
-      for (const int field : {kSetupServerFolder, kSetupDatabase}) {
-        form.txtSetup(field).SetLocked(!own);
-      }
-      for (const int browse : {kSetupBrowseServerFolder, kSetupBrowseDatabase}) {
-        form.cmdBrowse(browse).SetVisible(own);
-      }
-    };
-  }
-  form.optDbType(database).SetChecked(true);
-  const wchar_t* const values[] = {
-      L"\\\\server\\Projects",     L" - ", L" - ", L"R&D\\EMail", L"\\\\server\\Postrove\\Data",
-      L"C:\\ProgramData\\Postrove"};
-  for (int index = kSetupServerFolder; index < kSetupWorkType; ++index) {
-    Control& field = form.txtSetup(index);
-    const bool second = index == kSetupSubjectDelimiter;
-    Require(field, form.lblFieldLabel(second ? kSetupDelimiterLabel : index), form.lblAlert(index));
-    field.SetText(values[index]);
-  }
-  form.cboWorkType.SetItems({L"Project", L"Job", L"Contract"});
-  form.cboWorkType.SetListIndex(0);
-  form.lblDelimLabel(0).SetText(L"<Project No.>");
-  form.lblDelimLabel(1).SetText(L"<Project>");
-  form.lblSavePathSample.SetText(
-      L"\\\\server\\Projects\\<Project Folder>\\R&D\\EMail\\<Project No.> - <Project> - "
-      L"<email subject>");
-  form.rtfFieldHints.SetText(
-      L"Hint:\r\nThe folder on the server that holds the folders of your projects. A new project's "
-      L"folder is suggested here.");
-  host.next = database == kSetupOwnDb ? L"setup-own" : L"setup-shared";
-  host.ShowModal(form);
-}
-
-void ShowProjInfo(PicturingHost& host) {
-  frmProjInfo form({});
-  form.SetCaption(L"Edit a Project");
-  for (const int index : {kProjInfoNumber, kProjInfoName, kProjInfoFolder}) {
-    Require(form.txtProjInfo(index), form.lblFieldLabel(index), form.lblAlert(index));
-  }
-  form.txtProjInfo(kProjInfoNumber).SetText(L"2024-017");
-  form.txtProjInfo(kProjInfoName).SetText(L"Harbour Bridge");
-  form.txtProjInfo(kProjInfoFolder).SetText(L"\\\\server\\Projects\\2024-017 Harbour Bridge");
-  form.chkProjActive.SetChecked(true);
-  form.rtfFieldHints.SetText(L"Hint:\r\nThe name that the list of the save dialog shows.");
-  host.next = L"project-information";
   host.ShowModal(form);
 }
 
@@ -236,14 +184,14 @@ int main(int count, char** arguments) {
       std::make_shared<PicturingHost>(module, std::wstring(folder.begin(), folder.end()));
   const std::string labels = pictures ? ReadFile(words[2]) : "";
   for (const Message& message : kMessages) {
-    if (pictures || words[0] == "postrove") ShowSaveDialog(host, labels, message);
+    if (pictures || words[0] == "postrove") ShowByController(host, labels, message);
     if (!pictures) break;
   }
   if (pictures || words[0] == "folder") ShowFolderMessage(*host);
   if (pictures || words[0] == "setup") {
-    ShowSetup(*host, kSetupOwnDb);
-    if (pictures) ShowSetup(*host, kSetupSiblingDb);
+    ShowByController(host, labels, kSetupOwn);
+    if (pictures) ShowByController(host, labels, kSetupShared);
   }
-  if (pictures || words[0] == "projinfo") ShowProjInfo(*host);
+  if (pictures || words[0] == "projinfo") ShowByController(host, labels, kProjInfo);
   return 0;
 }
