@@ -259,24 +259,5 @@ TEST(DispatchObject, AnotherInterfaceIsCalledOnItsOwnPointer) {
   EXPECT_EQ(1u, button.References());
 }
 
-TEST(DispatchObject, ForeignObjectsAreNoArguments) {
-  class Foreign : public office::Object {
-    Value Get(const wchar_t*, const Arguments&) override { return {}; }
-    void Put(const wchar_t*, const Value&) override {}
-    Value Call(const wchar_t*, const Arguments&) override { return {}; }
-    ObjectPtr As(const office::Guid&) override { return nullptr; }
-    office::Subscription Subscribe(const office::Guid&, office::EventHandler) override {
-      return {};
-    }
-  };
-  FakeServer server;
-  Seen seen;
-  server.members[L"Take"] = Record(seen);
-  const Error error = ErrorOf(
-      [&] { com::WrapDispatch(&server)->Call(L"Take", {Value(std::make_shared<Foreign>())}); });
-  EXPECT_EQ(kTypeMismatch, error.Number());
-  EXPECT_EQ(0, seen.flags);
-}
-
 }  // namespace
 }  // namespace postrove

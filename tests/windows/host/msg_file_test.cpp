@@ -1,4 +1,4 @@
-// Where the stand-in writes message files, and the folders that it reads messages from.
+// Where the stand-in writes message files and where not.
 
 #include <windows.h>
 
@@ -90,30 +90,6 @@ TEST(SaveAs, ReplacesAFileWholeOrNotAtAll) {
   EXPECT_TRUE(ReadWholeFile(path) == "old");
   item.SaveAs(path, 3);
   EXPECT_EQ(ReadWholeFile(path).substr(0, 4), "\xD0\xCF\x11\xE0");
-}
-
-TEST(MessageFolder, IsReadWhole) {
-  TemporaryFolder folder;
-  folder.Write(L"message.ini",
-               "\xEF\xBB\xBF[Message]\r\nSubject=\" \xCE\xA9 \"\r\nMessageClass=IPM.Note\r\n"
-               "SenderName=Site\r\nSenderAddress=site@contractor.example\r\n"
-               "Date=2026-03-09T08:14:02Z\r\nRecipients=2\r\nAttachments=1\r\n"
-               "[Recipient 0]\r\nKind=to\r\nName=Office\r\nAddress=office@engineers.example\r\n"
-               "[Recipient 1]\r\nKind=bcc\r\nName=Archive\r\nAddress=archive@engineers.example\r\n"
-               "[Attachment 0]\r\nFile=0000\r\nName=plan.pdf\r\nMimeType=application/pdf\r\n");
-  folder.Write(L"body.html", "<p>a<br>b</p>");
-  folder.Write(L"0000", "%PDF");
-  const MessageData message = LoadMessage(folder.Path());
-  EXPECT_EQ(message.subject, L" \u03a9 ");
-  EXPECT_EQ(message.body, L"a\r\nb\r\n");  // made from the HTML
-  SYSTEMTIME time = {};
-  ASSERT_TRUE(message.date && FileTimeToSystemTime(&*message.date, &time));
-  EXPECT_EQ(time.wHour * 100 + time.wMinute, 814);
-  ASSERT_EQ(message.recipients.size(), 2u);
-  EXPECT_EQ(message.recipients[1].kind, RecipientKind::kBcc);
-  ASSERT_EQ(message.attachments.size(), 1u);
-  EXPECT_EQ(message.attachments[0].bytes, "%PDF");
-  EXPECT_THROW(LoadMessage(folder / L"none"), HostError);
 }
 
 }  // namespace

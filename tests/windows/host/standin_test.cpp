@@ -220,22 +220,6 @@ TEST(Items, SendCanBeRefusedAndCancelled) {
   EXPECT_THAT(host.SentMessages(), IsEmpty());
 }
 
-TEST(Items, BodiesFollowEachOther) {
-  Host host;
-  host.Open(SampleMessage());
-  const ComPtr<IDispatch> item = CurrentItem(host);
-  const std::wstring generated = Get(item, L"HTMLBody").Text();
-  EXPECT_NE(generated.find(L"First line<BR>"), std::wstring::npos);
-  EXPECT_NE(generated.find(L"</BODY>"), std::wstring::npos);
-  EXPECT_EQ(Get(item, L"Body").Text(), L"First line\r\nSecond line");
-
-  Put(item, L"HTMLBody",
-      Variant::Text(L"<html><head><style>p{}</style></head><body><p>a &lt;\r\n b</p>c</body>"));
-  EXPECT_EQ(Get(item, L"Body").Text(), L"a < b\r\nc");
-  Put(item, L"Body", Variant::Text(L"x < y"));
-  EXPECT_NE(Get(item, L"HTMLBody").Text().find(L"x &lt; y"), std::wstring::npos);
-}
-
 TEST(Inspectors, OpenAnnouncesAndActivates) {
   Host host;
   std::vector<std::wstring> log;
