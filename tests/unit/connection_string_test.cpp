@@ -90,6 +90,27 @@ TEST(ConnectionString, NamesEverythingThatConnectingTakes) {
             L"Provider=SQLOLEDB" + server + L"Integrated Security=SSPI;Connect Timeout=5");
 }
 
+// A value that begins with a quote ends at the same quote, one that is doubled stands for itself.
+TEST(ConnectionString, NoTextBreaksOutOfItsValue) {
+  const std::pair<const wchar_t*, const wchar_t*> cases[] = {
+      {L"", L""},
+      {L"Plain-1.0_x", L"Plain-1.0_x"},
+      {L";Provider=Other", L"\";Provider=Other\""},
+      {L" blanks ", L"\" blanks \""},
+      {L"{brace}", L"\"{brace}\""},
+      {L"\u00FC", L"\"\u00FC\""},
+      {L"it's", L"\"it's\""},
+      {L"say \"so\"", L"'say \"so\"'"},
+      {L"\"both\" 'both'", L"\"\"\"both\"\" 'both'\""},
+  };
+  for (const auto& [text, quoted] : cases) EXPECT_EQ(QuoteConnectionValue(text), quoted);
+  FakeDatabase odd = Access(L"Pro;");
+  odd.DBFullPath = odd.UID = odd.Pwd = L"a;b";
+  EXPECT_EQ(
+      ConnectionCandidates(odd).front().connectionString,
+      L"Provider=\"Pro;\";Data Source=\"a;b\";User ID=\"a;b\";Password=\"a;b\";OLE DB Services=-4");
+}
+
 TEST(ConnectionString, AMissingProviderIsNamedWithTheWidth) {
   const std::wstring message = NoProviderText(ConnectionCandidates(Access()), 64);
   for (const wchar_t* part :

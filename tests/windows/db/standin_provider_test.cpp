@@ -1,0 +1,105 @@
+// The stand-in for Jet by itself, asked through the product's database object: types, statements
+// and files as Jet takes them. That the object keeps the rules of OLE DB the scripted provider
+// sees.
+
+#include <gmock/gmock.h>
+
+#include "shared/error.h"
+#include "shared/win32/OleDbDatabase.h"
+#include "standin_database.h"
+
+namespace postrove {
+namespace {
+
+using ::testing::HasSubstr;
+
+class Standin : public ::testing::Test {
+ protected:
+  Standin() {
+    testing::MakeEmptyDatabase(folder_ / L"Postrove.mdb");
+    Use(folder_ / L"Postrove.mdb");
+    database_->Execute(
+        L"CREATE TABLE Kinds (t TEXT, i INTEGER, b BOOLEAN NOT NULL, r REAL, [Project Name] TEXT)");
+    database_->Execute(
+        L"INSERT INTO Kinds VALUES ('\u00D6\u20AC\u0436\U0001F309', 2147483648, True, 0.5, NULL), "
+        L"('', -7, 0, NULL, '007')");
+  }
+
+  void Use(const std::wstring& path) {
+    database_->DbType = L"Access";
+    database_->Provider = testing::kStandinProvider;
+    database_->UID = L"admin";
+    database_->DBFullPath = path;
+    database_->Prepare();
+  }
+
+  void ExpectError(const std::wstring& statement, HRESULT number, const wchar_t* reason) {
+    SCOPED_TRACE(::testing::PrintToString(statement));
+    try {
+      database_->Execute(statement);
+      ADD_FAILURE() << "no error";
+    } catch (const Error& error) {
+      EXPECT_EQ(number, error.Number());
+      EXPECT_THAT(error.Description(), HasSubstr(reason));
+    }
+  }
+
+  const testing::LoadedProvider provider_;
+  const TemporaryFolder folder_;
+  const std::shared_ptr<clsDatabase> database_ = CreateOleDbDatabase();
+};
+
+TEST_F(Standin, GivesJetsTypes) {
+  const Rows expected{
+      {std::wstring(L"\u00D6\u20AC\u0436\U0001F309"), std::int64_t{2147483648}, true, 0.5, {}},
+      {std::wstring(), std::int64_t{-7}, false, {}, std::wstring(L"007")}};
+  EXPECT_EQ(expected, database_->OpenRecordset(L"SELECT * FROM Kinds ORDER BY rowid"));
+  EXPECT_EQ((Rows{{Cell()}}), database_->OpenRecordset(L"SELECT max(t) FROM Kinds WHERE False;"));
+  EXPECT_EQ(Rows(), database_->OpenRecordset(L"DELETE FROM Kinds"));
+  EXPECT_EQ(Rows(), database_->OpenRecordset(L"SELECT t FROM Kinds"));
+}
+
+TEST_F(Standin, RunsOneStatementAndNothingBehindIt) {
+  const std::pair<const wchar_t*, const wchar_t*> cases[] = {
+      {L"SELECT Missing FROM Kinds", L"no such column"},
+      {L"SELECT * FROM Projects", L"no such table: Projects"},
+      {L"DELETE FROM Kinds WHERE", L"incomplete input"},
+      {L"DELETE FROM Kinds WHERE t = 'O'x'; ", L"unrecognized token"},
+      {L"DELETE FROM Kinds WHERE t = 'O'; ' ", L"Characters found after end"},
+      {L"SELECT 1; DELETE FROM Kinds", L"Characters found after end of SQL statement."},
+      {L"DELETE FROM Kinds;; ", L"Characters found after end of SQL statement."},
+      {L"DELETE FROM Kinds WHERE 'a;b' = \"c;\" OR [b] ; x", L"Characters found after end"},
+      {L"DELETE FROM Kinds -- all", L"Syntax error"},
+      {L"DELETE FROM Kinds /* all */", L"Syntax error"},
+      {L"INSERT INTO Kinds (b) VALUES (NULL)", L"NOT NULL constraint failed"},
+  };
+  for (const auto& [text, reason] : cases) ExpectError(text, DB_E_ERRORSINCOMMAND, reason);
+  ExpectError(L"DELETE FROM Kinds WHERE i = ?", DB_E_PARAMNOTOPTIONAL, L"required parameters");
+  EXPECT_EQ(2u, database_->OpenRecordset(L"SELECT 1 FROM Kinds").size());
+  EXPECT_EQ((Rows{{std::wstring(L"a;'b--"), std::wstring(L"c/*")}}),
+            database_->OpenRecordset(L"SELECT 'a;''b--', 'c/*' AS [d--e]; \r\n"));
+}
+
+TEST_F(Standin, RefusesFilesWithTheirReason) {
+  for (const wchar_t* name : {L"text.mdb", L"empty.mdb", L"locked.mdb"}) folder_.Write(name, "");
+  folder_.Write(L"text.mdb", "Standard Jet DB and no more of it");
+  const HANDLE lock = CreateFileW((folder_ / L"locked.mdb").c_str(), GENERIC_WRITE, 0, nullptr,
+                                  OPEN_EXISTING, 0, nullptr);
+  const std::pair<const wchar_t*, std::wstring> cases[] = {
+      {L"missing.mdb", L"Could not find file '" + folder_.Path() + L"missing.mdb'."},
+      {L"none\\a.mdb", L"is not a valid path."},
+      {L"text.mdb", L"Unrecognized database format '" + folder_.Path() + L"text.mdb'."},
+      {L"empty.mdb", L"Unrecognized database format '" + folder_.Path() + L"empty.mdb'."},
+      {L"locked.mdb", L"Could not use '" + folder_.Path() + L"locked.mdb'; file already in use."},
+  };
+  for (const auto& [name, reason] : cases) {
+    Use(folder_ / name);
+    ExpectError(L"SELECT 1", E_FAIL, reason.c_str());
+  }
+  CloseHandle(lock);
+  const std::vector<std::wstring> names = folder_.Names();
+  EXPECT_EQ(0, std::count(names.begin(), names.end(), L"missing.mdb")) << "it was made";
+}
+
+}  // namespace
+}  // namespace postrove
