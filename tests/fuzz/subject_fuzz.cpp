@@ -57,7 +57,7 @@ bool ChecksParse(clsPostrove& controller, std::wstring& subject) {
 void FuzzOne(FuzzInput input) {
   testing::Product product;
   product.Start();
-  product.utility->AnswerAllMessages();
+  product.utility->AnswerTheRest();
   clsPostrove& controller = product.Controller();
   const unsigned delimiters = input.Byte();
   controller.ProjDelim = delimiters % 4 == 0 ? input.Text() : L"-";
