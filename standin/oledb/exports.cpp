@@ -51,7 +51,3 @@ STDAPI DllRegisterServer() {
 STDAPI DllUnregisterServer() {
   return Entry(IID_IUnknown, [] { return Unregister(); });
 }
-
-// The objects that are alive, and server locks, for tests that look for leaks.
-extern "C" long OpenObjects();
-long OpenObjects() { return openObjects; }

@@ -110,6 +110,9 @@ class Filing:
         subject = want["subject"] or f"2231-{name}=>{eml.stem}"
         need_text(got["subject"], subject, "subject")
         need(path.name.endswith("(att).msg") == bool(want["attachments"]), f"file name {path.name}")
+        flags = got["flags"] & (msg_reading.UNSENT | msg_reading.HAS_ATTACHMENTS)
+        need(flags == (msg_reading.UNSENT if b"X-Unsent: 1" in eml.read_bytes() else 0)
+             + (msg_reading.HAS_ATTACHMENTS if want["attachments"] else 0), f"flags {flags:#x}")
         for what, mine, theirs in zip(("sender's name", "sender's address"), got["sender"],
                                       want["sender"]):
             need_text(mine, theirs, what)

@@ -12,6 +12,7 @@ import olefile
 SUBJECT, SENDER_NAME, SENDER_ADDRESS = 0x0037, 0x0C1A, 0x0C1F
 BODY, HTML, HEADERS, MESSAGE_CLASS = 0x1000, 0x1013, 0x007D, 0x001A
 DISPLAY_NAME, ADDRESS, RECIPIENT_TYPE = 0x3001, 0x3003, 0x0C15
+FLAGS, UNSENT, HAS_ATTACHMENTS = 0x0E07, 0x08, 0x10
 ATTACH_DATA, ATTACH_LONG_NAME, ATTACH_NAME, ATTACH_MIME, ATTACH_CID = (
     0x3701, 0x3707, 0x3704, 0x370E, 0x3712)
 STRING8, UNICODE, BINARY, LONG = 0x001E, 0x001F, 0x0102, 0x0003
@@ -56,6 +57,7 @@ def read_msg(path):
         html = top.stream(HTML, BINARY)
         return {
             "unicode": top.stream(SUBJECT, UNICODE) is not None,
+            "flags": top.number(FLAGS),
             "class": top.text(MESSAGE_CLASS),
             "subject": top.text(SUBJECT) or "",
             "sender": (top.text(SENDER_NAME) or "", top.text(SENDER_ADDRESS) or ""),

@@ -39,10 +39,9 @@ class FakeDatabase : public clsDatabase {
   }
 
   const std::vector<RanStatement>& Statements() const { return statements_; }
-  int Prepared() const { return prepared_; }
 
-  void Prepare() override { ++prepared_; }
-  bool IsReady() const override { return prepared_ > 0; }
+  void Prepare() override { prepared_ = true; }
+  bool IsReady() const override { return prepared_; }
   Rows OpenRecordset(const std::wstring& statement) override { return Run({true, statement}); }
   void Execute(const std::wstring& statement) override { Run({false, statement}); }
 
@@ -61,7 +60,7 @@ class FakeDatabase : public clsDatabase {
   std::size_t failing_ = 0;
   Error error_{0, {}, {}};
   std::vector<RanStatement> statements_;
-  int prepared_ = 0;
+  bool prepared_ = false;
 };
 
 }  // namespace postrove::testing

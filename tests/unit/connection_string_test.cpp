@@ -2,8 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <map>
-
 #include "shared/text.h"
 #include "support/FakeDatabase.h"
 
@@ -11,32 +9,8 @@ namespace postrove {
 namespace {
 
 using testing::FakeDatabase;
-
-// A connection string taken apart as the OLE DB service components do it: a value that begins with
-// a quote ends at the same quote, one that is doubled stands for itself; any other value ends at
-// the next semicolon.
-std::vector<std::pair<std::wstring, std::wstring>> Parse(const std::wstring& text) {
-  std::vector<std::pair<std::wstring, std::wstring>> properties;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const std::size_t equals = text.find(L'=', i);
-    if (equals == text.npos) return {{L"unreadable", text.substr(i)}};
-    std::pair<std::wstring, std::wstring> property{text.substr(i, equals - i), L""};
-    i = equals + 1;
-    const wchar_t quote = i < text.size() ? text[i] : L';';
-    if (quote == L'"' || quote == L'\'') {
-      for (++i; i < text.size() && (text[i] != quote || text.substr(i + 1, 1)[0] == quote); ++i) {
-        if (text[i] == quote) ++i;
-        property.second += text[i];
-      }
-      ++i;
-    } else {
-      while (i < text.size() && text[i] != L';') property.second += text[i++];
-    }
-    if (i < text.size() && text[i] != L';') return {{L"unreadable", text.substr(i)}};
-    properties.push_back(std::move(property));
-  }
-  return properties;
-}
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
 
 FakeDatabase Access(const std::wstring& provider = L"Microsoft.Jet.OLEDB.4.0") {
   FakeDatabase database;
@@ -63,22 +37,6 @@ FakeDatabase SqlServer(const std::wstring& provider) {
   return database;
 }
 
-std::vector<std::wstring> Providers(const clsDatabase& database) {
-  std::vector<std::wstring> providers;
-  for (const ConnectionCandidate& candidate : ConnectionCandidates(database)) {
-    const auto properties = Parse(candidate.connectionString);
-    EXPECT_EQ(L"Provider", properties.front().first);
-    EXPECT_EQ(candidate.provider, properties.front().second);
-    providers.push_back(candidate.provider);
-  }
-  return providers;
-}
-
-std::map<std::wstring, std::wstring> Properties(const clsDatabase& database) {
-  const auto properties = Parse(ConnectionCandidates(database).front().connectionString);
-  return {properties.begin(), properties.end()};
-}
-
 TEST(ConnectionString, TheProviderDecidesWhichOthersFollow) {
   const struct {
     std::wstring type;
@@ -103,65 +61,54 @@ TEST(ConnectionString, TheProviderDecidesWhichOthersFollow) {
   for (const auto& c : kCases) {
     FakeDatabase database = Access(c.configured);
     database.DbType = c.type;
-    EXPECT_EQ(c.expected, Providers(database)) << text::ToUtf8(c.type + L" " + c.configured);
+    std::vector<std::wstring> providers;
+    for (const ConnectionCandidate& candidate : ConnectionCandidates(database)) {
+      EXPECT_THAT(candidate.connectionString, StartsWith(L"Provider=" + candidate.provider + L";"));
+      providers.push_back(candidate.provider);
+    }
+    EXPECT_EQ(c.expected, providers) << text::ToUtf8(c.type + L" " + c.configured);
   }
 }
 
-TEST(ConnectionString, AccessIsReachedByTheFullPath) {
-  const std::map<std::wstring, std::wstring> expected{{L"Provider", L"Microsoft.Jet.OLEDB.4.0"},
-                                                      {L"Data Source", L"C:\\Data\\Postrove.mdb"},
-                                                      {L"User ID", L"admin"},
-                                                      {L"Password", L""},
-                                                      {L"OLE DB Services", L"-4"}};
-  EXPECT_EQ(expected, Properties(Access()));
+TEST(ConnectionString, NamesEverythingThatConnectingTakes) {
+  const auto first = [](const FakeDatabase& database) {
+    return ConnectionCandidates(database).front().connectionString;
+  };
+  EXPECT_EQ(
+      first(Access()),
+      L"Provider=Microsoft.Jet.OLEDB.4.0;Data Source=\"C:\\Data\\Postrove.mdb\";User ID=admin;"
+      L"Password=;OLE DB Services=-4");
+  const std::wstring server = L";Data Source=\"SERVER\\INSTANCE\";Initial Catalog=Quillion;";
+  EXPECT_EQ(first(SqlServer(L"MSOLEDBSQL")),
+            L"Provider=MSOLEDBSQL" + server +
+                L"User ID=QLN;Password=xbt;Connect Timeout=5;DataTypeCompatibility=80");
+  EXPECT_EQ(first(SqlServer(L"SQLOLEDB")),
+            L"Provider=SQLOLEDB" + server + L"User ID=QLN;Password=xbt;Connect Timeout=5");
+  FakeDatabase trusted = SqlServer(L"SQLOLEDB");
+  trusted.UID.clear();
+  EXPECT_EQ(first(trusted),
+            L"Provider=SQLOLEDB" + server + L"Integrated Security=SSPI;Connect Timeout=5");
 }
 
-TEST(ConnectionString, SqlServerIsReachedByTheServersName) {
-  std::map<std::wstring, std::wstring> expected{{L"Provider", L"MSOLEDBSQL"},
-                                                {L"Data Source", L"SERVER\\INSTANCE"},
-                                                {L"Initial Catalog", L"Quillion"},
-                                                {L"User ID", L"QLN"},
-                                                {L"Password", L"xbt"},
-                                                {L"Connect Timeout", L"5"},
-                                                {L"DataTypeCompatibility", L"80"}};
-  EXPECT_EQ(expected, Properties(SqlServer(L"MSOLEDBSQL")));
-
-  expected[L"Provider"] = L"SQLOLEDB";
-  expected.erase(L"DataTypeCompatibility");
-  EXPECT_EQ(expected, Properties(SqlServer(L"SQLOLEDB")));
-
-  FakeDatabase database = SqlServer(L"SQLOLEDB");
-  database.UID.clear();
-  expected.erase(L"User ID");
-  expected.erase(L"Password");
-  expected[L"Integrated Security"] = L"SSPI";
-  EXPECT_EQ(expected, Properties(database));
-}
-
+// A value that begins with a quote ends at the same quote, one that is doubled stands for itself.
 TEST(ConnectionString, NoTextBreaksOutOfItsValue) {
-  const std::wstring kTexts[] = {L";Provider=Other",
-                                 L"a;b=c",
-                                 L"it's",
-                                 L"say \"so\"",
-                                 L"\"both\" and 'both';",
-                                 L"\"",
-                                 L"'",
-                                 L"\"\"",
-                                 L"''\"\"''",
-                                 L" blanks ",
-                                 L"{brace};x",
-                                 L"=",
-                                 L"C:\\B\u00FCro M\u00FCller's; 1=2\\Gesch\u00E4ft.mdb"};
-  for (const std::wstring& odd : kTexts) {
-    FakeDatabase database = Access(L"Pro " + odd);
-    database.DBFullPath = database.UID = database.Pwd = odd;
-    const std::map<std::wstring, std::wstring> expected{{L"Provider", text::Trim(L"Pro " + odd)},
-                                                        {L"Data Source", odd},
-                                                        {L"User ID", odd},
-                                                        {L"Password", odd},
-                                                        {L"OLE DB Services", L"-4"}};
-    EXPECT_EQ(expected, Properties(database)) << text::ToUtf8(odd);
-  }
+  const std::pair<const wchar_t*, const wchar_t*> cases[] = {
+      {L"", L""},
+      {L"Plain-1.0_x", L"Plain-1.0_x"},
+      {L";Provider=Other", L"\";Provider=Other\""},
+      {L" blanks ", L"\" blanks \""},
+      {L"{brace}", L"\"{brace}\""},
+      {L"\u00FC", L"\"\u00FC\""},
+      {L"it's", L"\"it's\""},
+      {L"say \"so\"", L"'say \"so\"'"},
+      {L"\"both\" 'both'", L"\"\"\"both\"\" 'both'\""},
+  };
+  for (const auto& [text, quoted] : cases) EXPECT_EQ(QuoteConnectionValue(text), quoted);
+  FakeDatabase odd = Access(L"Pro;");
+  odd.DBFullPath = odd.UID = odd.Pwd = L"a;b";
+  EXPECT_EQ(
+      ConnectionCandidates(odd).front().connectionString,
+      L"Provider=\"Pro;\";Data Source=\"a;b\";User ID=\"a;b\";Password=\"a;b\";OLE DB Services=-4");
 }
 
 TEST(ConnectionString, AMissingProviderIsNamedWithTheWidth) {
@@ -169,7 +116,7 @@ TEST(ConnectionString, AMissingProviderIsNamedWithTheWidth) {
   for (const wchar_t* part :
        {L"64-bit",
         L"Microsoft.Jet.OLEDB.4.0, Microsoft.ACE.OLEDB.16.0, Microsoft.ACE.OLEDB.12.0"}) {
-    EXPECT_THAT(message, ::testing::HasSubstr(part));
+    EXPECT_THAT(message, HasSubstr(part));
   }
 }
 

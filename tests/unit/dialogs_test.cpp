@@ -21,8 +21,20 @@ namespace {
 
 using Log = std::vector<std::string>;
 
+class Recorder {
+ public:
+  Log log;
+
+ protected:
+  void Add(std::string event) { log.push_back(std::move(event)); }
+  void Add(const std::string& event, int value) { Add(event + " " + std::to_string(value)); }
+  void Add(const std::string& event, const std::wstring& text) {
+    Add(event + " " + std::string(text.begin(), text.end()));
+  }
+};
+
 // A control event of the save dialog arrives as the event of the form, with its values.
-class PostroveListener final : public frmPostroveEvents {
+class PostroveListener final : public frmPostroveEvents, public Recorder {
  public:
   void frmPostroveEvent_ButtonClicked(int Index) override { Add("button", Index); }
   void frmPostroveEvent_FormUnload(bool& Cancel) override {
@@ -31,7 +43,7 @@ class PostroveListener final : public frmPostroveEvents {
   }
   void frmPostroveEvent_FormActivate() override { Add("activate"); }
   void frmPostroveEvent_ProjectComboChange(const std::wstring& Text) override {
-    Add("project " + std::string(Text.begin(), Text.end()));
+    Add("project", Text);
   }
   void frmPostroveEvent_ProjectComboClick() override { Add("project click"); }
   void frmPostroveEvent_ProjectComboGotFocus() override { Add("project got"); }
@@ -51,12 +63,7 @@ class PostroveListener final : public frmPostroveEvents {
     Add("web");
   }
 
-  Log log;
   bool refuse = false;
-
- private:
-  void Add(std::string event) { log.push_back(std::move(event)); }
-  void Add(const std::string& event, int value) { Add(event + " " + std::to_string(value)); }
 };
 
 TEST(FrmPostrove, RaisesOneEventForEachOfItsControls) {
@@ -208,29 +215,24 @@ TEST(FrmPostrove, FindsAFreeAccessKey) {
 }
 
 TEST(FrmFolderMessage, AnswersByItsButtonsOnly) {
-  class Listener final : public frmFolderMessageEvents {
+  class Listener final : public frmFolderMessageEvents, public Recorder {
    public:
-    void frmFolderMessageEvent_ButtonClicked(int Index) override {
-      log.push_back("button " + std::to_string(Index));
-    }
+    void frmFolderMessageEvent_ButtonClicked(int Index) override { Add("button", Index); }
     void frmFolderMessageEvent_ButtonMouseDown(int Index, int Button, int Shift, float X,
                                                float Y) override {
       EXPECT_EQ(Shift, 3);
       EXPECT_EQ(X, 15.0f);
       EXPECT_EQ(Y, 30.0f);
-      log.push_back("down " + std::to_string(Index) + std::to_string(Button));
+      Add("down " + std::to_string(Button), Index);
     }
     void frmFolderMessageEvent_FolderMessageFieldChange(int Index) override {
-      log.push_back("change " + std::to_string(Index));
+      Add("change", Index);
     }
-    void frmFolderMessageEvent_FolderMessageFieldGotFocus(int Index) override {
-      log.push_back("got " + std::to_string(Index));
-    }
+    void frmFolderMessageEvent_FolderMessageFieldGotFocus(int Index) override { Add("got", Index); }
     void frmFolderMessageEvent_FolderMessageFieldLostFocus(int Index) override {
-      log.push_back("lost " + std::to_string(Index));
+      Add("lost", Index);
     }
-    void frmFolderMessageEvent_FormActivate() override { log.push_back("activate"); }
-    Log log;
+    void frmFolderMessageEvent_FormActivate() override { Add("activate"); }
   };
   const auto listener = std::make_shared<Listener>();
   frmFolderMessage form(listener);
@@ -247,33 +249,26 @@ TEST(FrmFolderMessage, AnswersByItsButtonsOnly) {
   form.cmdFolderMessage(1).UserMouseDown(2, 3, 15, 30);
   form.cmdFolderMessage(0).UserClicked();
   EXPECT_EQ(form.txtFolderMessage(1).Text(), L" name ");
-  EXPECT_EQ(listener->log, (Log{"activate", "got 1", "change 1", "lost 1", "down 12", "button 0"}));
+  EXPECT_EQ(listener->log,
+            (Log{"activate", "got 1", "change 1", "lost 1", "down 2 1", "button 0"}));
 }
 
-class SetupListener final : public frmSetupEvents {
+class SetupListener final : public frmSetupEvents, public Recorder {
  public:
   void frmSetupEvent_BrowseClicked(int Index) override { Add("browse", Index); }
   void frmSetupEvent_ButtonClicked(int Index) override { Add("button", Index); }
-  void frmSetupEvent_SetupDbTypeOptionClick() override { log.push_back("type"); }
+  void frmSetupEvent_SetupDbTypeOptionClick() override { Add("type"); }
   void frmSetupEvent_SetupFieldChange(int Index) override { Add("change", Index); }
   void frmSetupEvent_SetupFieldGotFocus(int Index) override { Add("got", Index); }
   void frmSetupEvent_SetupFieldLostFocus(int Index) override { Add("lost", Index); }
   void frmSetupEvent_SetupListChange(const std::wstring& Text) override { Add("list", Text); }
-  void frmSetupEvent_SetupListClick() override { log.push_back("list click"); }
+  void frmSetupEvent_SetupListClick() override { Add("list click"); }
   void frmSetupEvent_SetupListKeyPress(int& KeyAscii, const std::wstring& Text) override {
     Add("key " + std::to_string(KeyAscii), Text);
     KeyAscii = 0;
   }
   void frmSetupEvent_SetupWebLabelClick(const std::wstring& Caption) override {
     Add("web", Caption);
-  }
-
-  Log log;
-
- private:
-  void Add(const std::string& event, int value) { log.push_back(event + std::to_string(value)); }
-  void Add(const std::string& event, const std::wstring& text) {
-    log.push_back(event + " " + std::string(text.begin(), text.end()));
   }
 };
 
@@ -283,14 +278,14 @@ TEST(FrmSetup, RaisesOneEventForEachOfItsControls) {
   Log expected;
   for (const int index : {0, 1, 2, 3}) {
     form.cmdBrowse(index).UserClicked();
-    expected.push_back("browse" + std::to_string(index));
+    expected.push_back("browse " + std::to_string(index));
   }
   for (const int index : {0, 1, 2, 3, 4, 5}) {
     form.txtSetup(index).UserEntered();
     form.txtSetup(index).UserTyped(L"x", 1, 0);
     form.txtSetup(index).UserLeft();
     for (const char* const event : {"got", "change", "lost"}) {
-      expected.push_back(event + std::to_string(index));
+      expected.push_back(event + (" " + std::to_string(index)));
     }
   }
   form.cboWorkType.SetItems({L"Job"});
@@ -304,8 +299,8 @@ TEST(FrmSetup, RaisesOneEventForEachOfItsControls) {
   form.lblWebSite(1).UserClicked();
   form.cmdSetup(kSetupHelp).UserClicked();
   form.cmdSetup(kSetupReturn).UserClicked();
-  for (const char* const event : {"got6", "list Job", "list click", "key 13 Job", "lost6", "type",
-                                  "type", "web Find Out About Quillion", "button1", "button0"}) {
+  for (const char* const event : {"got 6", "list Job", "list click", "key 13 Job", "lost 6", "type",
+                                  "type", "web Find Out About Quillion", "button 1", "button 0"}) {
     expected.emplace_back(event);
   }
   EXPECT_EQ(listener->log, expected);
@@ -360,7 +355,7 @@ TEST(FrmSetup, ClosesTheGapOfTheHiddenSettingsRow) {
 }
 
 TEST(FrmProjInfo, AnswersByItsButtonsOnly) {
-  class Listener final : public frmProjInfoEvents {
+  class Listener final : public frmProjInfoEvents, public Recorder {
    public:
     void frmProjInfoEvent_ButtonClicked(int Index) override { Add("button", Index); }
     void frmProjInfoEvent_ButtonMouseDown(int Index, int Button, int Shift, float X,
@@ -376,16 +371,10 @@ TEST(FrmProjInfo, AnswersByItsButtonsOnly) {
     void frmProjInfoEvent_ProjInfoFieldLostFocus(int Index) override { Add("lost", Index); }
     void frmProjInfoEvent_ProjInfoWebLabelClick(const std::wstring& Caption) override {
       EXPECT_EQ(Caption, kWebSite);
-      log.push_back("web");
+      Add("web");
     }
-    void frmProjInfoEvent_ProjActiveClicked() override { log.push_back("active"); }
-    void frmProjInfoEvent_FormActivate() override { log.push_back("activate"); }
-    Log log;
-
-   private:
-    void Add(const std::string& event, int value) {
-      log.push_back(event + " " + std::to_string(value));
-    }
+    void frmProjInfoEvent_ProjActiveClicked() override { Add("active"); }
+    void frmProjInfoEvent_FormActivate() override { Add("activate"); }
   };
   auto listener = std::make_shared<Listener>();
   frmProjInfo form(listener);

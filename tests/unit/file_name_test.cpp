@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <random>
 #include <string>
 
 #include "shared/text.h"
@@ -79,41 +78,6 @@ TEST(CleanFileName, TurnsHalvesOfPairsIntoBlanks) {
   const std::wstring low(1, static_cast<wchar_t>(0xDE00));
   EXPECT_EQ(CleanFileName(L"a" + high + L"b" + low), L"a b");
   EXPECT_EQ(CleanFileName(high), L"");
-}
-
-// What every result promises, over texts thrown together from the characters that matter.
-TEST(CleanFileName, KeepsItsPromisesForAnyText) {
-  const std::wstring pieces[] = {L"CON",  L"nul",
-                                 L"COM1", L"$",
-                                 L".",    L" ",
-                                 L"\\",   L"/",
-                                 L":",    L"*",
-                                 L"?",    L"|",
-                                 L"<",    L">",
-                                 L"\"",   L"a",
-                                 L"é",    L"\U0001F600",
-                                 L"\t",   L"\u202E",
-                                 L"IN$",  std::wstring(1, L'\0'),
-                                 L"_",    L"-"};
-  std::mt19937 random(20240512);
-  for (int run = 0; run < 20000; ++run) {
-    std::wstring text;
-    for (auto count = random() % 12; count > 0; --count)
-      text += pieces[random() % std::size(pieces)];
-    const std::size_t maxUnits = random() % 16;
-    const std::wstring name = CleanFileName(text, maxUnits);
-    SCOPED_TRACE(text::ToUtf8(text) + " -> " + text::ToUtf8(name));
-    ASSERT_LE(text::ToUtf16(name).size(), maxUnits);
-    ASSERT_EQ(name.find_first_of(L"\\/:*?\"<>|\t\u202E"), std::wstring::npos);
-    ASSERT_EQ(name.find(L'\0'), std::wstring::npos);
-    ASSERT_EQ(name.find(L"  "), std::wstring::npos);
-    ASSERT_EQ(text::ToUtf8(name).find("\xEF\xBF\xBD"), std::string::npos) << "half a pair";
-    if (!name.empty()) {
-      ASSERT_EQ(std::wstring(L". ").find(name.front()), std::wstring::npos);
-      ASSERT_EQ(std::wstring(L". ").find(name.back()), std::wstring::npos);
-    }
-    ASSERT_EQ(CleanFileName(name, maxUnits), name) << "a clean name is left alone";
-  }
 }
 
 }  // namespace

@@ -2,9 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <random>
 #include <string>
-#include <vector>
 
 #include "shared/error.h"
 #include "shared/text.h"
@@ -218,65 +216,6 @@ TEST(IniWrite, RefusesWhatTheFormatCannotHold) {
     }
   }
   EXPECT_EQ(Read(Write("", L"S", L"k", half), L"S", L"k"), half) << "UTF-16 can";
-}
-
-// A file thrown together from lines of all kinds.
-std::wstring AnyFile(std::mt19937* random) {
-  const std::wstring lines[] = {
-      L"[A]", L" [b] ", L"[ä] x",   L"k=1",       L"K = 2 ", L"j=\" \"",     L";k=3",   L"# x",
-      L"",    L"  ",    L"[broken", L"no equals", L"=empty", L"ö=é \"q\" ü", L"k2=a=b]"};
-  const std::wstring breaks[] = {L"\r\n", L"\n", L"\r"};
-  const std::wstring& usual = breaks[(*random)() % 3];
-  std::wstring file;
-  for (auto count = (*random)() % 12; count > 0; --count) {
-    file += lines[(*random)() % std::size(lines)];
-    file += (*random)() % 8 == 0 ? breaks[(*random)() % 3] : usual;
-  }
-  if ((*random)() % 3 == 0) file += lines[(*random)() % std::size(lines)];
-  return file;
-}
-
-// Whether `after` is `before` with one stretch replaced or put in; at most `most` bytes of it gone.
-bool DiffersInOnePlace(const std::string& before, const std::string& after, std::size_t most) {
-  std::size_t same = 0;
-  while (same < before.size() && same < after.size() && before[same] == after[same]) ++same;
-  std::size_t tail = 0;
-  while (tail < before.size() - same && tail < after.size() - same &&
-         before[before.size() - 1 - tail] == after[after.size() - 1 - tail]) {
-    ++tail;
-  }
-  return before.size() - same - tail <= most;
-}
-
-TEST(IniWrite, ReadsBackAndLeavesTheRestForAnyFile) {
-  const std::wstring sections[] = {L"a", L"B", L"Ä", L"New"};
-  const std::wstring keys[] = {L"k", L"J", L"Ö", L"new", L"k2"};
-  const std::wstring values[] = {L"",     L"x", L" - ", L"\"", L"=>",   L"é]",
-                                 L"a  b", L";", L"[A]", L"\t", L"日本", L"\"\""};
-  std::mt19937 random(31415);
-  for (int run = 0; run < 5000; ++run) {
-    const std::wstring content = AnyFile(&random);
-    const auto encoding = random() % 3;
-    const std::string before = encoding == 0   ? kLatin1.encode(content)
-                               : encoding == 1 ? Utf8(content)
-                                               : Utf16(content);
-    const std::wstring& section = sections[random() % std::size(sections)];
-    const std::wstring& key = keys[random() % std::size(keys)];
-    const std::wstring& value = values[random() % std::size(values)];
-    const std::string after = Write(before, section, key, value);
-    SCOPED_TRACE(text::ToUtf8(L"[" + section + L"] " + key + L"=" + value + L" in\n" + content));
-    ASSERT_EQ(Read(after, section, key), value);
-    ASSERT_EQ(Write(after, section, key, value), after);
-    for (const std::wstring& otherSection : sections) {
-      for (const std::wstring& otherKey : keys) {
-        if (otherSection == section && otherKey == key) continue;
-        ASSERT_EQ(Read(after, otherSection, otherKey), Read(before, otherSection, otherKey));
-      }
-    }
-    // The longest value in the lines has seven characters.
-    const bool converted = encoding == 0 && after.starts_with("\xFF\xFE");
-    ASSERT_TRUE(DiffersInOnePlace(converted ? Utf16(content) : before, after, 2 * 7));
-  }
 }
 
 }  // namespace

@@ -106,22 +106,6 @@ TEST_F(ProjectData, DuplicateNumbersAreAskedAbout) {
   }
 }
 
-TEST_F(ProjectData, SavesTheCurrentProject) {
-  clsPostrove& controller = product_.Controller();
-  controller.ProjectNumber = L"7";
-  controller.ProjectName = L"O'Mill";
-  controller.ProjFilePath = L"P:\\";
-  controller.Active = true;
-  controller.ProjectID = 3;
-  EXPECT_TRUE(controller.ProjectInfoSave(false));
-  EXPECT_TRUE(controller.ProjectInfoSave(true));
-  const std::vector<RanStatement>& statements = product_.database->Statements();
-  ASSERT_GE(statements.size(), 2u);
-  const sql::ProjectRow row{L"7", L"O'Mill", L"P:\\", true};
-  EXPECT_EQ(statements[statements.size() - 2], (RanStatement{false, sql::InsertProject(row)}));
-  EXPECT_EQ(statements.back(), (RanStatement{false, sql::UpdateProject(row, 3)}));
-}
-
 constexpr wchar_t kLabels[] =
     L"3\r\nheading\r\n"
     L"a|Choose a <workunit>|really\r\nno bar\r\nempty|\r\n[Form]\r\n"
@@ -190,21 +174,6 @@ TEST_F(ProjectData, LabelsReachTheDialogAndADamagedFileIsReportedOnce) {
   product_.utility->ExpectMessage();
   product_.Create();
   EXPECT_EQ(product_.utility->Messages().size(), 1u);
-}
-
-TEST_F(ProjectData, WorkUnitTypes) {
-  const std::wstring file = std::wstring(kAppData) + L"\\Postrove\\WorkUnitType.cnt";
-  clsPostrove& controller = product_.Controller();
-  forms::frmPostrove form({});
-  controller.FillWorkUnitTypes(form.cboPostrove);
-  EXPECT_TRUE(form.cboPostrove.Items().empty());
-  EXPECT_THROW(controller.AddWorkUnitType(L"Job"), Error);
-  product_.utility->AddFile(file, "Project\r\nJob");
-  controller.AddWorkUnitType(L"Case");
-  controller.AddWorkUnitType(L"\x0388\x03C1\x03B3\x03BF");  // beyond the code page
-  controller.FillWorkUnitTypes(form.cboPostrove);
-  EXPECT_EQ(form.cboPostrove.Items(),
-            (std::vector<std::wstring>{L"Project", L"Job", L"Case", L"\x0388\x03C1\x03B3\x03BF"}));
 }
 
 }  // namespace

@@ -17,62 +17,11 @@ class Settings : public ::testing::Test {
   }
   void Save(int index, const std::wstring& text) {
     forms::frmSetup setup({});
-    if (index < 6) setup.txtSetup(index).SetText(text);
-    if (index == 6) setup.cboWorkType.SetText(text);
-    if (index == 7) setup.optDbType(text == L"1" ? 1 : 0).SetChecked(true);
+    setup.txtSetup(index).SetText(text);
     product_.Controller().PostroveDefaultsSave(index, setup);
   }
   Product product_;
 };
-
-TEST_F(Settings, EachFieldIsWrittenAndReloaded) {
-  product_.utility->AddFile(kLocalFolder + L"WorkUnitType.cnt", "Project\r\n");
-  product_.Start();
-  const clsPostrove& controller = product_.Controller();
-  Save(0, L"P:\\Jobs");
-  EXPECT_EQ(controller.Root, L"P:\\Jobs\\");
-  Save(1, L" - ");
-  Save(2, L"::");
-  Save(3, L"Mail");
-  Save(6, L"Job");
-  Save(6, L"PROJECT");
-  Save(7, L"1");
-  Save(9, L"");
-  EXPECT_EQ(
-      Ini(),
-      "[Setup]\r\nRoot=P:\\Jobs\\\r\nProjDelim=\" - \"\r\nSubjDelim=::\r\nEmailFolder=Mail\\\r\n"
-      "WorkUnit=PROJECT\r\nUseQuillion=1\r\n");
-  EXPECT_EQ(product_.utility->File(kLocalFolder + L"WorkUnitType.cnt"), "Project\r\nJob\r\n");
-  EXPECT_EQ(controller.WorkUnit, L"PROJECT");
-  // Written, but in this mode not read back.
-  EXPECT_EQ(controller.ProjDelim + controller.SubjDelim + controller.EmailFolder, L"-=>Corr_Out\\");
-  EXPECT_FALSE(controller.UseQuillion());
-  Save(0, L"");
-  EXPECT_EQ(controller.Root, L"");
-}
-
-TEST_F(Settings, SharedModeWritesToQuillionsFileExceptForTheSwitch) {
-  const std::wstring folder = std::wstring(kPrograms) + L"\\Quillion";
-  product_.utility->AddFolder(folder);
-  product_.Start();
-  Save(2, L"##");
-  EXPECT_EQ(product_.Controller().SubjDelim, L"##");
-  Save(7, L"0");
-  EXPECT_EQ(Ini(folder + L"\\Qulln.txt"), "[Setup]\r\nSubjDelim=##\r\n");
-  EXPECT_EQ(Ini(), "[Setup]\r\nUseQuillion=0\r\n");
-  EXPECT_TRUE(product_.Controller().UseQuillion());  // from the next start on
-}
-
-TEST_F(Settings, AFailedWriteIsReportedAndKeepsTheOldFile) {
-  product_.utility->AddFile(kLocalIni, "[Setup]\r\nRoot=P:\\\r\n");
-  product_.Start();
-  product_.utility->SetReadOnly(kLocalIni);
-  product_.utility->ExpectMessage();
-  Save(0, L"Q:\\");
-  EXPECT_EQ(Ini(), "[Setup]\r\nRoot=P:\\\r\n");
-  EXPECT_NE(product_.utility->Messages().at(0).text.find(L"PostroveDefaultsSave()"),
-            std::wstring::npos);
-}
 
 TEST_F(Settings, OwnDatabaseIsSearchedForWithTheUser) {
   product_.utility->Remove(kLocalFolder + L"Postrove.mdb");
@@ -247,17 +196,6 @@ TEST_F(Settings, QuillionsDatabaseAndFoldersWithoutADriveAreNeverMoved) {
   }
 }
 
-TEST_F(Settings, SettingsMoveBackWithTheirValues) {
-  product_.utility->AddFile(kLocalIni, "[Setup]\r\nUseQuillion=0\r\nRoot=P:\\\r\n");
-  product_.utility->AddFolder(L"S:\\");
-  product_.Start();
-  Save(5, L"S:\\Set");
-  Save(0, L"Q:\\");
-  Save(5, kLocalFolder);
-  EXPECT_EQ(product_.utility->IniFile(), kLocalIni);
-  EXPECT_EQ(product_.Controller().Root, L"Q:\\");
-}
-
 TEST_F(Settings, ADatabaseThatComesBackIsFoundAtTheNextClick) {
   product_.utility->Remove(kLocalFolder + L"Postrove.mdb");
   product_.utility->ExpectBrowse(L"");
@@ -273,24 +211,27 @@ TEST_F(Settings, ADatabaseThatComesBackIsFoundAtTheNextClick) {
   EXPECT_EQ(product_.database->Statements().size(), 1u);
 }
 
+TEST_F(Settings, MovingTheSettingsThereAndBackTakesEffectAtOnce) {
+  product_.utility->AddFile(kLocalIni, "; ours\r\n[Setup]\r\nUseQuillion=0\r\nRoot=P:\\\r\n");
+  product_.utility->AddFolder(L"S:\\");
+  product_.Start();
+  Save(5, L"S:\\Set");
+  EXPECT_EQ(product_.utility->IniFile(), L"S:\\Set\\Postrove.ini");
+  EXPECT_EQ(Ini(),
+            "; ours\r\n[Setup]\r\nUseQuillion=0\r\nRoot=P:\\\r\n"
+            "PostroveSettingsPath=S:\\Set\\\r\n");
+  Save(0, L"Q:\\");
+  EXPECT_EQ(Ini(L"S:\\Set\\Postrove.ini"), "; ours\r\n[Setup]\r\nUseQuillion=0\r\nRoot=Q:\\\r\n");
+  Save(5, kLocalFolder);
+  EXPECT_EQ(product_.utility->IniFile(), kLocalIni);
+  EXPECT_EQ(product_.Controller().Root, L"Q:\\");
+}
+
 TEST_F(Settings, SettingsThatAreAllDefaultsCanBeMoved) {
   product_.utility->AddFolder(L"S:\\");
   product_.Start();
   Save(5, L"S:\\Set");
   EXPECT_EQ(Ini(L"S:\\Set\\Postrove.ini"), "[Setup]\r\nRoot=C:\\\r\n");
-  EXPECT_EQ(product_.Controller().Root, L"C:\\");
-}
-
-TEST_F(Settings, MovingTheSettingsTakesEffectAtOnce) {
-  product_.utility->AddFile(kLocalIni, "; ours\r\n[Setup]\r\nRoot=P:\\\r\n");
-  product_.utility->AddFolder(L"S:\\");
-  product_.Start();
-  Save(5, L"S:\\Set");
-  EXPECT_EQ(product_.utility->IniFile(), L"S:\\Set\\Postrove.ini");
-  EXPECT_EQ(Ini(L"S:\\Set\\Postrove.ini"), "; ours\r\n[Setup]\r\nRoot=P:\\\r\n");
-  EXPECT_EQ(Ini(), "; ours\r\n[Setup]\r\nRoot=P:\\\r\nPostroveSettingsPath=S:\\Set\\\r\n");
-  Save(0, L"Q:\\");
-  EXPECT_EQ(Ini(L"S:\\Set\\Postrove.ini"), "; ours\r\n[Setup]\r\nRoot=Q:\\\r\n");
 }
 
 }  // namespace

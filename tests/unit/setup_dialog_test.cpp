@@ -215,6 +215,8 @@ TEST_F(SetupDialog, TheWorkUnitListCompletesAndTakesNewWords) {
       [&](forms::frmSetup& setup) {
         EXPECT_EQ(setup.rtfFieldHints.Text(), L"Hint:\r\nown");
         forms::Control& combo = setup.cboWorkType;
+        Enter(setup, forms::kSetupWorkType, L"jOB");  // known, and not listed again
+        Enter(setup, forms::kSetupWorkType, L"Project");
         combo.UserEntered();
         EXPECT_EQ(setup.rtfFieldHints.Text(), L"Hint:\r\nProject");
         combo.UserTyped(L"", 0, 0);

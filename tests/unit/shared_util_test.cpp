@@ -19,37 +19,6 @@ bool Contains(const std::wstring& text, const std::wstring& part) {
   return text.find(part) != std::wstring::npos;
 }
 
-TEST(SharedUtil, ReadsWhatItWrote) {
-  FakeSharedUtil utility;
-  EXPECT_EQ(utility.ReadSetting(L"Postrove", L"Setup", L"Root", L"C:\\", kFile), L"C:\\");
-  utility.WriteSetting(L"Postrove", L"Setup", L"Root", L"", kFile);
-  EXPECT_EQ(utility.ReadSetting(L"Postrove", L"Setup", L"Root", L"C:\\", kFile), L"")
-      << "an empty value is a value";
-  utility.WriteSetting(L"Quillion", L"FilePathsPrj", L"1", L"D:\\Jobs\\", kFile);
-  EXPECT_EQ(utility.ReadSetting(L"Postrove", L"filepathsprj", L"1", L"",
-                                L"c:\\PROGRAMDATA\\postrove\\postrove.INI"),
-            L"D:\\Jobs\\");
-  EXPECT_EQ(utility.ReadSetting(L"Postrove", L"Setup", L"WorkUnit", L"Project", kFile), L"Project");
-  EXPECT_EQ(utility.File(kFile), "[Setup]\r\nRoot=\r\n\r\n[FilePathsPrj]\r\n1=D:\\Jobs\\\r\n");
-}
-
-TEST(SharedUtil, KeepsTheOldFileWhenAWriteFails) {
-  FakeSharedUtil utility;
-  utility.AddFile(kFile, "[Setup]\nRoot=old\n");
-  const auto write = [&](const wchar_t* value) {
-    utility.WriteSetting(L"Postrove", L"Setup", L"Root", value, kFile);
-  };
-  EXPECT_THROW(write(L"two\nlines"), Error);
-  utility.FailFileOperation(1);
-  EXPECT_THROW(write(L"new"), Error);
-  utility.SetReadOnly(kFile);
-  EXPECT_THROW(write(L"new"), Error);
-  EXPECT_EQ(utility.File(kFile), "[Setup]\nRoot=old\n");
-  utility.FailFileOperation(1);
-  EXPECT_EQ(utility.ReadSetting(L"Postrove", L"Setup", L"Root", L"default", kFile), L"default");
-  EXPECT_THROW(utility.WriteSetting(L"Postrove", L"S", L"k", L"v", L"Q:\\x.ini"), Error);
-}
-
 TEST(SharedUtil, AppendsALineInTheFilesEncoding) {
   using namespace std::string_literals;
   const struct {

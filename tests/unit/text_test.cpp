@@ -113,8 +113,7 @@ TEST(Text, ReadsAndWritesNumbers) {
       {L"1,5", 1},
       {L"\u0664", 0},
       {L"9.05", 9.05},
-      {L"0.1234567890123456789", 0.1234567890123456789},
-  };
+      {L"0.1234567890123456789", 0.1234567890123456789}};
   for (const auto& [written, value] : kTable) {
     EXPECT_DOUBLE_EQ(text::LeadingNumber(written), value) << text::ToUtf8(written);
   }

@@ -56,24 +56,6 @@ TEST_F(EventSink, ArgumentsArriveInDeclaredOrder) {
   EXPECT_EQ(1u, control.References());
 }
 
-TEST_F(EventSink, AnswersForItsEventInterfaceOnlyAndIsNotAskedForNames) {
-  const office::Subscription subscription =
-      com::Advise(&source_, kEvents, [](std::int32_t, const office::Arguments&) {});
-  ASSERT_EQ(1u, source_.sinks.size());
-  IDispatch* sink = source_.sinks[0];
-  Microsoft::WRL::ComPtr<IUnknown> identity, events, other;
-  EXPECT_EQ(S_OK, sink->QueryInterface(IID_PPV_ARGS(&identity)));
-  EXPECT_EQ(S_OK, sink->QueryInterface(kEvents, reinterpret_cast<void**>(events.GetAddressOf())));
-  EXPECT_EQ(identity.Get(), events.Get());
-  EXPECT_EQ(E_NOINTERFACE, sink->QueryInterface(__uuidof(IConnectionPoint),
-                                                reinterpret_cast<void**>(other.GetAddressOf())));
-  EXPECT_EQ(nullptr, other.Get());
-  wchar_t close[] = L"Close";
-  LPOLESTR name = close;
-  DISPID id = 0;
-  EXPECT_EQ(E_NOTIMPL, sink->GetIDsOfNames(GUID{}, &name, 1, 0, &id));
-}
-
 TEST_F(EventSink, MayBeEndedInsideItsOwnEvent) {
   const auto kept = std::make_shared<int>(0);
   const std::weak_ptr<int> watched = kept;

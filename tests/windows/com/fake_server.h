@@ -52,16 +52,6 @@ class FakeServer final : public IDispatch,
     };
   }
 
-  // One that answers a number, and one that takes what it is given.
-  static Member Answers(LONG number) {
-    return [number](WORD, DISPPARAMS&, VARIANT* result, EXCEPINFO*) {
-      result->vt = VT_I4;
-      result->lVal = number;
-      return S_OK;
-    };
-  }
-  static HRESULT Accepts(WORD, DISPPARAMS&, VARIANT*, EXCEPINFO*) { return S_OK; }
-
   // Raises an event to every sink; arguments in reverse order. The last sink's answer.
   HRESULT Fire(DISPID id, std::vector<VARIANT> reversed) {
     DISPPARAMS parameters{reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0};

@@ -1,7 +1,8 @@
 #include "module_under_test.h"
 
-#include <algorithm>
 #include <stdexcept>
+
+#include "../util/windows_path.h"
 
 namespace {
 
@@ -14,14 +15,7 @@ Function Find(HMODULE module, const char* name) {
 
 }  // namespace
 
-std::wstring ModuleUnderTest::Path() {
-  const std::string built = POSTROVE_DLL;
-  std::wstring path(built.begin(), built.end());
-  // A cross build names it as the building machine does; Wine shows that machine's files as Z:.
-  if (path.front() == L'/') path.insert(0, L"Z:");
-  std::replace(path.begin(), path.end(), L'/', L'\\');
-  return path;
-}
+std::wstring ModuleUnderTest::Path() { return postrove::WindowsPath(POSTROVE_DLL); }
 
 ModuleUnderTest::ModuleUnderTest() : module_(LoadLibraryW(Path().c_str())) {
   if (!module_) throw std::runtime_error("cannot load " POSTROVE_DLL);

@@ -42,46 +42,26 @@ TEST_F(Registration, WritesTheWholeTableForTheUserOnly) {
   const std::wstring clsid = L"Software\\Classes\\CLSID\\" + clsid_;
   const std::wstring library = L"Software\\Classes\\TypeLib\\" + library_;
   const std::vector<std::wstring> expected = {
-      L"Software",
-      L"Software\\Classes",
-      L"Software\\Classes\\CLSID",
-      clsid,
       clsid + L"|=Postrove.Connect",
-      clsid + L"\\InprocServer32",
       clsid + L"\\InprocServer32|=" + path_,
       clsid + L"\\InprocServer32|ThreadingModel=Apartment",
-      clsid + L"\\ProgID",
       clsid + L"\\ProgID|=Postrove.Connect",
-      clsid + L"\\Programmable",
       clsid + L"\\Programmable|=",
-      clsid + L"\\TypeLib",
       clsid + L"\\TypeLib|=" + library_,
-      clsid + L"\\Version",
       clsid + L"\\Version|=1.0",
-      L"Software\\Classes\\Postrove.Connect",
       L"Software\\Classes\\Postrove.Connect|=Postrove.Connect",
-      L"Software\\Classes\\Postrove.Connect\\CLSID",
       L"Software\\Classes\\Postrove.Connect\\CLSID|=" + clsid_,
-      L"Software\\Classes\\TypeLib",
-      library,
-      library + L"\\1.0",
       library + L"\\1.0|=Marrow Postrove Utility for Outlook 2000",
-      languageKey_,
-      languageKey_ + L"\\" + kOwn,
       languageKey_ + L"\\" + kOwn + L"|=" + path_,
-      library + L"\\1.0\\FLAGS",
       library + L"\\1.0\\FLAGS|=0",
-      L"Software\\Microsoft",
-      L"Software\\Microsoft\\Office",
-      L"Software\\Microsoft\\Office\\Outlook",
-      L"Software\\Microsoft\\Office\\Outlook\\Addins",
-      addIn_,
       addIn_ + L"|FriendlyName=Postrove",
       addIn_ + L"|Description=Postrove Outlook Utility for Quillion",
       addIn_ + L"|LoadBehavior=3",
       addIn_ + L"|RequireShutdownNotification=1",
   };
-  EXPECT_THAT(user_.Tree(), testing::UnorderedElementsAreArray(expected));
+  std::vector<std::wstring> values = user_.Tree();
+  std::erase_if(values, [](const std::wstring& line) { return line.find(L'|') == line.npos; });
+  EXPECT_THAT(values, testing::UnorderedElementsAreArray(expected));
   EXPECT_THAT(machine_.Tree(), testing::IsEmpty());
 }
 

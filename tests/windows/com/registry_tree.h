@@ -14,8 +14,6 @@ class ReplacedHive {
   ReplacedHive(const ReplacedHive&) = delete;
   ReplacedHive& operator=(const ReplacedHive&) = delete;
 
-  HKEY Key() const { return key_; }
-
   // Every key and value below `path`, sorted by key: "key" or "key|name=data".
   std::vector<std::wstring> Tree() const;
 

@@ -228,17 +228,17 @@ TEST_F(OleDb, AStatementRunsAsItWasGiven) {
 }
 
 TEST_F(OleDb, ThePropertiesArriveWhole) {
-  for (const wchar_t* path :
-       {L"C:\\Data\\Postrove.mdb", L"C:\\My Data\\Postrove.mdb", L"C:\\O'Neil; A=B\\Postrove.mdb",
-        L"\\\\server\\B\u00FCro {M\u00FCller}\\\u6771\u4EAC.mdb"}) {
-    database_->DBFullPath = path;
-    database_->UID = L"ad;min";
-    database_->Pwd = L"=\"x\"";
+  // Wine's reader knows no doubled quotes, so no text has both kinds.
+  for (const wchar_t* text :
+       {L"C:\\My Data\\Postrove.mdb", L"C:\\O'Neil; A=B\\Postrove.mdb",
+        L"\\\\server\\B\u00FCro {M\u00FCller}\\\u6771\u4EAC.mdb", L";Provider=Other", L"a;b=c",
+        L"say \"so\"", L"\"", L"'", L" blanks  two ", L"{brace};x", L"="}) {
+    database_->DBFullPath = database_->UID = database_->Pwd = text;
     database_->Prepare();
     database_->Execute(L"INSERT");
-    EXPECT_EQ(path, script_.properties[DBPROP_INIT_DATASOURCE]);
-    EXPECT_EQ(L"ad;min", script_.properties[DBPROP_AUTH_USERID]);
-    EXPECT_EQ(L"=\"x\"", script_.properties[DBPROP_AUTH_PASSWORD]);
+    EXPECT_EQ(text, script_.properties[DBPROP_INIT_DATASOURCE]);
+    EXPECT_EQ(text, script_.properties[DBPROP_AUTH_USERID]);
+    EXPECT_EQ(text, script_.properties[DBPROP_AUTH_PASSWORD]);
   }
 }
 
@@ -290,15 +290,6 @@ TEST_F(OleDb, AProviderThatRefusesIsNotPassedOver) {
     const Error error = ErrorOf([&] { ole_db::CreateCommand(candidates, L"SELECT", L""); });
     EXPECT_EQ(result, error.Number());
     EXPECT_EQ(L"Not this file.", error.Description());
-  }
-}
-
-TEST_F(OleDb, NothingIsLeftAfterManyOperations) {
-  script_.columns = {L"Name"};
-  script_.rows.assign(3, {Text(L"A")});
-  for (int i = 0; i < 10000; ++i) {
-    ASSERT_EQ(3u, database_->OpenRecordset(L"SELECT").size());
-    ASSERT_EQ(0, script_.objects);
   }
 }
 

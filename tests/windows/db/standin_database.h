@@ -5,25 +5,17 @@
 
 #include <wrl/client.h>
 
-#include <algorithm>
 #include <stdexcept>
 #include <string>
 
 #include "../util/temporary_folder.h"
+#include "../util/windows_path.h"
 #include "scripted_provider.h"
 
 // A real engine behind OLE DB: the stand-in for Jet, and files that it opens.
 namespace postrove::testing {
 
 inline constexpr wchar_t kStandinProvider[] = L"Postrove.Test.Standin";
-
-// The path that Windows programs use for one of the machine that built them.
-inline std::wstring WindowsPath(const std::string& built) {
-  std::wstring path(built.begin(), built.end());
-  if (path.front() == L'/') path.insert(0, L"Z:");
-  std::replace(path.begin(), path.end(), L'/', L'\\');
-  return path;
-}
 
 // The stand-in under a name of this process, whatever is registered.
 class LoadedProvider {

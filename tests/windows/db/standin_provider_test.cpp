@@ -1,9 +1,10 @@
-// The database object with a real engine behind OLE DB: the stand-in for Jet on SQLite files.
+// The stand-in for Jet by itself, asked through the product's database object: types, statements
+// and files as Jet takes them. That the object keeps the rules of OLE DB the scripted provider
+// sees.
 
 #include <gmock/gmock.h>
 
 #include "shared/error.h"
-#include "shared/text.h"
 #include "shared/win32/OleDbDatabase.h"
 #include "standin_database.h"
 
@@ -11,128 +12,93 @@ namespace postrove {
 namespace {
 
 using ::testing::HasSubstr;
-using testing::LoadedProvider;
-using testing::MakeEmptyDatabase;
-
-// A new folder with an empty database, deleted with it.
-class DatabaseFile {
- public:
-  explicit DatabaseFile(const std::wstring& folder) {
-    wchar_t temporary[MAX_PATH];
-    GetTempPathW(MAX_PATH, temporary);
-    folder_ = temporary + folder;
-    CreateDirectoryW(folder_.c_str(), nullptr);
-    MakeEmptyDatabase(Path());
-  }
-  ~DatabaseFile() {
-    EXPECT_TRUE(DeleteFileW(Path().c_str())) << "the file is still open";
-    EXPECT_TRUE(RemoveDirectoryW(folder_.c_str())) << "something lies beside the file";
-  }
-  DatabaseFile(const DatabaseFile&) = delete;
-  DatabaseFile& operator=(const DatabaseFile&) = delete;
-
-  std::wstring Path() const { return folder_ + L"\\Postrove.mdb"; }
-
- private:
-  std::wstring folder_;
-};
 
 class Standin : public ::testing::Test {
  protected:
   Standin() {
-    Use(file_);
+    testing::MakeEmptyDatabase(folder_ / L"Postrove.mdb");
+    Use(folder_ / L"Postrove.mdb");
     database_->Execute(
-        L"CREATE TABLE Project (ProjectID INTEGER PRIMARY KEY, [Project Number] TEXT, "
-        L"[Project Name] TEXT, ProjFilePath TEXT, Active BOOLEAN)");
+        L"CREATE TABLE Kinds (t TEXT, i INTEGER, b BOOLEAN NOT NULL, r REAL, [Project Name] TEXT)");
+    database_->Execute(
+        L"INSERT INTO Kinds VALUES ('\u00D6\u20AC\u0436\U0001F309', 2147483648, True, 0.5, NULL), "
+        L"('', -7, 0, NULL, '007')");
   }
 
-  void Use(const DatabaseFile& file) {
+  void Use(const std::wstring& path) {
     database_->DbType = L"Access";
     database_->Provider = testing::kStandinProvider;
     database_->UID = L"admin";
-    database_->DBFullPath = file.Path();
+    database_->DBFullPath = path;
     database_->Prepare();
   }
 
-  const LoadedProvider provider_;
-  const DatabaseFile file_{L"Postrove database"};
+  void ExpectError(const std::wstring& statement, HRESULT number, const wchar_t* reason) {
+    SCOPED_TRACE(::testing::PrintToString(statement));
+    try {
+      database_->Execute(statement);
+      ADD_FAILURE() << "no error";
+    } catch (const Error& error) {
+      EXPECT_EQ(number, error.Number());
+      EXPECT_THAT(error.Description(), HasSubstr(reason));
+    }
+  }
+
+  const testing::LoadedProvider provider_;
+  const TemporaryFolder folder_;
   const std::shared_ptr<clsDatabase> database_ = CreateOleDbDatabase();
 };
 
-TEST_F(Standin, TheStatementsOfTheProductRun) {
-  database_->Execute(
-      L"INSERT INTO Project ([Project Number], [Project Name], ProjFilePath, [Active]) VALUES "
-      L"('2024-07', 'M\u00FCller''s \"Tower\"; \u6771\u4EAC', 'C:\\Projects\\', True);");
-  database_->Execute(
-      L"INSERT INTO Project ([Project Number], [Project Name], ProjFilePath, [Active]) VALUES "
-      L"('A-1', 'Bridge', NULL, True);");
-  const std::wstring list =
-      L"SELECT P.[Project Number], P.[Project Name], P.ProjFilePath, P.Active, P.ProjectID FROM "
-      L"Project AS P WHERE P.[Project Number] <> '0' AND P.Active ORDER BY P.[Project Name]";
-  const std::vector<Cell> bridge{
-      std::wstring(L"A-1"), std::wstring(L"Bridge"), {}, true, std::int64_t{2}};
-  const std::vector<Cell> tower{std::wstring(L"2024-07"),
-                                std::wstring(L"M\u00FCller's \"Tower\"; \u6771\u4EAC"),
-                                std::wstring(L"C:\\Projects\\"), true, std::int64_t{1}};
-  EXPECT_EQ((Rows{bridge, tower}), database_->OpenRecordset(list));
-
-  database_->Execute(
-      L"UPDATE Project SET [Project Number] = '0', [Active] = False WHERE ProjectID = 1;");
-  EXPECT_EQ((Rows{bridge}), database_->OpenRecordset(list));
-  EXPECT_EQ((Rows{{std::wstring(L"A-1")}}),
-            database_->OpenRecordset(L"SELECT max([Project Number]) FROM Project;"));
-  EXPECT_EQ(Rows(), database_->OpenRecordset(
-                        L"SELECT [Project Number] FROM Project WHERE [Project Number] = '7'; "));
-  EXPECT_EQ((Rows{{Cell()}}),
-            database_->OpenRecordset(L"SELECT max([Project Number]) FROM Project WHERE False;"));
+TEST_F(Standin, GivesJetsTypes) {
+  const Rows expected{
+      {std::wstring(L"\u00D6\u20AC\u0436\U0001F309"), std::int64_t{2147483648}, true, 0.5, {}},
+      {std::wstring(), std::int64_t{-7}, false, {}, std::wstring(L"007")}};
+  EXPECT_EQ(expected, database_->OpenRecordset(L"SELECT * FROM Kinds ORDER BY rowid"));
+  EXPECT_EQ((Rows{{Cell()}}), database_->OpenRecordset(L"SELECT max(t) FROM Kinds WHERE False;"));
+  EXPECT_EQ(Rows(), database_->OpenRecordset(L"DELETE FROM Kinds"));
+  EXPECT_EQ(Rows(), database_->OpenRecordset(L"SELECT t FROM Kinds"));
 }
 
-TEST_F(Standin, AThousandRowsArrive) {
-  database_->Execute(
-      L"WITH RECURSIVE N(I) AS (SELECT 1 UNION ALL SELECT I + 1 FROM N WHERE I < 1000) "
-      L"INSERT INTO Project (ProjectID, [Project Name]) SELECT I, 'Project ' || I FROM N");
-  Rows expected;
-  for (long i = 1; i <= 1000; ++i) {
-    expected.push_back({std::int64_t{i}, L"Project " + text::FromNumber(i)});
-  }
-  EXPECT_EQ(expected, database_->OpenRecordset(
-                          L"SELECT ProjectID, [Project Name] FROM Project ORDER BY ProjectID"));
-}
-
-TEST_F(Standin, ErrorsCarryTheProvidersText) {
-  const auto textOf = [&](auto run) -> std::wstring {
-    try {
-      run();
-    } catch (const Error& error) {
-      EXPECT_TRUE(FAILED(error.Number()));
-      return error.Description();
-    }
-    return L"no error";
+TEST_F(Standin, RunsOneStatementAndNothingBehindIt) {
+  const std::pair<const wchar_t*, const wchar_t*> cases[] = {
+      {L"SELECT Missing FROM Kinds", L"no such column"},
+      {L"SELECT * FROM Projects", L"no such table: Projects"},
+      {L"DELETE FROM Kinds WHERE", L"incomplete input"},
+      {L"DELETE FROM Kinds WHERE t = 'O'x'; ", L"unrecognized token"},
+      {L"DELETE FROM Kinds WHERE t = 'O'; ' ", L"Characters found after end"},
+      {L"SELECT 1; DELETE FROM Kinds", L"Characters found after end of SQL statement."},
+      {L"DELETE FROM Kinds;; ", L"Characters found after end of SQL statement."},
+      {L"DELETE FROM Kinds WHERE 'a;b' = \"c;\" OR [b] ; x", L"Characters found after end"},
+      {L"DELETE FROM Kinds -- all", L"Syntax error"},
+      {L"DELETE FROM Kinds /* all */", L"Syntax error"},
+      {L"INSERT INTO Kinds (b) VALUES (NULL)", L"NOT NULL constraint failed"},
   };
-  EXPECT_THAT(textOf([&] { database_->OpenRecordset(L"SELECT * FROM Projects"); }),
-              HasSubstr(L"Projects"));
-  EXPECT_THAT(textOf([&] { database_->Execute(L"INSERT INTO Project VALUES ('it's')"); }),
-              HasSubstr(L"syntax"));
-  const std::wstring missing = file_.Path() + L".mdb";
-  database_->DBFullPath = missing;
-  database_->Prepare();
-  EXPECT_THAT(textOf([&] { database_->OpenRecordset(L"SELECT 1"); }), HasSubstr(missing));
+  for (const auto& [text, reason] : cases) ExpectError(text, DB_E_ERRORSINCOMMAND, reason);
+  ExpectError(L"DELETE FROM Kinds WHERE i = ?", DB_E_PARAMNOTOPTIONAL, L"required parameters");
+  EXPECT_EQ(2u, database_->OpenRecordset(L"SELECT 1 FROM Kinds").size());
+  EXPECT_EQ((Rows{{std::wstring(L"a;'b--"), std::wstring(L"c/*")}}),
+            database_->OpenRecordset(L"SELECT 'a;''b--', 'c/*' AS [d--e]; \r\n"));
 }
 
-TEST_F(Standin, FilesWithOddNamesAreReached) {
-  for (const wchar_t* folder : {L"O'Neil", L"1=2", L"{B}", L" blank first", L"two  blanks"}) {
-    const DatabaseFile file(folder);
-    Use(file);
-    database_->Execute(L"CREATE TABLE T (A TEXT)");
-    database_->Execute(L"INSERT INTO T VALUES ('x')");
-    EXPECT_EQ((Rows{{std::wstring(L"x")}}), database_->OpenRecordset(L"SELECT A FROM T"));
+TEST_F(Standin, RefusesFilesWithTheirReason) {
+  for (const wchar_t* name : {L"text.mdb", L"empty.mdb", L"locked.mdb"}) folder_.Write(name, "");
+  folder_.Write(L"text.mdb", "Standard Jet DB and no more of it");
+  const HANDLE lock = CreateFileW((folder_ / L"locked.mdb").c_str(), GENERIC_WRITE, 0, nullptr,
+                                  OPEN_EXISTING, 0, nullptr);
+  const std::pair<const wchar_t*, std::wstring> cases[] = {
+      {L"missing.mdb", L"Could not find file '" + folder_.Path() + L"missing.mdb'."},
+      {L"none\\a.mdb", L"is not a valid path."},
+      {L"text.mdb", L"Unrecognized database format '" + folder_.Path() + L"text.mdb'."},
+      {L"empty.mdb", L"Unrecognized database format '" + folder_.Path() + L"empty.mdb'."},
+      {L"locked.mdb", L"Could not use '" + folder_.Path() + L"locked.mdb'; file already in use."},
+  };
+  for (const auto& [name, reason] : cases) {
+    Use(folder_ / name);
+    ExpectError(L"SELECT 1", E_FAIL, reason.c_str());
   }
-}
-
-TEST_F(Standin, NothingIsLeftAfterManyOperations) {
-  for (int i = 0; i < 1000; ++i) {
-    ASSERT_EQ(1u, database_->OpenRecordset(L"SELECT count(*) FROM Project").size());
-  }
+  CloseHandle(lock);
+  const std::vector<std::wstring> names = folder_.Names();
+  EXPECT_EQ(0, std::count(names.begin(), names.end(), L"missing.mdb")) << "it was made";
 }
 
 }  // namespace

@@ -104,6 +104,10 @@ class Dialog {
 
   std::wstring TextOf(const Control& control) const { return WindowText(Item(control)); }
 
+  void Close() const {
+    PostMessageW(window_, WM_CLOSE, 0, 0);
+    WaitForEnd();
+  }
   void WaitForEnd() const {
     WaitFor("the end of the dialog", [this] { return !IsWindow(window_); });
   }

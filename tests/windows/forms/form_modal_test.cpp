@@ -35,29 +35,23 @@ class FormModal : public ::testing::Test {
 };
 
 TEST_F(FormModal, DisablesItsOwnerWhileItIsUp) {
-  const DialogUser user([&] {
-    const Dialog dialog(L"Postrove");
-    EXPECT_EQ(GetWindow(dialog.Window(), GW_OWNER), owner.Window());
-    EXPECT_FALSE(IsWindowEnabled(owner.Window()));
-    PostMessageW(dialog.Window(), WM_CLOSE, 0, 0);
-    dialog.WaitForEnd();
-  });
-  host->ShowModal(*form);
-  EXPECT_TRUE(form->IsUnloaded());
-  EXPECT_TRUE(IsWindowEnabled(owner.Window()));
-  EXPECT_EQ(GetActiveWindow(), owner.Window());
-}
-
-TEST_F(FormModal, LeavesADisabledOwnerDisabled) {
-  EnableWindow(owner.Window(), FALSE);
-  SetActiveWindow(owner.Window());
-  const DialogUser user([&] {
-    const Dialog dialog(L"Postrove");
-    PostMessageW(dialog.Window(), WM_CLOSE, 0, 0);
-    dialog.WaitForEnd();
-  });
-  host->ShowModal(*form);
-  EXPECT_FALSE(IsWindowEnabled(owner.Window()));
+  for (const bool enabled : {true, false}) {
+    frmPostrove own({});
+    EnableWindow(owner.Window(), enabled);
+    SetActiveWindow(owner.Window());
+    {
+      const DialogUser user([&] {
+        const Dialog dialog(L"Postrove");
+        EXPECT_EQ(GetWindow(dialog.Window(), GW_OWNER), owner.Window());
+        EXPECT_FALSE(IsWindowEnabled(owner.Window()));
+        dialog.Close();
+      });
+      host->ShowModal(own);
+    }
+    EXPECT_TRUE(own.IsUnloaded());
+    EXPECT_EQ(IsWindowEnabled(owner.Window()) != 0, enabled);
+    EXPECT_TRUE(!enabled || GetActiveWindow() == owner.Window());
+  }
 }
 
 // A sent mail closes its inspector, the owner, while the button's handler still runs.
@@ -75,8 +69,7 @@ TEST_F(FormModal, SurvivesTheDestructionOfItsOwner) {
     EXPECT_EQ(dialog.TextOf(form->txtSaveAsName), L"after");
     dialog.Type(form->txtSaveAsName, L"x");
     WaitFor("the typed text", [&] { return log.Has("txtSaveAsName change xafter"); });
-    PostMessageW(dialog.Window(), WM_CLOSE, 0, 0);
-    dialog.WaitForEnd();
+    dialog.Close();
   });
   host->ShowModal(*form);
   EXPECT_TRUE(form->IsUnloaded());
@@ -176,8 +169,7 @@ TEST_F(FormModal, NestedDialogsSurviveTheDestructionOfTheOwner) {
     message.Click(inner.cmdFolderMessage(0));
     WaitFor("the outer dialog", [&] { return log.Has("back"); });
     EXPECT_TRUE(IsWindowEnabled(dialog.Window()));
-    PostMessageW(dialog.Window(), WM_CLOSE, 0, 0);
-    dialog.WaitForEnd();
+    dialog.Close();
   });
   host->ShowModal(*form);
 }
@@ -225,8 +217,7 @@ TEST_F(FormModal, AnExceptionEndsAtTheWindowProcedure) {
     WaitFor("the throw", [&] { return log.Has("thrown"); });
     dialog.Type(form->cboPostrove, L"a");
     WaitFor("the text", [&] { return log.Has("cboPostrove change a"); });
-    PostMessageW(dialog.Window(), WM_CLOSE, 0, 0);
-    dialog.WaitForEnd();
+    dialog.Close();
   });
   EXPECT_NO_THROW(host->ShowModal(*form));
 }
@@ -268,8 +259,7 @@ TEST_F(FormModal, IsTopmostAndLowered) {
     ClickMain(dialog);
     WaitFor("the click", [&] { return log.Has("lowered"); });
     EXPECT_FALSE(topmost(dialog.Window()));
-    PostMessageW(dialog.Window(), WM_CLOSE, 0, 0);
-    dialog.WaitForEnd();
+    dialog.Close();
   });
   host->ShowModal(*form);
   DestroyWindow(above);
@@ -346,8 +336,7 @@ TEST_F(FormModal, RunsHandlersInTheHostsDpiMode) {
     dialog.Press(form->cboPostrove, VK_DOWN);
     ClickMain(dialog);
     WaitFor("the click", [&] { return log.Has("main"); });
-    PostMessageW(dialog.Window(), WM_CLOSE, 0, 0);
-    dialog.WaitForEnd();
+    dialog.Close();
   });
   host->ShowModal(*form);
   EXPECT_EQ(kind(now()), kUnaware);

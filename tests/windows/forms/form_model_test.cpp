@@ -32,8 +32,7 @@ class FormModel : public ::testing::Test {
       dialog.Click(form.cmdPostrove(kHelpButton));
       WaitFor("the change", [&] { return log.Has("changed"); });
       look(dialog);
-      PostMessageW(dialog.Window(), WM_CLOSE, 0, 0);
-      dialog.WaitForEnd();
+      dialog.Close();
     });
     host->ShowModal(form);
   }
@@ -222,8 +221,7 @@ TEST_F(FormModel, RemembersTheSizeThatTheUserGave) {
     const DialogUser user([&] {
       Dialog dialog(L"Postrove");
       look(dialog);
-      PostMessageW(dialog.Window(), WM_CLOSE, 0, 0);
-      dialog.WaitForEnd();
+      dialog.Close();
     });
     host->ShowModal(own);
   };
@@ -327,8 +325,7 @@ TEST(FormKinds, ShowsOptionsChecksAndFrames) {
     EXPECT_FALSE(marked(one));
     dialog.Click(check);
     WaitFor("the check", [&] { return marked(check); });
-    PostMessageW(dialog.Window(), WM_CLOSE, 0, 0);
-    dialog.WaitForEnd();
+    dialog.Close();
   });
   host->ShowModal(form);
   EXPECT_TRUE(two.Checked());

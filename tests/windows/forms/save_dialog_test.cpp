@@ -36,8 +36,7 @@ class SaveDialog : public ::testing::Test {
       Dialog dialog(L"Postrove");
       dialog.WaitForFocus(form.cboPostrove);
       steps(dialog);
-      if (IsWindow(dialog.Window())) PostMessageW(dialog.Window(), WM_CLOSE, 0, 0);
-      dialog.WaitForEnd();
+      if (IsWindow(dialog.Window())) dialog.Close();
     });
     mail->buttons.at(0)->Raise(office::kCommandBarButtonEvents, office::kButtonClick,
                                {office::Value(mail->buttons.at(0)), false});

@@ -12,7 +12,7 @@
 #include "outlook/host.h"
 #include "outlook/scripted_user.h"
 #include "shared/text.h"
-#include "temp_folder.h"
+#include "util/temporary_folder.h"
 
 // The real add-in, registered for a moment, in the stand-in Outlook.
 namespace run {
@@ -56,7 +56,7 @@ inline standin::MessageData Mail(const std::wstring& subject, bool html = true) 
   return message;
 }
 
-using Folder = standin::probe::TempFolder;
+using Folder = postrove::TemporaryFolder;
 
 // The names of what is still held, for a message.
 inline std::string Held(const standin::Host& host) {

@@ -7,7 +7,6 @@
 #include "outlook/ids.h"
 #include "outlook/items.h"
 #include "probe.h"
-#include "temp_folder.h"
 
 namespace standin {
 namespace {
@@ -97,23 +96,6 @@ TEST(CallingRules, NamedArgumentsAreForPutsOnly) {
   EXPECT_EQ(Get(item, L"Subject").Text(), L"Site report");
 }
 
-TEST(CallingRules, ArgumentsComeInReverseOrder) {
-  Host host;
-  TempFolder folder;
-  host.Open(SampleMessage());
-  const ComPtr<IDispatch> item = CurrentItem(host);
-  Variant path = Variant::Text(folder / L"a.msg");
-  Variant type = Variant::Long(3);
-  VARIANT declared[] = {path.Get(), type.Get()};
-  DISPPARAMS given = {declared, nullptr, 2, 0};
-  EXPECT_LT(item->Invoke(61521, GUID{}, 0, DISPATCH_METHOD, &given, nullptr, nullptr, nullptr), 0);
-  EXPECT_THAT(folder.Files(), IsEmpty());
-  std::swap(declared[0], declared[1]);
-  EXPECT_EQ(item->Invoke(61521, GUID{}, 0, DISPATCH_METHOD, &given, nullptr, nullptr, nullptr),
-            S_OK);
-  EXPECT_THAT(folder.Files(), ElementsAre(L"a.msg"));
-}
-
 TEST(CallingRules, ANumberMeansSomethingWithItsInterfaceOnly) {
   Host host;
   host.Open(SampleMessage());
@@ -128,12 +110,6 @@ TEST(CallingRules, ANumberMeansSomethingWithItsInterfaceOnly) {
   EXPECT_EQ(Put(button, L"Caption", Variant::Text(L"Both")).hr, S_OK);
   EXPECT_EQ(Get(control, L"Caption").Text(), L"Both");
   EXPECT_FALSE(As(control, kMailItemId));
-
-  // 8451 closes an inspector and lists the folders of a name space.
-  const ComPtr<IDispatch> session =
-      Call(host.Application(), L"GetNamespace", List(Variant::Text(L"MAPI"))).Object();
-  EXPECT_EQ(Invoke(session, 8451, DISPATCH_METHOD, List(Variant::Long(0))).hr,
-            DISP_E_MEMBERNOTFOUND);
 }
 
 TEST(Versions, MembersEditorsAndTextsDiffer) {
@@ -242,30 +218,6 @@ TEST(Items, SendCanBeRefusedAndCancelled) {
   EXPECT_EQ(Call(item, L"Send").code, E_ABORT);
   EXPECT_EQ(Get(item, L"Subject").Text(), L"Site report");
   EXPECT_THAT(host.SentMessages(), IsEmpty());
-}
-
-TEST(Items, BodiesFollowEachOther) {
-  Host host;
-  host.Open(SampleMessage());
-  const ComPtr<IDispatch> item = CurrentItem(host);
-  const std::wstring generated = Get(item, L"HTMLBody").Text();
-  EXPECT_NE(generated.find(L"First line<BR>"), std::wstring::npos);
-  EXPECT_NE(generated.find(L"</BODY>"), std::wstring::npos);
-  EXPECT_EQ(Get(item, L"Body").Text(), L"First line\r\nSecond line");
-
-  Put(item, L"HTMLBody",
-      Variant::Text(L"<html><head><style>p{}</style></head><body><p>a &lt;\r\n b</p>c</body>"));
-  EXPECT_EQ(Get(item, L"Body").Text(), L"a < b\r\nc");
-  Put(item, L"Body", Variant::Text(L"x < y"));
-  EXPECT_NE(Get(item, L"HTMLBody").Text().find(L"x &lt; y"), std::wstring::npos);
-}
-
-TEST(Items, NoDateIsIn4501) {
-  SYSTEMTIME time = {};
-  VariantTimeToSystemTime(ModelDate(std::nullopt), &time);
-  EXPECT_EQ(time.wYear, 4501);
-  EXPECT_EQ(time.wMonth, 1);
-  EXPECT_EQ(time.wDay, 1);
 }
 
 TEST(Inspectors, OpenAnnouncesAndActivates) {

@@ -50,25 +50,33 @@ class TemporaryFolder {
   // With a trailing backslash.
   const std::wstring& Path() const { return path_; }
 
-  // The names in the folder.
-  std::vector<std::wstring> Names() const { return NamesIn(path_); }
+  std::wstring operator/(const std::wstring& name) const { return path_ + name; }
+
+  // The names in the folder, with or without those of its folders.
+  std::vector<std::wstring> Names() const { return NamesIn(path_, true); }
+  std::vector<std::wstring> Files() const { return NamesIn(path_, false); }
+
+  void Write(const std::wstring& name, const std::string& bytes) const {
+    MakeFile(path_ + name, bytes);
+  }
 
  private:
-  static std::vector<std::wstring> NamesIn(const std::wstring& folder) {
+  static std::vector<std::wstring> NamesIn(const std::wstring& folder, bool folders) {
     std::vector<std::wstring> names;
     WIN32_FIND_DATAW data;
     const HANDLE find = FindFirstFileW((folder + L"*").c_str(), &data);
     if (find == INVALID_HANDLE_VALUE) return names;
     do {
       const std::wstring name = data.cFileName;
-      if (name != L"." && name != L"..") names.push_back(name);
+      const bool wanted = folders || !(data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY);
+      if (wanted && name != L"." && name != L"..") names.push_back(name);
     } while (FindNextFileW(find, &data));
     FindClose(find);
     return names;
   }
 
   static void Remove(const std::wstring& folder) {
-    for (const std::wstring& name : NamesIn(folder)) {
+    for (const std::wstring& name : NamesIn(folder, true)) {
       const std::wstring path = folder + name;
       SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
       if (!DeleteFileW(path.c_str())) Remove(path + L"\\");
