@@ -104,17 +104,18 @@ constexpr wchar_t kLong[] =
     L"2025-06-12 Minutes of the site meeting, of the inspection of the eastern abutment that "
     L"followed it, and of what was agreed on the way back about the deliveries of next month";
 constexpr wchar_t kLongFolder[] =
-    L"\\\\files.example.com\\Engineering Projects\\Bridges and Tunnels\\22-31 Harbour Bridge, "
+    L"\\\\files.example.com\\Engineering Projects\\Bridges and Tunnels\\04-123 Harbour Bridge, "
     L"Second Stage of the Refurbishment\\";
-constexpr wchar_t kFolder[] = L"P:\\22-31 Harbour Bridge\\";
+constexpr wchar_t kFolder[] = L"P:\\04-123 Harbour Bridge\\";
 constexpr wchar_t kSubject[] = L"Minutes of the site meeting";
 constexpr Scene kScenes[] = {
     {L"save-received", true, false, kSubject, kFolder},
     {L"save-new", false, false, L"Fee letter", kFolder, Pick},
     {L"save-required", false, false, L"", L""},
-    {L"save-shared", true, true, L"22-31-Harbour Bridge=>Fee letter", kFolder},
+    {L"save-shared", true, true, L"04-123-Harbour Bridge=>Fee letter", kFolder},
     {L"save-long", true, false, kLong, kLongFolder},
-    {L"folder-not-found", true, false, kSubject, L"P:\\22-32 Harbour Bridge\\", Press<kMainButton>},
+    {L"folder-not-found", true, false, kSubject, L"P:\\04-124 Harbour Bridge\\",
+     Press<kMainButton>},
     {L"existing-file", true, false, kSubject, kFolder, Press<kMainButton>},
     {L"project-add", true, false, kSubject, kFolder, Press<kAddProjectButton>},
     {L"project-edit", true, false, kSubject, kFolder, Press<kEditProjectButton>},
@@ -141,16 +142,16 @@ void Show(const std::shared_ptr<PicturingHost>& host, const std::string& labels,
   const bool longTexts = scene.folder == kLongFolder;
   const std::wstring name = longTexts ? kLong : L"Harbour Bridge";
   product.database->SetHandler([&](const RanStatement& ran) -> postrove::Rows {
-    if (ran.text == postrove::sql::GreatestProjectNumber()) return {{L"22-40"}};
-    return {{L"22-31", name, scene.folder, true, std::int64_t{7}},
-            {L"22-40", L"Library Roof", L"", true, std::int64_t{8}}};
+    if (ran.text == postrove::sql::GreatestProjectNumber()) return {{L"04-130"}};
+    return {{L"04-123", name, scene.folder, true, std::int64_t{7}},
+            {L"04-130", L"Library Roof", L"", true, std::int64_t{8}}};
   });
   product.Start();
   const auto mail = product.outlook.Open(scene.sent);
   mail->item->properties[L"Subject"] = scene.subject;
   product.outlook.RaiseNew(mail);
   if (longTexts) {
-    product.Controller().ProjectNumber = L"22-31";
+    product.Controller().ProjectNumber = L"04-123";
     product.Controller().ProjectName = kLong;
     product.Controller().ProjFilePath = kLongFolder;
   }
