@@ -10,9 +10,10 @@
 // Text is UTF-16 on Windows and UTF-32 natively, one std::wstring either way.
 namespace postrove::text {
 
-// The lower-case form of one character for comparisons: Basic Latin, Latin-1, Latin Extended-A,
-// Greek and Cyrillic letters; any other character is returned unchanged. As in Windows' file names
-// the Turkish dotted and dotless i stand for themselves, and the final sigma equals a sigma.
+// The lower-case form of one character for comparisons: Latin letters, those of Romanian, Pinyin,
+// Welsh and Vietnamese among them, Greek and Cyrillic letters; any other character is returned
+// unchanged. As in Windows' file names the Turkish dotted and dotless i stand for themselves, and
+// the final sigma equals a sigma.
 wchar_t Fold(wchar_t c);
 
 bool EqualsIgnoreCase(std::wstring_view a, std::wstring_view b);
