@@ -277,7 +277,9 @@ bool clsPostrove::SaveAndSendMail() {
     }
     FilledSubject subject(mail, ProjectNumber + ProjDelim + ProjectName + SubjDelim + SaveAsName);
     const std::wstring folder = form->txtSaveFolder.Text();
-    std::wstring fileName = FileNameFor(SaveAsName, folder, mail.AttachmentCount() != 0);
+    const bool attachments = mail.AttachmentCount() != 0;
+    if (form->IsUnloaded()) return;  // Outlook quit meanwhile
+    std::wstring fileName = FileNameFor(SaveAsName, folder, attachments);
     bool overwrite = false;
     if (!ChooseFileName(folder, fileName, overwrite)) return;
     WriteAndSend(mail, folder + fileName, overwrite, outlook->SaveType());

@@ -145,7 +145,6 @@ void clsPostrove::ShowSavedProject() {
     if (project.id == 0) temporary.push_back(project);
   }
   GetProjectList();
-  ProjectList.insert(ProjectList.end(), temporary.begin(), temporary.end());
 
   // The very row that was written: another one may have its number.
   const Project saved = CurrentProject();
@@ -157,6 +156,7 @@ void clsPostrove::ShowSavedProject() {
   } else if (Active) {
     ProjectList.push_back(saved);  // written, but the list cannot be read
   }
+  ProjectList.insert(ProjectList.end(), temporary.begin(), temporary.end());
   if (!frmPostroveEvent_) return;  // Outlook quit during a report
   const Raised filling(filling_);
   FillProjectCombo(frmPostroveEvent_->cboPostrove);

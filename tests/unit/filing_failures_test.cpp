@@ -195,9 +195,9 @@ TEST_F(Failures, AnySingleOneLosesNothing) {
 
 // The host closes the window and takes the item away, or quits, at any moment.
 TEST_F(Failures, TheHostTakesItsObjectsAway) {
-  enum Moment { kDialog, kQuestion, kSaveAs, kSend };
+  enum Moment { kDialog, kQuestion, kAttachments, kSaveAs, kSend };
   for (const bool quits : {false, true}) {
-    for (const Moment moment : {kDialog, kQuestion, kSaveAs, kSend}) {
+    for (const Moment moment : {kDialog, kQuestion, kAttachments, kSaveAs, kSend}) {
       SCOPED_TRACE(::testing::Message() << "moment " << moment << ", quits " << quits);
       product_ = std::make_unique<Product>();
       saved_.clear();
@@ -223,6 +223,13 @@ TEST_F(Failures, TheHostTakesItsObjectsAway) {
           before(arguments);
           takeAway();
           return Value();
+        };
+      }
+      if (moment == kAttachments) {
+        mail_->item->functions[L"Attachments"] = [=, this](const office::Arguments&) {
+          const Value attachments = mail_->item->properties[L"Attachments"];
+          takeAway();
+          return attachments;
         };
       }
       if (moment == kQuestion) product_->utility->AddFile(kPath, "old");
