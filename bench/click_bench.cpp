@@ -46,7 +46,7 @@ void MeasureClick(const Folders& folders) {
   for (const std::wstring& folder : folders) {
     ProductOn product(folder);
     const auto host = std::make_shared<ClosingHost>();
-    product.forms = host;
+    product.host = host;
     product.Start();
     product.outlook.Open(true)->item->properties[L"Subject"] = L"Minutes of the site meeting";
 
