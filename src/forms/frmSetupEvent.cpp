@@ -191,7 +191,6 @@ void clsPostrove::frmSetupEvent_SetupFieldChange(int Index) {
 void clsPostrove::frmSetupEvent_SetupFieldGotFocus(int Index) {
   WithSetup(L"frmSetupEvent_SetupFieldGotFocus()", [&](forms::frmSetup& form) {
     const std::wstring word = form.cboWorkType.Text();
-    if (Index == forms::kSetupWorkType && !word.empty()) WorkUnit = word;
     const std::wstring hint = Label(labels::kSetupDialog, static_cast<std::size_t>(Index),
                                     FieldOf(form, Index).ToolTip());
     form.rtfFieldHints.SetText((Index == forms::kSetupDatabase ? L"***IMPORTANT***:" : L"Hint:") +
