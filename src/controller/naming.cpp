@@ -88,8 +88,8 @@ void clsPostrove::ResolveSubjectProject() {
 }
 
 void clsPostrove::TellTemporaryProject() {
-  utility_->ShowMessage(L"\"" + ProjectNumber + ProjDelim + ProjectName +
-                            L"\" is not an existing project. \r\n\r\nIt will be added to the " +
+  utility_->ShowMessage(text::Quoted(ProjectNumber + ProjDelim + ProjectName) +
+                            L" is not an existing project. \r\n\r\nIt will be added to the " +
                             WorkUnit + L" List as a temporary " + WorkUnit +
                             L" for this Email. \r\nTo make it a permanent " + WorkUnit +
                             L", Add the " + WorkUnit + L" in Quillion.",
@@ -97,7 +97,7 @@ void clsPostrove::TellTemporaryProject() {
 }
 
 bool clsPostrove::AskToAddProject() {
-  const std::wstring quoted = L"\"" + ProjectName + L"\"";
+  const std::wstring quoted = text::Quoted(ProjectName);
   return utility_->ShowMessage(WorkUnit + L" name " + quoted +
                                    L" was not found in the Database . \r\n\r\nYou may:\r\n"
                                    L"   -Click 'Yes' to add it to the Postrove database or\r\n"

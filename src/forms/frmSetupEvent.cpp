@@ -369,13 +369,6 @@ void clsPostrove::ReturnToSaveDialog(forms::frmSetup& form) {
   }
   const std::shared_ptr<forms::frmPostrove> saveDialog = frmPostroveEvent_;
   SaveAsName = saveDialog->txtSaveAsName.Text();
-  // A question about the project may bring its dialog, which looks at the list.
-  {
-    const Raised filling(filling_);
-    const std::wstring shown = saveDialog->cboPostrove.Text();
-    FillProjectCombo(saveDialog->cboPostrove);
-    saveDialog->cboPostrove.SetText(shown);
-  }
   // A typed project is looked up when the message is saved.
   const auto row = std::find_if(ProjectList.begin(), ProjectList.end(), [this](const Project& one) {
     return one.id != 0 && one.id == ProjectID && one.number == ProjectNumber;
@@ -383,6 +376,13 @@ void clsPostrove::ReturnToSaveDialog(forms::frmSetup& form) {
   if (!typedProject_ && row != ProjectList.end()) {
     SelectProject(static_cast<int>(row - ProjectList.begin()));
   } else if (!typedProject_ && !ProjectNumber.empty()) {
+    {
+      // The question may bring the project dialog, which looks at the list.
+      const Raised filling(filling_);
+      const std::wstring shown = saveDialog->cboPostrove.Text();
+      FillProjectCombo(saveDialog->cboPostrove);
+      saveDialog->cboPostrove.SetText(shown);
+    }
     ResolveSubjectProject();
   }
   if (form.IsUnloaded()) return;
