@@ -34,7 +34,8 @@ struct Project {
   std::wstring name;
   std::wstring filePath;  // may be empty
   bool active = false;
-  std::int32_t id = 0;
+  std::int64_t id = 0;     // its key in the database; 0 when it has none that can be used
+  bool temporary = false;  // in the list for one message only
 };
 
 // The controller, held in gController: owns the settings in memory, the project list, the current
@@ -79,7 +80,7 @@ class clsPostrove final : public forms::frmPostroveEvents,
   std::wstring ProjFilePath;
   std::wstring SaveAsName;  // proposed file name without extension
   bool Active = false;
-  std::int32_t ProjectID = 0;
+  std::int64_t ProjectID = 0;
   std::wstring EmailFolder = kStartEmailFolder;  // below a project folder, with its backslash
   std::wstring ProjDelim = kStartProjDelim;
   std::wstring SubjDelim = kStartSubjDelim;
@@ -120,7 +121,7 @@ class clsPostrove final : public forms::frmPostroveEvents,
   bool IsExisitingProjectNumber(const std::wstring& number);
 
   // Writes the current project: over the row ProjectID when `edited`, else as a new row. False when
-  // it failed, which is reported.
+  // it failed or that row is gone, which is reported.
   bool ProjectInfoSave(bool edited);
 
   // Reads the label file; a missing one leaves the labels as they are. Throws Error for one that is

@@ -116,7 +116,7 @@ std::wstring clsPostrove::NewProjectFolder() {
 
 void clsPostrove::AddTemporaryProject() {
   ProjFilePath = NewProjectFolder();
-  ProjectList.push_back({ProjectNumber, ProjectName, ProjFilePath, false, 0});
+  ProjectList.push_back({ProjectNumber, ProjectName, ProjFilePath, false, 0, true});
   if (!frmPostroveEvent_) return;
   forms::Control& combo = frmPostroveEvent_->cboPostrove;
   const std::wstring item = ItemText(ProjectName, ProjectNumber);

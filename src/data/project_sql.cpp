@@ -15,7 +15,14 @@ std::wstring Quoted(const std::wstring& value) {
   return L"'" + text::Replace(value, L"'", L"''") + L"'";
 }
 
-std::wstring Boolean(bool value) { return value ? L"True" : L"False"; }
+bool IsSqlServer(const std::wstring& dbType) {
+  return text::EqualsIgnoreCase(dbType, L"SQLServer");
+}
+
+std::wstring Boolean(bool value, const std::wstring& dbType) {
+  const std::wstring word = value ? L"True" : L"False";
+  return IsSqlServer(dbType) ? Quoted(word) : word;
+}
 
 // The value of the last `count` characters, or of all when there are fewer; nothing when one is not
 // a digit.
@@ -36,8 +43,7 @@ std::wstring ListProjects(const std::wstring& dbType) {
       L"SELECT P.[Project Number], P.[Project Name], P.ProjFilePath, P.Active, P.ProjectID "
       L"FROM Project AS P "
       L"WHERE P.[Project Number] <> '0' ";
-  statement +=
-      text::EqualsIgnoreCase(dbType, L"SQLServer") ? L"AND P.Active = 'true' " : L"AND P.Active ";
+  statement += IsSqlServer(dbType) ? L"AND P.Active = 'true' " : L"AND P.Active ";
   return statement + L"ORDER BY P.[Project Name]";
 }
 
@@ -47,17 +53,17 @@ std::wstring FindProjectNumber(const std::wstring& number) {
   return L"SELECT [Project Number] FROM Project WHERE [Project Number] = '" + number + L"'; ";
 }
 
-std::wstring InsertProject(const ProjectRow& row) {
+std::wstring InsertProject(const ProjectRow& row, const std::wstring& dbType) {
   return L"INSERT INTO Project ([Project Number], [Project Name], ProjFilePath, [Active]) "
          L"VALUES (" +
          Quoted(row.number) + L", " + Quoted(row.name) + L", " + Quoted(row.filePath) + L", " +
-         Boolean(row.active) + L");";
+         Boolean(row.active, dbType) + L");";
 }
 
-std::wstring UpdateProject(const ProjectRow& row, std::int64_t id) {
+std::wstring UpdateProject(const ProjectRow& row, std::int64_t id, const std::wstring& dbType) {
   return L"UPDATE Project SET [Project Number] = " + Quoted(row.number) + L", [Project Name] = " +
          Quoted(row.name) + L", [ProjFilePath] = " + Quoted(row.filePath) + L", [Active] = " +
-         Boolean(row.active) + L" WHERE ProjectID = " + text::FromNumber(id) + L";";
+         Boolean(row.active, dbType) + L" WHERE ProjectID = " + text::FromNumber(id) + L";";
 }
 
 std::wstring NextProjectNumber(const std::wstring& greatest) {

@@ -14,7 +14,10 @@ struct ProjectRow {
   bool active = true;
 };
 
-// Active projects whose number is not "0", sorted by name; `dbType` is clsDatabase's.
+// `dbType` is clsDatabase's: a yes/no value is True or False in Access; in SQL Server it is the
+// text of it, which the server takes for a text column as well as for a bit.
+
+// Active projects whose number is not "0", sorted by name.
 std::wstring ListProjects(const std::wstring& dbType);
 
 std::wstring GreatestProjectNumber();
@@ -22,8 +25,8 @@ std::wstring GreatestProjectNumber();
 // The number stands as typed and must not hold an apostrophe.
 std::wstring FindProjectNumber(const std::wstring& number);
 
-std::wstring InsertProject(const ProjectRow& row);
-std::wstring UpdateProject(const ProjectRow& row, std::int64_t id);
+std::wstring InsertProject(const ProjectRow& row, const std::wstring& dbType);
+std::wstring UpdateProject(const ProjectRow& row, std::int64_t id, const std::wstring& dbType);
 
 // The number after the greatest one: its last one to three digits count up, the rest stays. Empty
 // when it has no such digits or they are used up.

@@ -1,3 +1,4 @@
+#include <cmath>
 #include <utility>
 
 #include "controller/clsPostrove.h"
@@ -9,6 +10,11 @@ namespace postrove {
 
 namespace {
 
+// 0 for what a whole number cannot hold.
+std::int64_t Whole(double number) {
+  return std::fabs(number) < 9e18 ? static_cast<std::int64_t>(number) : 0;
+}
+
 // A field as text, without the blanks that a fixed-width column pads it with. A text is taken out
 // of the cell.
 std::wstring TextOf(Cell&& cell) {
@@ -17,9 +23,7 @@ std::wstring TextOf(Cell&& cell) {
     return std::move(*words);
   }
   if (const auto* whole = std::get_if<std::int64_t>(&cell)) return text::FromNumber(*whole);
-  if (const auto* number = std::get_if<double>(&cell)) {
-    return text::FromNumber(static_cast<long long>(*number));
-  }
+  if (const auto* number = std::get_if<double>(&cell)) return text::FromNumber(Whole(*number));
   if (const auto* flag = std::get_if<bool>(&cell)) return *flag ? L"True" : L"False";
   return {};
 }
@@ -27,13 +31,20 @@ std::wstring TextOf(Cell&& cell) {
 // A number, a Boolean, or the text of either; NULL and anything else is 0.
 std::int64_t NumberOf(const Cell& cell) {
   if (const auto* whole = std::get_if<std::int64_t>(&cell)) return *whole;
-  if (const auto* number = std::get_if<double>(&cell)) return static_cast<std::int64_t>(*number);
+  if (const auto* number = std::get_if<double>(&cell)) return Whole(*number);
   if (const auto* flag = std::get_if<bool>(&cell)) return *flag ? -1 : 0;
   if (const auto* words = std::get_if<std::wstring>(&cell)) {
     if (text::EqualsIgnoreCase(text::Trim(*words), L"true")) return -1;
-    return static_cast<std::int64_t>(text::LeadingNumber(*words));
+    return Whole(text::LeadingNumber(*words));
   }
   return 0;
+}
+
+// A row's key. 0 for what is not written like a whole number: another row could have what is left.
+std::int64_t KeyOf(Cell&& cell) {
+  if (const auto* whole = std::get_if<std::int64_t>(&cell)) return *whole;
+  const std::int64_t key = NumberOf(cell);
+  return TextOf(std::move(cell)) == text::FromNumber(key) ? key : 0;
 }
 
 constexpr std::size_t kFields = 5;
@@ -44,18 +55,16 @@ void clsPostrove::GetProjectList() {
   ProjectList.clear();
   if (!databaseFound_ && !FindDatabaseAgain()) return;
   Reporting(*utility_, L"clsPostrove", L"GetProjectList()", [this] {
-    Rows rows = database_->OpenRecordset(sql::ListProjects(database_->DbType));
-    ProjectList.reserve(rows.size());
-    for (std::vector<Cell>& row : rows) {
+    std::vector<Project> list;  // a failure can come after some rows
+    database_->ReadRecordset(sql::ListProjects(database_->DbType), [&list](Row& row) {
       if (row.size() < kFields) {
         throw Error(kSubscriptOutOfRange, L"GetProjectList()",
                     L"The project list has fewer columns than it should.");
       }
-      ProjectList.push_back({TextOf(std::move(row[0])), TextOf(std::move(row[1])),
-                             TextOf(std::move(row[2])), NumberOf(row[3]) != 0,
-                             static_cast<std::int32_t>(NumberOf(row[4]))});
-      row = std::vector<Cell>();  // a long list is not held twice
-    }
+      list.push_back({TextOf(std::move(row[0])), TextOf(std::move(row[1])),
+                      TextOf(std::move(row[2])), NumberOf(row[3]) != 0, KeyOf(std::move(row[4]))});
+    });
+    ProjectList = std::move(list);
   });
 }
 
@@ -89,11 +98,22 @@ bool clsPostrove::IsExisitingProjectNumber(const std::wstring& number) {
 }
 
 bool clsPostrove::ProjectInfoSave(bool edited) {
-  return Reporting(*utility_, L"clsPostrove", L"ProjectInfoSave()", [&] {
+  bool saved = false;
+  Reporting(*utility_, L"clsPostrove", L"ProjectInfoSave()", [&] {
     RequireDatabase();
     const sql::ProjectRow row{ProjectNumber, ProjectName, ProjFilePath, Active};
-    database_->Execute(edited ? sql::UpdateProject(row, ProjectID) : sql::InsertProject(row));
+    const std::wstring& type = database_->DbType;
+    const std::int64_t changed = database_->Execute(
+        edited ? sql::UpdateProject(row, ProjectID, type) : sql::InsertProject(row, type));
+    saved = !edited || changed != 0;
+    if (saved) return;
+    utility_->ShowMessage(L"The " + WorkUnit +
+                              L" was not saved, because it is no longer in the database: somebody "
+                              L"deleted it. Cancel, and add it as a new " +
+                              WorkUnit + L" if it is still needed.",
+                          L"Cannot Save", MessageButtons::Ok, MessageIcon::Information);
   });
+  return saved;
 }
 
 }  // namespace postrove

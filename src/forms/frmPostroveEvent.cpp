@@ -67,10 +67,17 @@ void clsPostrove::frmPostroveEvent_ButtonClicked(int Index) {
 }
 
 void clsPostrove::EditProjectClicked() {
-  // A project that was typed or is temporary has no row that could be edited.
+  // A project that was typed or is temporary has no row that could be edited; a row without a key
+  // cannot be told from the others.
   if (typedProject_ || ProjectID == 0) {
-    utility_->ShowMessage(L"Select the " + WorkUnit + L" to edit from the list first.",
-                          L"Edit a " + WorkUnit, MessageButtons::Ok, MessageIcon::Information);
+    const int row = typedProject_ ? -1 : FindProject(ProjectNumber, ProjectName);
+    const bool listed = row >= 0 && !ProjectList[static_cast<std::size_t>(row)].temporary;
+    utility_->ShowMessage(
+        listed ? L"This " + WorkUnit +
+                     L" cannot be edited here: its row in the database has no number in the column "
+                     L"ProjectID."
+               : L"Select the " + WorkUnit + L" to edit from the list first.",
+        L"Edit a " + WorkUnit, MessageButtons::Ok, MessageIcon::Information);
     return;
   }
   SaveAsName = frmPostroveEvent_->txtSaveAsName.Text();

@@ -142,7 +142,7 @@ bool clsPostrove::WriteProjectInfo(forms::frmProjInfo& form) {
 void clsPostrove::ShowSavedProject() {
   std::vector<Project> temporary;
   for (const Project& project : ProjectList) {
-    if (project.id == 0) temporary.push_back(project);
+    if (project.temporary) temporary.push_back(project);
   }
   GetProjectList();
 

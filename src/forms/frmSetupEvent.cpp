@@ -371,7 +371,8 @@ void clsPostrove::ReturnToSaveDialog(forms::frmSetup& form) {
   SaveAsName = saveDialog->txtSaveAsName.Text();
   // A typed project is looked up when the message is saved.
   const auto row = std::find_if(ProjectList.begin(), ProjectList.end(), [this](const Project& one) {
-    return one.id != 0 && one.id == ProjectID && one.number == ProjectNumber;
+    return one.id == ProjectID && one.number == ProjectNumber &&
+           (one.id != 0 || one.name == ProjectName);
   });
   if (!typedProject_ && row != ProjectList.end()) {
     SelectProject(static_cast<int>(row - ProjectList.begin()));

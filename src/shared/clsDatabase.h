@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -10,9 +12,9 @@ namespace postrove {
 // One value of a row. The empty alternative is a NULL.
 using Cell = std::variant<std::monostate, bool, std::int64_t, double, std::wstring>;
 
-// The rows of a query: rows[row][field], fields in the order of the statement. Empty when there are
-// none.
-using Rows = std::vector<std::vector<Cell>>;
+// The fields of a row in the order of the statement, and the rows of a query; none is empty.
+using Row = std::vector<Cell>;
+using Rows = std::vector<Row>;
 
 // The shared database object (held in gDatabase): where and how the project database is reached,
 // and the two operations on it. It lives as long as the server is loaded.
@@ -42,11 +44,21 @@ class clsDatabase {
   // True once Prepare has run.
   virtual bool IsReady() const = 0;
 
-  // Runs a query.
-  virtual Rows OpenRecordset(const std::wstring& statement) = 0;
+  // Runs a query and hands each row to `visit`, which may take the cells. A failure can come after
+  // some rows; what `visit` throws ends the query and is passed on.
+  virtual void ReadRecordset(const std::wstring& statement,
+                             const std::function<void(Row& row)>& visit) = 0;
 
-  // Runs a statement that gives no rows back (option value 128 of the original interface).
-  virtual void Execute(const std::wstring& statement) = 0;
+  // Runs a query: all its rows.
+  Rows OpenRecordset(const std::wstring& statement) {
+    Rows rows;
+    ReadRecordset(statement, [&rows](Row& row) { rows.push_back(std::move(row)); });
+    return rows;
+  }
+
+  // Runs a statement that gives no rows back (option value 128 of the original interface). The
+  // number of rows that it changed, -1 when the provider does not tell.
+  virtual std::int64_t Execute(const std::wstring& statement) = 0;
 };
 
 }  // namespace postrove

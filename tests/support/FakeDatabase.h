@@ -25,6 +25,9 @@ class FakeDatabase : public clsDatabase {
  public:
   using Handler = std::function<Rows(const RanStatement&)>;
 
+  // What a statement that is not a query answers.
+  std::int64_t changedRows = 1;
+
   void SetRows(const std::wstring& query, Rows rows) { rows_[query] = std::move(rows); }
 
   // For statements without rows of their own; it may throw. What it returns for one that is not a
@@ -42,8 +45,14 @@ class FakeDatabase : public clsDatabase {
 
   void Prepare() override { prepared_ = true; }
   bool IsReady() const override { return prepared_; }
-  Rows OpenRecordset(const std::wstring& statement) override { return Run({true, statement}); }
-  void Execute(const std::wstring& statement) override { Run({false, statement}); }
+  void ReadRecordset(const std::wstring& statement,
+                     const std::function<void(Row&)>& visit) override {
+    for (Row& row : Run({true, statement})) visit(row);
+  }
+  std::int64_t Execute(const std::wstring& statement) override {
+    Run({false, statement});
+    return changedRows;
+  }
 
  private:
   Rows Run(RanStatement statement) {

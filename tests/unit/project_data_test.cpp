@@ -18,12 +18,19 @@ TEST(ProjectSql, StatementsToTheLetter) {
   EXPECT_EQ(sql::GreatestProjectNumber(), L"SELECT max([Project Number]) FROM Project;");
   EXPECT_EQ(sql::FindProjectNumber(L"O'1"),
             L"SELECT [Project Number] FROM Project WHERE [Project Number] = 'O'1'; ");
-  EXPECT_EQ(sql::InsertProject({L"1'2", L"O''Hara", L"P:\\x'", true}),
-            L"INSERT INTO Project ([Project Number], [Project Name], ProjFilePath, [Active]) "
-            L"VALUES ('1''2', 'O''''Hara', 'P:\\x''', True);");
-  EXPECT_EQ(sql::UpdateProject({L"1", L"Mill", L"", false}, 42),
-            L"UPDATE Project SET [Project Number] = '1', [Project Name] = 'Mill', [ProjFilePath] = "
-            L"'', [Active] = False WHERE ProjectID = 42;");
+  const std::wstring insert =
+      L"INSERT INTO Project ([Project Number], [Project Name], ProjFilePath, [Active]) "
+      L"VALUES ('1''2', 'O''''Hara', 'P:\\x''', ";
+  const std::wstring update =
+      L"UPDATE Project SET [Project Number] = '1', [Project Name] = 'Mill', [ProjFilePath] = '', "
+      L"[Active] = ";
+  for (const bool server : {false, true}) {
+    const std::wstring type = server ? L"sqlserver" : L"Access";
+    EXPECT_EQ(sql::InsertProject({L"1'2", L"O''Hara", L"P:\\x'", true}, type),
+              insert + (server ? L"'True');" : L"True);"));
+    EXPECT_EQ(sql::UpdateProject({L"1", L"Mill", L"", false}, 42, type),
+              update + (server ? L"'False'" : L"False") + L" WHERE ProjectID = 42;");
+  }
 }
 
 TEST(ProjectSql, NextNumber) {
@@ -52,16 +59,21 @@ class ProjectData : public ::testing::Test {
 TEST_F(ProjectData, ReadsWhateverTheColumnsHold) {
   product_.database->SetRows(list_, {{L"2231", L"Mill", L"P:\\Mill", true, std::int64_t{7}},
                                      {std::int64_t{17}, L"Padded   ", Cell(), std::int64_t{1}, 8.0},
-                                     {Cell(), L"\x0395\x03C1\x03B3\x03BF", L"", L"true", L"9"}});
+                                     {Cell(), L"\x0395\x03C1\x03B3\x03BF", L"", L"true", L"9"},
+                                     {L"", L"", L"", -1.0, std::int64_t{0x100000001}},
+                                     {L"", L"", L"", true, L"12-A"},
+                                     {L"", L"", L"", true, Cell()},
+                                     {L"", L"", L"", true, 1e300}});
   product_.Controller().GetProjectList();
   const std::vector<Project>& list = product_.Controller().ProjectList;
-  ASSERT_EQ(list.size(), 3u);
+  const std::int64_t kKeys[] = {7, 8, 9, 0x100000001, 0, 0, 0};
+  ASSERT_EQ(list.size(), std::size(kKeys));
   EXPECT_EQ(list[0].filePath, L"P:\\Mill");
   EXPECT_EQ(list[1].number + L"|" + list[1].name + L"|" + list[1].filePath, L"17|Padded|");
   EXPECT_EQ(list[2].number, L"");
   for (std::size_t row = 0; row < list.size(); ++row) {
     EXPECT_TRUE(list[row].active);
-    EXPECT_EQ(list[row].id, static_cast<std::int32_t>(row) + 7);
+    EXPECT_EQ(list[row].id, kKeys[row]);
   }
 }
 

@@ -124,7 +124,7 @@ TEST_F(ProjectDialog, AddsFromScratchAndFilesIntoTheNewFolder) {
   EXPECT_TRUE(
       product_.utility->OpenedDocuments().back().ends_with(L"/PostroveHelp_files/howtouse.htm"));
   EXPECT_EQ(writes_, std::vector<std::wstring>{
-                         sql::InsertProject({L"2232", L"Bridge", L"D:\\Files", true})});
+                         sql::InsertProject({L"2232", L"Bridge", L"D:\\Files", true}, L"Access")});
   EXPECT_EQ(saved_, std::vector<std::wstring>{L"D:\\Files\\Corr_Out\\Mine.msg"});
   const auto& actions = product_.forms->actions;
   EXPECT_EQ(std::count(actions.begin(), actions.end(), L"lower frmPostrove"), 2);
@@ -178,9 +178,10 @@ TEST_F(ProjectDialog, EditsTheChosenProjectAndCancelTakesBack) {
          form.chkProjActive.UserClicked();
          Save(form);
        }});
-  EXPECT_EQ(writes_, (std::vector<std::wstring>{
-                         sql::UpdateProject({L"7a", L"Harbour", L"C:\\Projects", true}, 4),
-                         sql::UpdateProject({L"7a", L"Harbour", L"C:\\Projects\\", false}, 4)}));
+  EXPECT_EQ(writes_,
+            (std::vector<std::wstring>{
+                sql::UpdateProject({L"7a", L"Harbour", L"C:\\Projects", true}, 4, L"Access"),
+                sql::UpdateProject({L"7a", L"Harbour", L"C:\\Projects\\", false}, 4, L"Access")}));
   EXPECT_EQ(saved_, std::vector<std::wstring>{L"C:\\Projects\\Corr_Out\\Minutes.msg"});
 }
 
@@ -367,6 +368,49 @@ TEST_F(ProjectDialog, AFailedWriteKeepsTheEntriesAndTheProjectBefore) {
         Cancel(form);
       }});
   EXPECT_EQ(saved_, std::vector<std::wstring>{L"D:\\Files\\Corr_Out\\Minutes.msg"});
+}
+
+TEST_F(ProjectDialog, ARowThatSomebodyDeletedIsNotReportedAsSaved) {
+  Start();
+  Click(
+      [](forms::frmPostrove& dialog) {
+        dialog.cboPostrove.UserPicked(0);
+        dialog.cmdPostrove(forms::kEditProjectButton).UserClicked();
+      },
+      {[this](forms::frmProjInfo& form) {
+        product_.database->changedRows = 0;
+        product_.utility->ExpectMessage();
+        Save(form);
+        EXPECT_EQ(product_.utility->Messages().back().title, L"Cannot Save");
+        EXPECT_FALSE(form.IsUnloaded());
+        product_.database->changedRows = -1;  // the provider does not tell
+        Save(form);
+        EXPECT_TRUE(form.IsUnloaded());
+      }});
+}
+
+TEST_F(ProjectDialog, ARowWithoutAKeyIsListedOnceAndSaysWhyItIsNotEdited) {
+  Start();
+  written = {{L"7", L"Harbour", L"D:\\Files", true, Cell()}};
+  product_.database->SetRows(list_, written);
+  product_.utility->ExpectMessage();
+  product_.utility->ExpectMessage(MessageAnswer::No);
+  Click(
+      [this](forms::frmPostrove& dialog) {
+        dialog.cboPostrove.UserPicked(0);
+        dialog.cmdPostrove(forms::kEditProjectButton).UserClicked();
+        EXPECT_EQ(product_.utility->Messages().back().text,
+                  L"This Project cannot be edited here: its row in the database has no number in "
+                  L"the column ProjectID.");
+        product_.Controller().ProjectNumber = L"17";
+        product_.Controller().ProjectName = L"Quay Wall";
+        product_.Controller().ResolveSubjectProject();
+        dialog.cmdPostrove(forms::kAddProjectButton).UserClicked();
+        EXPECT_EQ(
+            dialog.cboPostrove.Items(),
+            (std::vector<std::wstring>{L"Harbour: 7", L"New Project: 2232", L"Quay Wall: 17"}));
+      },
+      {Save});
 }
 
 // Outlook can quit during the question or while the dialog is open, before or after the save dialog

@@ -20,22 +20,25 @@ class OleDbDatabase final : public clsDatabase {
 
   bool IsReady() const override { return !candidates_.empty(); }
 
-  Rows OpenRecordset(const std::wstring& statement) override {
+  void ReadRecordset(const std::wstring& statement,
+                     const std::function<void(Row&)>& visit) override {
     constexpr wchar_t kSource[] = L"clsDatabase.OpenRecordset()";
     const ComPtr<ICommandText> command = CreateCommand(statement, kSource);
     ComPtr<IUnknown> result;
     ole_db::Check(command->Execute(nullptr, IID_IRowset, nullptr, nullptr, result.GetAddressOf()),
                   kSource);
-    if (!result) return {};  // the statement was none that gives rows
-    return ole_db::ReadRows(ole_db::Query<IRowset>(result.Get(), IID_IRowset, kSource).Get(),
-                            kSource);
+    if (!result) return;  // the statement was none that gives rows
+    ole_db::ReadRows(ole_db::Query<IRowset>(result.Get(), IID_IRowset, kSource).Get(), visit,
+                     kSource);
   }
 
-  void Execute(const std::wstring& statement) override {
+  std::int64_t Execute(const std::wstring& statement) override {
     constexpr wchar_t kSource[] = L"clsDatabase.Execute()";
+    DBROWCOUNT changed = DB_COUNTUNAVAILABLE;
     ole_db::Check(
-        CreateCommand(statement, kSource)->Execute(nullptr, IID_NULL, nullptr, nullptr, nullptr),
+        CreateCommand(statement, kSource)->Execute(nullptr, IID_NULL, nullptr, &changed, nullptr),
         kSource);
+    return changed;
   }
 
  private:

@@ -180,9 +180,9 @@ Cell ToCell(Field& field, const Column& column, const wchar_t* source) {
 
 // `fields`, one for each column, are the room that the provider writes to; what the row before left
 // there is dropped.
-std::vector<Cell> ReadRow(IRowset* rowset, HROW row, const Accessor& accessor,
-                          const std::vector<Column>& columns, std::vector<Field>& fields,
-                          const wchar_t* source) {
+void ReadRow(IRowset* rowset, HROW row, const Accessor& accessor,
+             const std::vector<Column>& columns, std::vector<Field>& fields, Row& cells,
+             const wchar_t* source) {
   for (Field& field : fields) {
     VariantClear(field.value.Get());
     field.status = DBSTATUS_E_UNAVAILABLE;
@@ -190,28 +190,26 @@ std::vector<Cell> ReadRow(IRowset* rowset, HROW row, const Accessor& accessor,
   const HRESULT result = rowset->GetData(row, accessor.Handle(), fields.data());
   // Then the fields tell which of them it was.
   if (result != DB_E_ERRORSOCCURRED) Check(result, source);
-  std::vector<Cell> cells;
-  cells.reserve(columns.size());
+  cells.clear();
   for (std::size_t i = 0; i < columns.size(); ++i) {
     cells.push_back(ToCell(fields[i], columns[i], source));
   }
-  return cells;
 }
 
 }  // namespace
 
-Rows ReadRows(IRowset* rowset, const wchar_t* source) {
+void ReadRows(IRowset* rowset, const std::function<void(Row& row)>& visit, const wchar_t* source) {
   const std::vector<Column> columns = ColumnsOf(rowset, source);
   const Accessor accessor(rowset, columns, source);
   std::vector<Field> fields(columns.size());
-  Rows rows;
+  Row cells;
   RowBlock block(rowset);
   while (block.Fetch(source)) {
     for (const HROW row : block) {
-      rows.push_back(ReadRow(rowset, row, accessor, columns, fields, source));
+      ReadRow(rowset, row, accessor, columns, fields, cells, source);
+      visit(cells);
     }
   }
-  return rows;
 }
 
 }  // namespace postrove::ole_db
