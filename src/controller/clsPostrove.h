@@ -246,6 +246,7 @@ class clsPostrove final : public forms::frmPostroveEvents,
   void ReadSharedDatabaseSettings();
   void ReadOwnDatabaseSettings();
   void SearchForDatabase();
+  void CheckDatabase(const std::wstring& folder);
   std::wstring OwnDatabaseFolder();
   bool FindDatabaseAgain();
   void RequireDatabase() const;
@@ -253,14 +254,7 @@ class clsPostrove final : public forms::frmPostroveEvents,
   // What to do about a file that is to move: a folder that already holds one of its name is asked
   // about, and never is that one replaced.
   enum class Move { Copy, UseExisting, Refused };
-  struct MovedFile {
-    std::wstring original;
-    std::wstring dated;  // the original under its new name
-    std::wstring target;
-  };
-  void TakeBackDbMove();
   Move PlanMove(const std::wstring& file, const std::wstring& folder, const std::wstring& name);
-  std::wstring FreeDatedName(const std::wstring& folder) const;
 
   // A label text, or `fallback` when the label file has none there.
   std::wstring Label(std::size_t block, std::size_t index, const std::wstring& fallback) const;
@@ -379,7 +373,6 @@ class clsPostrove final : public forms::frmPostroveEvents,
   bool quillionInstalled_ = false;
   bool useQuillion_ = false;
   bool databaseFound_ = false;
-  std::optional<MovedFile> movedDatabase_;
   LabelTable labels_;
 
   office::CommandBarButton mcbPostroveMenuButton_;

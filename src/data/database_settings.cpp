@@ -1,4 +1,5 @@
 #include "controller/clsPostrove.h"
+#include "data/project_sql.h"
 #include "shared/text.h"
 
 // The controller's database settings: where the project database is and how it is reached.
@@ -78,7 +79,8 @@ void clsPostrove::ReadOwnDatabaseSettings() {
 
 void clsPostrove::SearchForDatabase() {
   clsDatabase& database = *database_;
-  while (!utility_->FileExists(database.DBPath, database.DbName)) {
+  bool found = utility_->FileExists(database.DBPath, database.DbName);
+  while (!found) {
     const std::wstring chosen = utility_->BrowseForFolder(
         L"\"" + database.DbName + L"\" was not found in \"" + database.DBPath + L"\"." + kBreak +
         L"Select the Server Folder where the Postrove database is located. " + kBreak +
@@ -92,9 +94,26 @@ void clsPostrove::SearchForDatabase() {
                       L"assistance.");
     }
     database.DBPath = text::NormaliseFolder(chosen);
-    if (utility_->FileExists(database.DBPath, database.DbName)) {
+    found = utility_->FileExists(database.DBPath, database.DbName) &&
+            Reporting(*utility_, L"clsPostrove", L"GetDataBaseSettings()",
+                      [&] { CheckDatabase(database.DBPath); });
+    if (found) {
       WriteSetupToBoth(L"PostroveDBPath", database.DBPath, utility_->IniFile(), LocalIniFile());
     }
+  }
+}
+
+// A file of the right name can be half a database, or none. Throws Error for what cannot be read;
+// the database object is prepared for the file all the same.
+void clsPostrove::CheckDatabase(const std::wstring& folder) {
+  database_->DBFullPath = folder + database_->DbName;
+  database_->Prepare();
+  try {
+    database_->ReadRecordset(sql::ListProjects(database_->DbType), [](Row&) {});
+  } catch (const Error& error) {
+    throw Error(error.Number(), error.Source(),
+                text::Quoted(database_->DBFullPath) + L" cannot be used as the project database. " +
+                    error.Description());
   }
 }
 

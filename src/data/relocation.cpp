@@ -1,8 +1,8 @@
 #include "controller/clsPostrove.h"
+#include "data/file_move.h"
 #include "shared/text.h"
 
-// Moving the database and the settings file to another folder. A file is copied, the copy is
-// compared byte for byte, and only then the old one goes; whatever fails on the way is undone.
+// Moving the database and the settings file to another folder.
 namespace postrove {
 
 namespace {
@@ -21,25 +21,17 @@ constexpr struct {
 // No value of a settings file: it cannot hold this character.
 constexpr wchar_t kMissing[] = L"\n";
 
-// Copies a file to a path where none is, and compares. Throws Error; nothing is then left there.
-void CopyVerified(clsSharedUtil& utility, const std::wstring& from, const std::wstring& to) {
-  utility.DuplicateFile(from, to);
-  if (utility.FilesAreEqual(from, to)) return;
-  utility.RemoveFile(to);
-  throw Error(kPathFileAccess, L"clsPostrove",
-              L"The copy \"" + to + L"\" is not the same as \"" + from + L"\".");
-}
-
-}  // namespace
-
-std::wstring clsPostrove::FreeDatedName(const std::wstring& folder) const {
-  const std::wstring stem = L"Moved_By_Postrove" + utility_->Today();
+// A name for what stays of a moved database.
+std::wstring FreeDatedName(clsSharedUtil& utility, const std::wstring& folder) {
+  const std::wstring stem = L"Moved_By_Postrove" + utility.Today();
   std::wstring name = stem + L".mdb";
-  for (int n = 2; utility_->FileExists(folder, name); ++n) {
+  for (int n = 2; utility.FileExists(folder, name); ++n) {
     name = stem + L"_" + text::FromNumber(n) + L".mdb";
   }
   return folder + name;
 }
+
+}  // namespace
 
 clsPostrove::Move clsPostrove::PlanMove(const std::wstring& file, const std::wstring& folder,
                                         const std::wstring& name) {
@@ -62,35 +54,39 @@ clsPostrove::Move clsPostrove::PlanMove(const std::wstring& file, const std::wst
 
 bool clsPostrove::SetNewDbLocation(const std::wstring& folder) {
   bool moved = false;
-  movedDatabase_.reset();
   Reporting(*utility_, L"clsPostrove", L"SetNewDbLocation()", [&] {
     if (useQuillion_) return;  // the database is Quillion's
-    const std::wstring file = database_->DBPath + database_->DbName;
-    const std::wstring target = folder + database_->DbName;
-    const Move move = PlanMove(file, folder, database_->DbName);
+    const std::wstring before = database_->DBPath;
+    const std::wstring name = database_->DbName;
+    const Move move = PlanMove(before + name, folder, name);
+    if (move == Move::Refused) return;
+
+    constexpr wchar_t kKey[] = L"PostroveDBPath";
+    const std::wstring files[] = {utility_->IniFile(), LocalIniFile()};
+    const std::wstring named[] = {ReadSetup(kKey, before, files[0]),
+                                  ReadSetup(kKey, before, files[1])};
+    std::size_t stored = 0;
+    const auto store = [&] {
+      for (; stored < std::size(files); ++stored) WriteSetup(kKey, folder, files[stored]);
+    };
+    const auto takeBack = [&] {
+      for (std::size_t i = 0; i < stored; ++i) WriteSetup(kKey, named[i], files[i]);
+    };
     if (move == Move::Copy) {
-      // The renaming comes first: it fails while anybody has the file open, and from then on nobody
-      // can add a row that the copy would miss. The renamed file is the dated copy that stays.
-      const std::wstring dated = FreeDatedName(database_->DBPath);
-      utility_->RenameFile(file, dated);
+      MoveDatabase(*utility_, before + name, folder + name, FreeDatedName(*utility_, before), store,
+                   takeBack);
+    } else {
+      CheckDatabase(folder);
       try {
-        CopyVerified(*utility_, dated, target);
+        store();
       } catch (const Error&) {
-        utility_->RenameFile(dated, file);
+        takeBack();
         throw;
       }
-      movedDatabase_ = MovedFile{file, dated, target};
     }
-    moved = move != Move::Refused;
+    moved = true;
   });
   return moved;
-}
-
-void clsPostrove::TakeBackDbMove() {
-  if (!movedDatabase_) return;
-  utility_->RenameFile(movedDatabase_->dated, movedDatabase_->original);
-  utility_->RemoveFile(movedDatabase_->target);
-  movedDatabase_.reset();
 }
 
 bool clsPostrove::SetNewIniLocation(const std::wstring& folder) {
@@ -112,7 +108,7 @@ bool clsPostrove::SetNewIniLocation(const std::wstring& folder) {
     if (move == Move::Copy) {
       // Without a file yet there is nothing to copy; storing what is in use makes one.
       if (utility_->FileSize(file) < 0) WriteSetup(L"Root", Root, file);
-      CopyVerified(*utility_, file, target);
+      CopyIntoPlace(*utility_, file, target);
     }
     moved = move != Move::Refused;
   });

@@ -92,17 +92,6 @@ std::wstring clsPostrove::WriteDefault(int index, const forms::frmSetup& setup) 
       break;
     case forms::kSetupDatabase:
       if (SetNewDbLocation(folder())) {
-        try {
-          WriteSetupToBoth(L"PostroveDBPath", folder(), file, LocalIniFile());
-        } catch (const Error&) {
-          TakeBackDbMove();  // nobody would find it
-          try {
-            WriteSetup(L"PostroveDBPath", database_->DBPath, file);
-          } catch (const Error&) {
-            // It could not be written before either.
-          }
-          throw;
-        }
         database_->DBPath = folder();
         database_->DBFullPath = database_->DBPath + database_->DbName;
         return L"You have changed the database location to " + folder() + L".\r\n";

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -57,8 +58,12 @@ class clsSharedUtil {
   // (a drive's root keeps its own), or empty text when the user cancels.
   virtual std::wstring BrowseForFolder(const std::wstring& prompt) = 0;
 
-  // Copies a file, with its folder made as needed, to a path where none is yet. Throws Error; what
-  // was begun there is then removed.
+  // Keeps a file from being opened for writing by anybody until the answer goes; it can be read and
+  // renamed. Throws Error when it is open in a way that forbids that, as a database in use is.
+  virtual std::shared_ptr<void> HoldFile(const std::wstring& path) = 0;
+
+  // Copies a file's bytes to the disk, with the folder made as needed, at a path where no file is
+  // yet. Throws Error; where the connection is lost a part of the copy can be left.
   virtual void DuplicateFile(const std::wstring& from, const std::wstring& to) = 0;
 
   // True when both files can be read to their ends and hold the same bytes.

@@ -6,6 +6,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -70,6 +71,17 @@ class FakeSharedUtil : public clsSharedUtil {
   // The n-th file operation from now on fails, 1 being the next: it throws Error where it can, else
   // it answers as for a missing file.
   void FailFileOperation(int n) { failing_ = operations_ + n; }
+
+  // The process dies at the n-th file operation: neither that nor any later one does anything.
+  struct ProcessDied {};
+  void DieAtFileOperation(int n) { dying_ = operations_ + n; }
+
+  // What other users do before each file operation.
+  std::function<void()> otherUsers;
+
+  // The disk of a process that died.
+  void TakeFilesOf(const FakeSharedUtil& other) { entries_ = other.entries_; }
+
   int FileOperations() const { return operations_; }
 
   // What happened. The bytes of a file, or nothing when there is none.
@@ -78,6 +90,7 @@ class FakeSharedUtil : public clsSharedUtil {
     if (!entry || entry->folder) return std::nullopt;
     return entry->bytes;
   }
+  bool IsHeld(const std::wstring& path) const { return held_.contains(Key(path)); }
   bool HasFolderOf(const std::wstring& path) const {
     const Entry* entry = Find(Parent(Plain(path)));
     return entry && entry->folder;
@@ -116,12 +129,16 @@ class FakeSharedUtil : public clsSharedUtil {
     }
     Fail(L"Cannot make the folder", folder);
   }
+  std::shared_ptr<void> HoldFile(const std::wstring& path) override {
+    if (NextOperationFails() || !File(path)) Fail(L"Cannot hold the file", path);
+    held_.insert(Key(path));
+    return {this, [path](FakeSharedUtil* self) { self->held_.erase(Key(path)); }};
+  }
   void DuplicateFile(const std::wstring& from, const std::wstring& to) override {
-    const std::optional<std::string> bytes = File(from);
-    if (NextOperationFails() || !bytes || Find(to) || !Find(Root(to))) {
-      Fail(L"Cannot copy the file to", to);
-    }
-    AddFile(to, *bytes);
+    const bool wanted = File(from) && !Find(to) && Find(Root(to));
+    if (wanted && !Died()) AddFile(to, File(from)->substr(0, File(from)->size() / 2));
+    if (NextOperationFails() || !wanted) Fail(L"Cannot copy the file to", to);
+    AddFile(to, *File(from));
   }
   bool FilesAreEqual(const std::wstring& one, const std::wstring& other) override {
     return !NextOperationFails() && File(one) && File(one) == File(other);
@@ -215,7 +232,13 @@ class FakeSharedUtil : public clsSharedUtil {
     const auto found = entries_.find(Key(path));
     return path.empty() || found == entries_.end() ? nullptr : &found->second;
   }
-  bool NextOperationFails() { return ++operations_ == failing_; }
+  bool Died() const { return dying_ > 0 && operations_ >= dying_; }
+  bool NextOperationFails() {
+    ++operations_;
+    if (Died()) throw ProcessDied();
+    if (otherUsers) otherUsers();
+    return operations_ == failing_;
+  }
   [[noreturn]] static void Fail(const std::wstring& what, const std::wstring& path) {
     throw Error(kPathFileAccess, L"FakeSharedUtil",
                 what + L" \"" + path + L"\": Access is denied.");
@@ -247,6 +270,8 @@ class FakeSharedUtil : public clsSharedUtil {
   MessageAnswer questions_ = MessageAnswer::No;
   int operations_ = 0;
   int failing_ = 0;
+  int dying_ = 0;
+  std::set<std::wstring> held_;
 };
 
 }  // namespace postrove::testing

@@ -27,17 +27,28 @@ TEST_F(Settings, OwnDatabaseIsSearchedForWithTheUser) {
   product_.utility->Remove(kLocalFolder + L"Postrove.mdb");
   product_.utility->AddFolder(L"S:\\Empty");
   product_.utility->AddFile(L"S:\\Db\\Postrove.mdb");
-  product_.utility->ExpectBrowse(L"S:\\Empty");
-  product_.utility->ExpectBrowse(L"S:\\Db");
+  product_.utility->AddFile(L"S:\\Half\\Postrove.mdb");
+  for (const wchar_t* folder : {L"S:\\Half", L"S:\\Empty", L"S:\\Db"}) {
+    product_.utility->ExpectBrowse(folder);
+  }
+  product_.utility->ExpectMessage();
+  product_.database->SetHandler([this](const RanStatement& ran) -> Rows {
+    EXPECT_EQ(ran.text, sql::ListProjects(L"Access"));
+    if (product_.database->DBFullPath != L"S:\\Half\\Postrove.mdb") return {};
+    throw Error(static_cast<long>(0x80004005), L"Test", L"Unrecognized database format.");
+  });
   product_.Start();
+  EXPECT_TRUE(product_.utility->Messages().at(0).text.starts_with(
+      L"\"S:\\Half\\Postrove.mdb\" cannot be used as the project database. Unrecognized database "
+      L"format."));
   EXPECT_EQ(product_.database->DBPath, L"S:\\Db\\");
   EXPECT_EQ(product_.database->DBFullPath, L"S:\\Db\\Postrove.mdb");
   EXPECT_EQ(product_.database->DBServer, L"S:\\Db\\Postrove.mdb");
   EXPECT_EQ(product_.database->UID + L"|" + product_.database->Pwd, L"admin|");
   EXPECT_EQ(Ini(), "[Setup]\r\nPostroveDBPath=S:\\Db\\\r\n");
   const auto& prompts = product_.utility->BrowsePrompts();
-  ASSERT_EQ(prompts.size(), 2u);
-  EXPECT_EQ(prompts[1],
+  ASSERT_EQ(prompts.size(), 3u);
+  EXPECT_EQ(prompts[2],
             L"\"Postrove.mdb\" was not found in \"S:\\Empty\\\".\r\nSelect the Server Folder where "
             L"the Postrove database is located. \r\nIf not known, ask the person in your "
             L"organization responsible for your network for the location.");
@@ -106,17 +117,19 @@ TEST_F(Settings, MovingTheDatabaseKeepsADatedCopy) {
 }
 
 TEST_F(Settings, ATargetThatHoldsADatabaseIsAskedAboutAndNeverReplaced) {
-  for (const MessageAnswer answer : {MessageAnswer::Yes, MessageAnswer::No}) {
+  enum class Target { Used, Refused, Damaged };
+  for (const Target target : {Target::Used, Target::Refused, Target::Damaged}) {
     Product product;
     product.utility->AddFile(kLocalFolder + L"Postrove.mdb", "mine");
     product.utility->AddFile(L"S:\\New\\Postrove.mdb", "theirs");
     product.Start();
-    product.utility->ExpectMessage(answer);
-    if (answer == MessageAnswer::Yes) product.utility->ExpectMessage();
+    const bool refused = target == Target::Refused, used = target == Target::Used;
+    product.utility->ExpectMessage(refused ? MessageAnswer::No : MessageAnswer::Yes);
+    if (!refused) product.utility->ExpectMessage();
+    if (target == Target::Damaged) product.database->FailOperation(1);
     forms::frmSetup setup({});
     setup.txtSetup(4).SetText(L"S:\\New");
     product.Controller().PostroveDefaultsSave(4, setup);
-    const bool used = answer == MessageAnswer::Yes;
     EXPECT_EQ(product.database->DBPath, used ? L"S:\\New\\" : kLocalFolder);
     EXPECT_EQ(product.utility->File(kLocalIni).has_value(), used);
     EXPECT_EQ(product.utility->File(L"S:\\New\\Postrove.mdb"), "theirs");
@@ -124,56 +137,63 @@ TEST_F(Settings, ATargetThatHoldsADatabaseIsAskedAboutAndNeverReplaced) {
   }
 }
 
-// Each step of a move fails in turn: the old place stays in use with its bytes, and nothing is left
-// at the new one.
-TEST_F(Settings, AFailedMoveLeavesEverythingAsItWas) {
-  const struct {
-    int field;
-    std::vector<int> steps;  // operations that change or compare; the others only look
-  } cases[] = {{4, {3, 4, 5}}, {5, {3, 4}}};
-  for (const auto& one : cases) {
-    for (const int step : one.steps) {
-      SCOPED_TRACE(::testing::Message() << "field " << one.field << ", operation " << step);
-      Product product;
-      product.utility->AddFile(kLocalFolder + L"Postrove.mdb", "rows");
-      product.utility->AddFile(kLocalIni, "[Setup]\r\nRoot=P:\\\r\n");
-      product.utility->AddFolder(L"S:\\");
-      product.Start();
-      clsPostrove& controller = product.Controller();
-      product.utility->FailFileOperation(step);
-      product.utility->ExpectMessage();
-      EXPECT_FALSE(one.field == 4 ? controller.SetNewDbLocation(L"S:\\New\\")
-                                  : controller.SetNewIniLocation(L"S:\\New\\"));
-      EXPECT_EQ(product.utility->Files(),
-                (std::vector<std::wstring>{kLocalIni, kLocalFolder + L"Postrove.mdb"}));
-      EXPECT_EQ(product.utility->File(kLocalIni), "[Setup]\r\nRoot=P:\\\r\n");
-    }
-  }
-}
-
-// The folder goes to the current file first, then to the local one; a move that cannot be stored is
-// taken back.
-TEST_F(Settings, TheDatabaseFolderIsStoredInBothFiles) {
-  for (const bool storable : {true, false}) {
-    Product product;
-    product.utility->AddFile(kLocalFolder + L"Postrove.mdb", "rows");
-    product.utility->AddFile(kLocalIni, "[Setup]\r\nPostroveSettingsPath=S:\\Set\\\r\n");
-    product.utility->AddFile(L"S:\\Set\\Postrove.ini", "[Setup]\r\n");
-    product.Start();
-    if (!storable) product.utility->SetReadOnly(kLocalIni);
-    product.utility->ExpectMessage();
+// Each file operation of a move, or of the use of a database that is there, fails in turn, or the
+// process dies at it, while another user adds a row whenever the database that the settings name
+// can be written: they name a whole database with every row, what failed has left nothing, and the
+// next try succeeds.
+TEST_F(Settings, AMoveOfTheDatabaseLosesNothingAtAnyMoment) {
+  const std::wstring old = kLocalFolder + L"Postrove.mdb", there = L"S:\\New\\Postrove.mdb";
+  const std::wstring current = L"S:\\Set\\Postrove.ini";
+  const auto move = [](Product& product) {
+    product.utility->AnswerTheRest(MessageAnswer::Yes);
     forms::frmSetup setup({});
-    setup.txtSetup(4).SetText(L"S:\\Db");
+    setup.txtSetup(4).SetText(L"S:\\New");
     product.Controller().PostroveDefaultsSave(4, setup);
-    EXPECT_EQ(product.utility->File(L"S:\\Set\\Postrove.ini"),
-              "[Setup]\r\nPostroveDBPath=" + (storable ? "S:\\Db\\" : text::ToUtf8(kLocalFolder)) +
-                  "\r\n");
-    EXPECT_EQ(product.utility->File(kLocalIni),
-              storable ? "[Setup]\r\nPostroveSettingsPath=S:\\Set\\\r\nPostroveDBPath=S:\\Db\\\r\n"
-                       : "[Setup]\r\nPostroveSettingsPath=S:\\Set\\\r\n");
-    EXPECT_EQ(product.utility->File(L"S:\\Db\\Postrove.mdb").has_value(), storable);
-    EXPECT_EQ(product.utility->File(kLocalFolder + L"Postrove.mdb").has_value(), !storable);
-    EXPECT_EQ(product.database->DBPath, storable ? L"S:\\Db\\" : kLocalFolder);
+  };
+  for (const int variant : {0, 1, 2, 3}) {
+    const bool dies = variant % 2 == 1, taken = variant > 1;
+    for (int n = 1, operations = 1; n <= operations + 1; ++n) {
+      SCOPED_TRACE(::testing::Message() << (taken ? "use " : "move ") << (dies ? "dies" : "fails")
+                                        << " at operation " << n);
+      std::string rows = "rows of the office";
+      Product product;
+      FakeSharedUtil& utility = *product.utility;
+      utility.AddFile(old, rows);
+      if (taken) utility.AddFile(there, "theirs");
+      utility.AddFile(kLocalIni, "[Setup]\r\nPostroveSettingsPath=S:\\Set\\\r\n");
+      utility.AddFile(current, "[Setup]\r\n");
+      product.Start();
+      const std::vector<std::wstring> before = utility.Files();
+      operations = utility.FileOperations();
+      utility.otherUsers = [&] {
+        const bool named = utility.File(current)->find("S:\\New\\") != std::string::npos;
+        const std::wstring& file = named ? there : old;
+        if (!utility.File(file) || utility.IsHeld(file)) return;
+        utility.AddFile(file, *utility.File(file) + "+");
+        rows += "+";
+      };
+      dies ? utility.DieAtFileOperation(n) : utility.FailFileOperation(n);
+      move(product);
+      operations = utility.FileOperations() - operations;
+
+      Product next;
+      next.utility->TakeFilesOf(utility);
+      next.Start();
+      const bool moved = next.database->DBPath == L"S:\\New\\";
+      const std::optional<std::string> found = next.utility->File(next.database->DBFullPath);
+      ASSERT_TRUE(found);
+      EXPECT_TRUE(taken ? found->starts_with(moved ? "theirs" : "rows") : *found == rows);
+      for (const std::wstring& file : {current, kLocalIni}) {
+        const bool named =
+            utility.File(file)->find("PostroveDBPath=S:\\New\\") != std::string::npos;
+        EXPECT_TRUE(dies || named == moved) << text::ToUtf8(file);
+      }
+      EXPECT_TRUE(dies || moved || utility.Files() == before);
+      EXPECT_TRUE(dies || utility.File(old).has_value() == (taken || !moved));
+      EXPECT_TRUE(moved || n <= operations);
+      move(next);
+      EXPECT_EQ(next.database->DBPath, L"S:\\New\\");
+    }
   }
 }
 

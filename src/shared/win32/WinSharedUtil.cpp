@@ -175,12 +175,20 @@ class WinSharedUtil final : public clsSharedUtil {
     return IsFile(Attributes(path)) && LoadWholeFile(path, bytes);
   }
 
+  std::shared_ptr<void> HoldFile(const std::wstring& path) override {
+    // DELETE, so that it cannot be held where the renaming would fail.
+    const HANDLE file =
+        CreateFileW(path.c_str(), GENERIC_READ | DELETE, FILE_SHARE_READ | FILE_SHARE_DELETE,
+                    nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE) {
+      throw PathError(L"HoldFile", L"Cannot reserve the file", path, GetLastError());
+    }
+    return {file, [](HANDLE held) { CloseHandle(held); }};
+  }
+
   void DuplicateFile(const std::wstring& from, const std::wstring& to) override {
     if (const std::wstring folder = ParentFolder(to); !folder.empty()) CreateFolder(folder);
-    // A failed copy leaves nothing; a file that was there before is not touched.
-    if (!CopyFileW(from.c_str(), to.c_str(), TRUE)) {
-      throw PathError(L"DuplicateFile", L"Cannot copy the file to", to, GetLastError());
-    }
+    CopyWholeFile(from, to);
   }
 
   bool FilesAreEqual(const std::wstring& one, const std::wstring& other) override {

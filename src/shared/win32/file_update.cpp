@@ -13,6 +13,7 @@ namespace {
 constexpr wchar_t kSource[] = L"UpdateFile";
 constexpr wchar_t kCannotWrite[] = L"Cannot write the file";
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+constexpr DWORD kBlock = 1 << 20;
 
 class FileHandle {
  public:
@@ -158,6 +159,34 @@ void UpdateWholeFile(const std::wstring& path,
   Check(Retry([&] { return temporary.RenameTo(path); }), path);
 }
 
+void CopyWholeFile(const std::wstring& from, const std::wstring& to) {
+  FileHandle source, copy;
+  DWORD error =
+      Open(from, GENERIC_READ, kShareAll, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, &source);
+  if (error == ERROR_SUCCESS) {
+    error = Open(to, GENERIC_WRITE, 0, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, &copy);
+  }
+  std::string block(kBlock, '\0');
+  DWORD read = 0, written = 0;
+  while (error == ERROR_SUCCESS) {
+    const bool done = ReadFile(source.Get(), block.data(), kBlock, &read, nullptr) &&
+                      WriteFile(copy.Get(), block.data(), read, &written, nullptr) &&
+                      (read > 0 || FlushFileBuffers(copy.Get()));
+    if (!done) {
+      error = GetLastError();
+    } else if (read != written) {
+      error = ERROR_DISK_FULL;
+    } else if (read == 0) {
+      return;
+    }
+  }
+  if (copy.IsOpen()) {
+    copy.Close();
+    DeleteFileW(to.c_str());
+  }
+  throw PathError(L"DuplicateFile", L"Cannot copy the file to", to, error);
+}
+
 bool WholeFilesAreEqual(const std::wstring& one, const std::wstring& other) {
   FileHandle files[2];
   const std::wstring* const paths[] = {&one, &other};
@@ -167,7 +196,6 @@ bool WholeFilesAreEqual(const std::wstring& one, const std::wstring& other) {
       return false;
     }
   }
-  constexpr DWORD kBlock = 1 << 20;
   std::string blocks[2];
   for (;;) {
     for (int i = 0; i < 2; ++i) {

@@ -24,6 +24,10 @@ bool LoadWholeFile(const std::wstring& path, std::string* bytes);
 void UpdateWholeFile(const std::wstring& path,
                      const std::function<std::string(const std::string&)>& change);
 
+// Copies a file's bytes to a path where none is yet and flushes them to the disk. Throws Error; no
+// copy is then left, unless its disk cannot be reached any more.
+void CopyWholeFile(const std::wstring& from, const std::wstring& to);
+
 // True when both files can be read to their ends and hold the same bytes, whatever their size.
 bool WholeFilesAreEqual(const std::wstring& one, const std::wstring& other);
 

@@ -126,5 +126,31 @@ TEST_F(Folders, OpenOnlyWhatIsThere) {
   }
 }
 
+TEST_F(Folders, AHeldFileCanBeCopiedAndRenamedButNotWritten) {
+  const std::wstring path = folder_ / L"a.mdb", copy = folder_ / L"new\\a.mdb";
+  const std::string bytes(3 << 20, 'x');
+  MakeFile(path, bytes);
+  const auto open = [](const std::wstring& file, DWORD access) {
+    return CreateFileW(file.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                       OPEN_EXISTING, 0, nullptr);
+  };
+  const HANDLE reader = open(path, GENERIC_READ);
+  EXPECT_THROW(utility_->HoldFile(path), Error) << "it could not be renamed";
+  CloseHandle(reader);
+  std::shared_ptr<void> held = utility_->HoldFile(path);
+  EXPECT_EQ(open(path, GENERIC_WRITE), INVALID_HANDLE_VALUE);
+  utility_->DuplicateFile(path, copy);
+  EXPECT_TRUE(utility_->FilesAreEqual(path, copy));
+  EXPECT_EQ(Bytes(copy), bytes);
+  EXPECT_THROW(utility_->DuplicateFile(folder_ / L"none", folder_ / L"b.mdb"), Error);
+  EXPECT_THROW(utility_->DuplicateFile(path, copy), Error);
+  EXPECT_EQ(Bytes(copy), bytes);
+  utility_->RenameFile(path, folder_ / L"b.mdb");
+  held.reset();
+  const HANDLE writer = open(folder_ / L"b.mdb", GENERIC_WRITE);
+  EXPECT_NE(writer, INVALID_HANDLE_VALUE);
+  CloseHandle(writer);
+}
+
 }  // namespace
 }  // namespace postrove
