@@ -18,8 +18,6 @@ constexpr int kButtonTop = kHeight - kMargin - kButtonHeight;
 frmFolderMessage::frmFolderMessage(std::weak_ptr<frmFolderMessageEvents> events)
     : Form(L"frmFolderMessage", kWidth, kHeight, false) {
   SetCaption(L" Folder Not Found");
-  // Only the two buttons answer, and an answer is what the caller waits for.
-  closable = false;
 
   // Five lines: a long name between the first and the last line wraps.
   Control& message = Add(ControlKind::TextBox, L"txtFolderMessage", 0, {kMargin, 210, kInner, 1170},
@@ -32,7 +30,8 @@ frmFolderMessage::frmFolderMessage(std::weak_ptr<frmFolderMessageEvents> events)
   message.SetBackColor(kSystemButtonFace);
   // Before the name, which it describes.
   Add(ControlKind::Label, L"lblWarning", -1, {kMargin, 1440, kInner, 1440},
-      L"Click 'OK' to create a new folder. You may edit the folder name before creating it.");
+      L"Click 'OK' to create a new folder. You may edit the folder name before creating it.")
+      .multiLine = true;
   Add(ControlKind::TextBox, L"txtFolderMessage", 1, {kMargin, 2940, kInner, 345}, L"XXXXXXXXXX")
       .SetTag(L"required");
   const int cancelLeft = kWidth - kMargin - kButtonWidth;

@@ -123,14 +123,14 @@ Control& frmPostrove::Design() {
       .isCancel = true;
   addButton(kDefaultsButton, kMargin, 1260, L"&Defaults...", L"Set up the defaults of Postrove",
             kLeft | kBottom);
-  addButton(kHelpButton, kMargin + 1260 + kButtonGap, 1260, L"&Help", L"Show Help",
-            kLeft | kBottom);
+  addButton(kHelpButton, kMargin + 1260 + kButtonGap, 1260, L"&Help", L"Show Help", kLeft | kBottom)
+      .isHelp = true;
 
   Control& webSite =
       Add(ControlKind::Label, L"lblWebSite", -1, {kMargin, 4425, 3300, 240}, kWebSite);
   webSite.anchors = kLeft | kBottom;
   webSite.link = true;
-  webSite.SetForeColor(kLinkBlue);
+  webSite.SetForeColor(kSystemLink);
   webSite.SetToolTip(L"Click here to go to the Postrove website");
   Control& version =
       Add(ControlKind::Label, L"lblVersion", -1, {kMargin, kHeight - 300, 3300, 300});
@@ -152,10 +152,10 @@ void frmPostrove::Connect(std::weak_ptr<frmPostroveEvents> events) {
       raise(&Events::frmPostroveEvent_ButtonClicked, index);
     };
   }
-  // The close button's own work is the form's: it goes as by its title bar.
+  // The close button's own work is the form's.
   cmdPostrove(kCloseButton).onClick = [this, raise] {
     raise(&Events::frmPostroveEvent_ButtonClicked, static_cast<int>(kCloseButton));
-    UserClosed();
+    Unload();
   };
   onUnload = [raise](bool& cancel) { raise(&Events::frmPostroveEvent_FormUnload, cancel); };
   onActivate = [raise] { raise(&Events::frmPostroveEvent_FormActivate); };

@@ -27,8 +27,6 @@ frmProjInfo::frmProjInfo(std::weak_ptr<frmProjInfoEvents> events)
       chkProjActive(Design()),
       rtfFieldHints(Find(L"rtfFieldHints")),
       lblWebSite(Find(L"lblWebSite")) {
-  // Whoever opened the dialog waits for the answer of a button.
-  closable = false;
   Connect(std::move(events));
 }
 
@@ -135,13 +133,13 @@ void frmProjInfo::DesignFoot() {
   const int cancelLeft = kInnerRight - buttonWidth;
   addButton(kProjInfoSave, cancelLeft - 105 - buttonWidth, L"Save", kRight).isDefault = true;
   addButton(kProjInfoCancel, cancelLeft, L"Cancel", kRight).isCancel = true;
-  addButton(kProjInfoHelp, kMargin, L"Help", kLeft);
+  addButton(kProjInfoHelp, kMargin, L"Help", kLeft).isHelp = true;
 
   Control& site =
       Add(ControlKind::Label, L"lblWebSite", -1, {kMargin, siteTop, 3300, kLabelHeight}, kWebSite);
   site.anchors = kLeft | kBottom;
   site.link = true;
-  site.SetForeColor(kLinkBlue);
+  site.SetForeColor(kSystemLink);
 }
 
 void frmProjInfo::Connect(std::weak_ptr<frmProjInfoEvents> events) {

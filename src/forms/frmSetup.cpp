@@ -64,8 +64,6 @@ frmSetup::frmSetup(std::weak_ptr<frmSetupEvents> events)
       cboWorkType(Find(L"cboWorkType")),
       lblSavePathSample(Find(L"lblSavePathSample")),
       rtfFieldHints(Find(L"rtfFieldHints")) {
-  // Closed by its title bar it would keep values that the return button refuses.
-  closable = false;
   Connect(std::move(events));
 }
 
@@ -228,6 +226,7 @@ void frmSetup::DesignSubjectLine() {
   Control& sample = Add(ControlKind::Label, L"lblSavePathSample", -1,
                         {kFieldLeft, RowTop(kEndRow) + 60, kRowRight - kFieldLeft, kSampleHeight});
   sample.mnemonic = false;
+  sample.multiLine = true;
   sample.anchors = kLeft | kTop | kRight;
   sample.SetToolTip(sampleTip);
 }
@@ -254,6 +253,7 @@ void frmSetup::DesignFoot() {
   Control& help = Add(ControlKind::CommandButton, L"cmdSetup", kSetupHelp,
                       {kMargin, buttonsTop, buttonWidth, kButtonHeight}, L"&Help");
   help.anchors = kLeft | kBottom;
+  help.isHelp = true;
   help.SetToolTip(L"Show Help");
 
   const int siteWidth = 2700;
@@ -262,7 +262,7 @@ void frmSetup::DesignFoot() {
                         {left, siteTop, siteWidth, kLabelHeight}, caption);
     site.anchors = kLeft | kBottom;
     site.link = true;
-    site.SetForeColor(kLinkBlue);
+    site.SetForeColor(kSystemLink);
     site.SetToolTip(tip);
   };
   addSite(0, kMargin, kWebSite, L"Click here to go to the Postrove website");

@@ -54,7 +54,8 @@ enum SetupButton { kSetupReturn = 0, kSetupHelp = 1 };
 enum SetupDbType { kSetupOwnDb = 0, kSetupSiblingDb = 1 };
 
 // The defaults setup dialog. It does no work: every control event goes to the events object. Only
-// the return button ends it (Enter and Esc press it), because its listener may refuse.
+// the return button ends it (Enter, Esc and the title bar press it), because its listener may
+// refuse.
 class frmSetup : public Form {
  public:
   // `events` may be gone before the form: events are then dropped.

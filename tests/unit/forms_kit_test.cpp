@@ -230,10 +230,10 @@ TEST(FormKit, UnloadsOnceAndCanBeRefused) {
     cancel = ++asked == 1;
     form.Unload();  // within its own event: nothing
   };
-  form.closable = false;
+  form.Button().isCancel = true;  // its handler decides
   form.UserClosed();
   EXPECT_EQ(asked, 0);
-  form.closable = true;
+  form.Button().isCancel = false;
   form.UserClosed();
   EXPECT_FALSE(form.IsUnloaded());
   EXPECT_EQ(view.unloads, 0);

@@ -6,30 +6,18 @@
 namespace postrove::forms {
 namespace {
 
-bool HasCaption(const Control& control) {
-  return control.Kind() != ControlKind::TextBox && control.Kind() != ControlKind::ComboBox &&
-         control.Kind() != ControlKind::RichTextBox;
+constexpr int kLastRank = 4;
+
+// Keys are given away in this order: no word of the user's and no translated label takes the key of
+// a button, least of all that of the main one.
+int Rank(const Control& control) {
+  if (control.isDefault) return 0;
+  return (control.Kind() == ControlKind::Label ? kLastRank - 1 : 1) + (control.choosesKey ? 1 : 0);
 }
 
-// The marked letters of a shown caption.
-std::wstring KeysOf(const std::wstring& caption) {
-  std::wstring keys;
-  for (std::size_t i = 0; i + 1 < caption.size(); ++i) {
-    if (caption[i] == L'&' && caption[++i] != L'&') keys += text::Fold(caption[i]);
-  }
-  return keys;
-}
-
-// Those that choose for themselves do it one after the other.
-std::wstring KeysOfOthers(const Control& control) {
-  std::wstring keys;
-  bool before = true;
-  for (const auto& other : control.Owner().Controls()) {
-    if (other.get() == &control) before = false;
-    if (other.get() == &control || !HasCaption(*other) || !other->mnemonic) continue;
-    if (before || !other->choosesKey) keys += KeysOf(ShownCaption(*other));
-  }
-  return keys;
+bool HasKey(const Control& control) {
+  return control.mnemonic && control.Kind() != ControlKind::TextBox &&
+         control.Kind() != ControlKind::ComboBox && control.Kind() != ControlKind::RichTextBox;
 }
 
 bool IsLetter(wchar_t unit) {
@@ -37,23 +25,50 @@ bool IsLetter(wchar_t unit) {
          (unit >= L'a' && unit <= L'z') || unit >= 0xC0;
 }
 
-}  // namespace
-
-std::wstring ShownCaption(const Control& control) {
+// The caption with its own mark, or one that it chooses; takes the letter.
+std::wstring Mark(const Control& control, std::wstring& taken) {
   const std::wstring& caption = control.Text();
-  if (!control.choosesKey) return caption;
-  const std::wstring taken = KeysOfOthers(control);
-  bool marked = false;
+  std::wstring plain;
+  wchar_t own = 0;
+  for (std::size_t i = 0; i < caption.size(); ++i) {
+    const bool marks = !control.choosesKey && caption[i] == L'&' && i + 1 < caption.size();
+    if (marks && caption[++i] != L'&') own = text::Fold(caption[i]);
+    plain += caption[i];
+  }
+  const auto isFree = [&](wchar_t unit) {
+    return IsLetter(unit) && taken.find(text::Fold(unit)) == std::wstring::npos;
+  };
+  if (!control.choosesKey && (!own || isFree(own))) {
+    if (own) taken += own;
+    return caption;
+  }
   std::wstring shown;
-  for (const wchar_t unit : caption) {
-    if (!marked && IsLetter(unit) && taken.find(text::Fold(unit)) == std::wstring::npos) {
+  bool marked = false;
+  for (const wchar_t unit : plain) {
+    if (!marked && isFree(unit)) {
       marked = true;
+      taken += text::Fold(unit);
       shown += L'&';
     }
     if (unit == L'&') shown += L'&';
     shown += unit;
   }
   return shown;
+}
+
+}  // namespace
+
+std::wstring ShownCaption(const Control& control) {
+  if (!HasKey(control)) return control.Text();
+  std::wstring taken;
+  for (int rank = 0; rank <= kLastRank; ++rank) {
+    for (const auto& one : control.Owner().Controls()) {
+      if (!HasKey(*one) || Rank(*one) != rank) continue;
+      std::wstring shown = Mark(*one, taken);
+      if (one.get() == &control) return shown;
+    }
+  }
+  return control.Text();
 }
 
 }  // namespace postrove::forms

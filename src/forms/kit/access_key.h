@@ -7,8 +7,10 @@
 namespace postrove::forms {
 
 // The caption of a label or button as a window shows it: "&" stands before the letter of its key,
-// and twice for itself. Without choosesKey that is its text; with it, the first letter of the text
-// is marked that no other caption of the form uses, if there is one.
+// and twice for itself. A caption keeps the mark of its own text while no control that comes before
+// it uses the letter; else, and with choosesKey, the first free letter of the text is marked, if
+// there is one. First comes the default button, then the other buttons, then the labels; among
+// these a mark comes before a choice.
 std::wstring ShownCaption(const Control& control);
 
 }  // namespace postrove::forms

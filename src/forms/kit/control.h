@@ -36,9 +36,9 @@ inline constexpr Color kSystemButtonFace = 0x8000000F;
 inline constexpr Color kSystemButtonText = 0x80000012;
 inline constexpr Color kSystemInfoText = 0x80000017;
 inline constexpr Color kSystemInfoBack = 0x80000018;
+inline constexpr Color kSystemLink = 0x8000001A;
 inline constexpr Color kRed = 255;
 inline constexpr Color kYellow = 65535;
-inline constexpr Color kLinkBlue = 0x00CC6600;
 
 // Positions and sizes are in twips (1440 to an inch, 15 to a pixel at 100 %).
 struct Box {
@@ -122,11 +122,12 @@ class Control {
   // Design: fixed before the form is shown.
   unsigned anchors = kLeft | kTop;
   bool isDefault = false;  // the button that Enter presses
-  bool isCancel = false;   // the button that Esc presses
+  bool isCancel = false;   // the button that Esc and the title bar press
+  bool isHelp = false;     // the button that F1 presses
   bool tabStop = true;
   bool bold = false;
   bool link = false;        // a label that is clicked like a link
-  bool multiLine = false;   // a text box of several lines; Enter still presses the default button
+  bool multiLine = false;   // a label or text box of several lines; Enter is still the dialog's
   bool border = true;       // a text box without one looks like a label
   bool mnemonic = true;     // "&" in a label's text marks a key; else it is shown
   bool choosesKey = false;  // a caption without a mark: it is shown with a key that is free

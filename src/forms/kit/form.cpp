@@ -53,7 +53,10 @@ bool Form::Unload() {
 }
 
 void Form::UserClosed() {
-  if (closable) Unload();
+  for (const auto& control : controls_) {
+    if (control->isCancel) return control->UserClicked();
+  }
+  Unload();
 }
 
 void Form::UserActivated() {

@@ -51,10 +51,9 @@ class Form {
   // Expires when the form is destroyed: lets a caller of an event see whether its handler did it.
   std::weak_ptr<const void> Life() const { return life_; }
 
-  // The user closes the window by its title bar, Alt+F4, or Esc where no button is the cancel
-  // button: the same as Unload unless closing is not offered (then nothing happens).
+  // The user closes the window by its title bar, Alt+F4 or Esc: a click of the cancel button, whose
+  // handler unloads; without such a button the same as Unload.
   void UserClosed();
-  bool closable = true;
 
   // The form was shown, or another form was left for it.
   void UserActivated();

@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <optional>
+#include <utility>
 
 #include "forms/win32/control_window.h"
 #include "forms/win32/dpi.h"
@@ -9,6 +11,10 @@
 // would wait. So the list is filled in portions while the user does nothing; what the user asks for
 // meanwhile is filled at once, up to the item in question. The list stays one of texts, which
 // screen readers read.
+//
+// What the user chooses in the open list counts when the list is closed, unless that is by Esc.
+// Windows completes a typed text from the list when this is dropped down or closed; the text is
+// then put back, since the model decides on that.
 namespace postrove::forms {
 namespace {
 
@@ -21,6 +27,7 @@ void ControlWindow::EmptyList() {
   if (!list_) return;
   const Applying applying(applying_);
   listed_ = 0;
+  picked_ = -1;
   // The list alone: the combo box would empty its text too.
   SendMessageW(list_, LB_RESETCONTENT, 0, 0);
   if (ListIsDown()) FillAround();
@@ -59,18 +66,58 @@ void ControlWindow::FillTo(std::size_t count) {
   if (selected >= before && selected < listed_) SendMessageW(list_, LB_SETCURSEL, selected, 0);
 }
 
+// The list is as wide as its longest item, within the screen.
+void ControlWindow::WidenList() {
+  constexpr std::size_t kCharacters = 1000;  // wider than any screen
+  const std::vector<std::wstring>& items = control_->Items();
+  std::size_t longest = 0;
+  for (const std::wstring& item : items) longest = std::max(longest, item.size());
+  const HDC dc = GetDC(list_);
+  if (!dc) return;
+  const HGDIOBJ before =
+      SelectObject(dc, reinterpret_cast<HFONT>(SendMessageW(window_, WM_GETFONT, 0, 0)));
+  LONG widest = 0;
+  std::size_t measured = 0;
+  for (const std::wstring& item : items) {
+    if (item.size() < longest - longest / 4) continue;
+    SIZE size = {};
+    const std::size_t length = std::min(item.size(), kCharacters);
+    GetTextExtentPoint32W(dc, item.c_str(), static_cast<int>(length), &size);
+    widest = std::max(widest, size.cx);
+    if (++measured == kPortion) break;
+  }
+  SelectObject(dc, before);
+  ReleaseDC(list_, dc);
+  widest += GetSystemMetrics(SM_CXVSCROLL) + 4 * GetSystemMetrics(SM_CXEDGE);
+  RECT box;
+  GetWindowRect(window_, &box);
+  const LONG room = WorkArea(window_).right - box.left;
+  SendMessageW(window_, CB_SETDROPPEDWIDTH, static_cast<WPARAM>(std::min(widest, room)), 0);
+}
+
 void ControlWindow::ListCommand(UINT code) {
-  if (code == CBN_DROPDOWN) FillAround();
+  if (code == CBN_DROPDOWN) {
+    FillAround();
+    WidenList();
+  }
   if (applying_) return;
+  // What Windows does to the text, and the notice of a choice, can follow these two.
+  if (code == CBN_DROPDOWN || code == CBN_CLOSEUP) {
+    PostMessageW(dialog_, kListMoved, 0, reinterpret_cast<LPARAM>(window_));
+  }
   if (code == CBN_EDITCHANGE) ReadText();
-  // The text and the notice of a choice can follow this one.
-  if (code == CBN_CLOSEUP) {
-    PostMessageW(dialog_, kListClosed, 0, reinterpret_cast<LPARAM>(window_));
-  }
   if (code == CBN_SELCHANGE) {
-    const HostDpiScope host;
-    control_->UserPicked(static_cast<int>(SendMessageW(window_, CB_GETCURSEL, 0, 0)));
+    picked_ = static_cast<int>(SendMessageW(window_, CB_GETCURSEL, 0, 0));
+    if (!ListIsDown()) TakePick();
   }
+  if (code == CBN_CLOSEUP) TakePick();
+}
+
+void ControlWindow::TakePick() {
+  const int index = std::exchange(picked_, -1);
+  if (index < 0 || !control_) return;
+  const HostDpiScope host;
+  control_->UserPicked(index);
 }
 
 void ControlWindow::SetSelectionNow() {
@@ -113,20 +160,23 @@ void ControlWindow::DropDownList() {
   SetCursor(LoadCursorW(nullptr, IDC_ARROW));
 }
 
-// Closing can complete a typed text from the list without any other notice.
-void ControlWindow::ListClosed() {
-  if (!control_ || TextOf(window_) == control_->Text()) return;
-  const auto index = static_cast<int>(SendMessageW(window_, CB_GETCURSEL, 0, 0));
-  if (index < 0) return ReadText();
-  const HostDpiScope host;
-  control_->UserPicked(index);
+void ControlWindow::ListMoved() {
+  if (!control_ || picked_ >= 0 || TextOf(window_) == control_->Text()) return;
+  SetWindowTextNow();
+  if (!ListIsDown()) SetSelectionNow();
 }
 
 // Which part of the box hears the key differs between systems.
 void ControlWindow::CloseListBy(WORD key) {
+  std::optional<Applying> cancelled;
+  if (key == VK_ESCAPE) {
+    cancelled.emplace(applying_);
+    picked_ = -1;
+  }
   SendMessageW(edit_, WM_KEYDOWN, key, 0);
   if (ListIsDown()) SendMessageW(window_, WM_KEYDOWN, key, 0);
   if (ListIsDown()) SendMessageW(window_, CB_SHOWDROPDOWN, FALSE, 0);
+  ListMoved();
 }
 
 }  // namespace postrove::forms

@@ -321,6 +321,7 @@ HBRUSH ControlWindow::Colors(HDC dc) {
 }
 
 bool ControlWindow::Pressed(int key) {
+  TakePick();
   if (!control_) return false;
   ReadCaret();
   const HostDpiScope host;
@@ -380,8 +381,9 @@ LRESULT ControlWindow::Handle(HWND window, UINT message, WPARAM wParam, LPARAM l
       }
       break;
     case WM_MOUSEWHEEL:
-      Guarded([&] { FillAround(); });
-      break;
+      // Over a closed combo box it would change the choice.
+      if (!list_) break;
+      return ListIsDown() ? SendMessageW(list_, message, wParam, lParam) : 0;
     case WM_TIMER:
       if (wParam != kFillTimer) break;
       Guarded([&] { FillMore(); });

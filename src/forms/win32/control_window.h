@@ -14,7 +14,7 @@ namespace postrove::forms {
 enum DialogMessage : UINT {
   kFocusMoved = WM_APP + 1,  // posted: the focus came to or left a control
   kEnterPressed,             // sent: Enter arrived as a character
-  kListClosed,               // posted: a combo box closed its list; lParam is its window
+  kListMoved,                // posted: a combo box's list opened or closed; lParam is the box
   kFormActivated,            // posted by the dialog to itself
 };
 
@@ -72,9 +72,9 @@ class ControlWindow {
 
   bool ListIsDown() const;
   void DropDownList();
-  // The list was closed: takes over what that did to the text.
-  void ListClosed();
-  // Closes the dropped-down list as the key does.
+  // The list was dropped down or closed: takes back what that did to the text.
+  void ListMoved();
+  // Closes the dropped-down list as the key does. By Esc nothing is chosen.
   void CloseListBy(WORD key);
 
  private:
@@ -104,6 +104,8 @@ class ControlWindow {
   void FillMore();
   void FillAround();
   void FillTo(std::size_t count);
+  void WidenList();
+  void TakePick();
 
   // While one is alive notifications are of our own changes, and no news.
   class Applying {
@@ -137,6 +139,7 @@ class ControlWindow {
   int lineHeight_ = 0;
   int applying_ = 0;
   std::size_t listed_ = 0;  // how many of the model's items the list has
+  int picked_ = -1;         // the item chosen in the open list, which the model does not know yet
 };
 
 }  // namespace postrove::forms

@@ -61,6 +61,13 @@ unsigned WindowDpi(HWND window) {
   return dpi ? dpi : ScreenDpi();
 }
 
+RECT WorkArea(HWND window) {
+  MONITORINFO monitor = {};
+  monitor.cbSize = sizeof monitor;
+  GetMonitorInfoW(MonitorFromWindow(window, MONITOR_DEFAULTTONEAREST), &monitor);
+  return monitor.rcWork;
+}
+
 RECT FrameAround(SIZE client, DWORD style, DWORD exStyle, unsigned dpi) {
   using Adjust = BOOL(WINAPI*)(RECT*, DWORD, BOOL, DWORD, UINT);
   static const auto adjust = Find<Adjust>("AdjustWindowRectExForDpi");

@@ -39,6 +39,9 @@ class HostDpiScope {
 // Pixels per inch that the window is to be drawn for.
 unsigned WindowDpi(HWND window);
 
+// The part of the window's monitor that windows may cover.
+RECT WorkArea(HWND window);
+
 // The window rectangle around a client area of that size, at the origin.
 RECT FrameAround(SIZE client, DWORD style, DWORD exStyle, unsigned dpi);
 

@@ -18,14 +18,6 @@ constexpr int kListTwips = 3600;
 constexpr int kTipTwips = 4500;
 constexpr int kLendableTwips = 600;
 
-// The part of a window's monitor that windows may cover.
-RECT WorkArea(HWND window) {
-  MONITORINFO monitor = {};
-  monitor.cbSize = sizeof monitor;
-  GetMonitorInfoW(MonitorFromWindow(window, MONITOR_DEFAULTTONEAREST), &monitor);
-  return monitor.rcWork;
-}
-
 // As in Visual Basic a form hears of its activation when it is shown and when another form is left
 // for it, not after a message box or another program: the focus is then where it was.
 bool IsForm(HWND window) {
@@ -50,8 +42,7 @@ FormWindow::~FormWindow() {
 void FormWindow::Show() {
   const DpiAwareScope dpi;
   const VisualStyles::Scope styles(surroundings_.styles);
-  style_ = WS_POPUP | WS_CAPTION | WS_CLIPCHILDREN;
-  if (form_->closable) style_ |= WS_SYSMENU;
+  style_ = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN;
   if (form_->Resizable()) style_ |= WS_THICKFRAME;
   // With this frame the caption has no icon, which would be that of no program.
   exStyle_ = WS_EX_CONTROLPARENT | WS_EX_DLGMODALFRAME;
@@ -179,19 +170,24 @@ void FormWindow::Run() {
 }
 
 bool FormWindow::IsKeyOfDialog(MSG& message) {
-  const bool ours = message.hwnd == window_ || IsChild(window_, message.hwnd);
-  // What the key before did to the focus is told before this one counts.
-  if (ours && message.message == WM_KEYDOWN) Guarded([this] { SettleFocus(); });
-  if (ours && message.message == WM_KEYDOWN &&
-      (message.wParam == VK_RETURN || message.wParam == VK_ESCAPE)) {
-    // A key still held down from a message box before must not answer this dialog too.
-    constexpr LPARAM kRepeated = 1 << 30;
-    if (!(message.lParam & kRepeated)) {
-      Guarded([&] { message.wParam == VK_RETURN ? PressEnter() : PressEscape(); });
-    }
-    return true;
+  if (message.hwnd != window_ && !IsChild(window_, message.hwnd)) {
+    return IsDialogMessageW(window_, &message);
   }
-  return IsDialogMessageW(window_, &message);
+  // To Windows' dialogs a letter that the control with the focus has no use for is an access key,
+  // also without Alt: it would press a button.
+  if (message.message == WM_CHAR) return false;
+  if (message.message != WM_KEYDOWN) return IsDialogMessageW(window_, &message);
+  // What the key before did to the focus is told before this one counts.
+  Guarded([this] { SettleFocus(); });
+  void (FormWindow::*press)() = nullptr;
+  if (message.wParam == VK_RETURN) press = &FormWindow::PressEnter;
+  if (message.wParam == VK_ESCAPE) press = &FormWindow::PressEscape;
+  if (message.wParam == VK_F1) press = &FormWindow::PressHelp;
+  if (!press) return IsDialogMessageW(window_, &message);
+  // A key still held down from a message box before must not answer this dialog too.
+  constexpr LPARAM kRepeated = 1 << 30;
+  if (!(message.lParam & kRepeated)) Guarded([&] { (this->*press)(); });
+  return true;
 }
 
 ControlWindow* FormWindow::WindowOf(const Control& control) const {
@@ -318,17 +314,27 @@ void FormWindow::PressEnter() {
   if (SettleOn(*button)) button->Click();
 }
 
+// The field keeps the focus: what was typed into it is not taken over.
 void FormWindow::PressEscape() {
   ControlWindow* const focused = Focused();
   if (focused && focused->ListIsDown()) return focused->CloseListBy(VK_ESCAPE);
-  if (!form_) return;
-  if (ControlWindow* const cancel = ButtonFor(&Control::isCancel)) {
-    // A button that is the default one as well takes what was typed, as with Enter.
-    if (cancel->Model()->isDefault && cancel->CanFocus()) {
-      cancel->Focus(false);
-      if (!SettleOn(*cancel)) return;
-    }
-    return cancel->Click();
+  if (focused && focused->Pressed(VK_ESCAPE)) return;
+  const HostDpiScope host;
+  if (form_) form_->UserClosed();
+}
+
+void FormWindow::PressHelp() {
+  if (ControlWindow* const help = ButtonFor(&Control::isHelp)) help->Click();
+}
+
+void FormWindow::Close() {
+  // Not from under a dialog of its own, which whoever ends the program does not see.
+  if (!form_ || !IsWindowEnabled(window_)) return;
+  ControlWindow* const cancel = ButtonFor(&Control::isCancel);
+  // A button that is the default one as well takes what was typed, as with Enter.
+  if (cancel && cancel->Model()->isDefault && cancel->CanFocus()) {
+    cancel->Focus(false);
+    if (!SettleOn(*cancel) || !form_) return;
   }
   const HostDpiScope host;
   form_->UserClosed();
@@ -389,11 +395,7 @@ LRESULT FormWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
       }
       break;
     case WM_CLOSE:
-      // Not from under a dialog of its own, which whoever ends the program does not see.
-      if (form_ && IsWindowEnabled(window)) {
-        const HostDpiScope host;
-        form_->UserClosed();
-      }
+      Close();
       return 0;
     case WM_DESTROY:
       owner_.Release(window);
@@ -461,9 +463,9 @@ LRESULT FormWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
     case kEnterPressed:
       PressEnter();
       return 0;
-    case kListClosed:
+    case kListMoved:
       if (ControlWindow* const combo = Containing(reinterpret_cast<HWND>(lParam))) {
-        combo->ListClosed();
+        combo->ListMoved();
       }
       return 0;
     default:

@@ -73,6 +73,8 @@ class FormWindow final : public FormView {
   void ShowDefaultButton();
   void PressEnter();
   void PressEscape();
+  void PressHelp();
+  void Close();
   void Command(HWND control, UINT code);
   HBRUSH Colors(HWND child, HDC dc) const;
   void End();

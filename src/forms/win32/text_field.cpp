@@ -21,6 +21,7 @@ void ControlWindow::ReadText() {
   SendMessageW(edit_, EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
   std::wstring text = TextOf(window_);
   if (text == control_->Text()) return;
+  picked_ = -1;
   // The list alone forgets its selection: the combo box would empty the text with it.
   if (list_) SendMessageW(list_, LB_SETCURSEL, static_cast<WPARAM>(-1), 0);
   const HostDpiScope host;

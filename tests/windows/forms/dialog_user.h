@@ -141,7 +141,8 @@ class DialogUser {
   std::thread thread_;
 };
 
-// Writes the events of every control, and of the form, into the log as "name event".
+// Writes the events of every control, and of the form, into the log as "name event". The cancel
+// button ends the form.
 inline void Record(Form& form, EventLog& log) {
   for (const auto& item : form.Controls()) {
     Control& control = *item;
@@ -150,7 +151,10 @@ inline void Record(Form& form, EventLog& log) {
     control.onChange = [&log, &control, name] {
       log.Add(name + " change " + std::string(control.Text().begin(), control.Text().end()));
     };
-    control.onClick = [&log, name] { log.Add(name + " click"); };
+    control.onClick = [&form, &log, &control, name] {
+      log.Add(name + " click");
+      if (control.isCancel) form.Unload();
+    };
     control.onGotFocus = [&log, name] { log.Add(name + " got"); };
     control.onLostFocus = [&log, name] { log.Add(name + " lost"); };
   }

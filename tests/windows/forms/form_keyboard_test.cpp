@@ -70,7 +70,7 @@ class FormKeyboard : public ::testing::Test {
 
 TEST_F(FormKeyboard, OpensWithItsFirstFieldActive) {
   Use([](Dialog&) {});
-  EXPECT_EQ(log.All(), (Events{"activate", "cboPostrove got", "unload"}));
+  EXPECT_EQ(log.All(), (Events{"activate", "cboPostrove got", "cmdPostrove4 click", "unload"}));
 }
 
 TEST_F(FormKeyboard, TabsThroughTheFieldsInOrder) {
@@ -115,6 +115,61 @@ TEST_F(FormKeyboard, EnterPressesTheButtonThatHasTheFocus) {
     WaitForEvent("lblWebSite click");
   });
   EXPECT_FALSE(log.Has("cmdPostrove0 click"));
+}
+
+// Only with Alt is a letter an access key, whatever has the focus.
+TEST_F(FormKeyboard, NoPlainLetterPressesAButton) {
+  Use([&](Dialog& dialog) {
+    for (const Control* control :
+         {&form.cmdPostrove(kAddProjectButton), &form.lblWebSite, &form.rtfFieldHints}) {
+      PostMessageW(dialog.Window(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(dialog.Item(*control)),
+                   TRUE);
+      dialog.WaitForFocus(*control);
+      for (const wchar_t letter : {L's', L'a', L'h'}) {
+        PostMessageW(dialog.Focus(), WM_CHAR, letter, 1);
+      }
+    }
+    PostMessageW(dialog.Focus(), WM_KEYDOWN, VK_F1, 1);
+    WaitForEvent("cmdPostrove5 click");
+    dialog.WaitForFocus(form.rtfFieldHints);
+    dialog.PressAlt(L's');
+    WaitForEvent("cmdPostrove0 click");
+  });
+  const Events all = UserEvents();
+  EXPECT_EQ(std::count_if(all.begin(), all.end(),
+                          [](const std::string& event) { return event.ends_with("click"); }),
+            2);
+}
+
+// What the list shows counts when it is closed, and not by Esc; what was typed is not completed.
+TEST_F(FormKeyboard, TheListTakesNothingOverUnasked) {
+  const Control& box = form.cboPostrove;
+  Use([&](Dialog& dialog) {
+    const auto press = [&](WORD key, bool down, const std::wstring& shown) {
+      dialog.Press(box, key);
+      WaitFor("the list and " + std::string(shown.begin(), shown.end()), [&] {
+        return (SendMessageW(dialog.Item(box), CB_GETDROPPEDSTATE, 0, 0) != 0) == down &&
+               dialog.TextOf(box) == shown;
+      });
+    };
+    for (const HWND part : {dialog.Edit(box), dialog.Item(box)}) {
+      SendMessageW(part, WM_MOUSEWHEEL, MAKEWPARAM(0, -WHEEL_DELTA), 0);
+    }
+    dialog.Type(box, L"al");
+    WaitForEvent("cboPostrove change al");
+    press(VK_F4, true, L"al");
+    press(VK_RETURN, false, L"al");
+    press(VK_F4, true, L"al");
+    press(VK_DOWN, true, L"Beta: 2");
+    press(VK_ESCAPE, false, L"al");
+    EXPECT_FALSE(log.Has("cboPostrove click"));
+    press(VK_F4, true, L"al");
+    press(VK_DOWN, true, L"Beta: 2");
+    press(VK_F4, false, L"Beta: 2");
+    WaitForEvent("cboPostrove click");
+  });
+  EXPECT_EQ(UserEvents(), (Events{"cboPostrove change a", "cboPostrove change al",
+                                  "cboPostrove change Beta: 2", "cboPostrove click"}));
 }
 
 // The key that answered a message box is still down when the dialog is active again.
@@ -169,10 +224,10 @@ TEST_F(FormKeyboard, MousePressComesBeforeTheLossOfFocus) {
     const HWND button = dialog.Item(close);
     PostMessageW(button, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(3, 4));
     PostMessageW(button, WM_LBUTTONUP, 0, MAKELPARAM(3, 4));
-    WaitForEvent("cmdPostrove4 click");
+    WaitForEvent("unload");
   });
-  EXPECT_EQ(UserEvents(),
-            (Events{"down 1", "cboPostrove lost", "cmdPostrove4 got", "cmdPostrove4 click"}));
+  EXPECT_EQ(UserEvents(), (Events{"down 1", "cboPostrove lost", "cmdPostrove4 got",
+                                  "cmdPostrove4 click", "unload"}));
 }
 
 TEST_F(FormKeyboard, ADisabledFieldPassesTheFocusOn) {
@@ -185,7 +240,8 @@ TEST_F(FormKeyboard, ADisabledFieldPassesTheFocusOn) {
   });
 }
 
-TEST(FolderMessage, OnlyItsButtonsCloseIt) {
+// As by its Cancel button, which a screen reader's user finds too.
+TEST(FolderMessage, IsCancelledByItsTitleBar) {
   const OwnerWindow owner;
   const auto host = CreateWinFormHost(GetModuleHandleW(nullptr));
   EventLog log;
@@ -193,20 +249,19 @@ TEST(FolderMessage, OnlyItsButtonsCloseIt) {
   Record(form, log);
   form.txtFolderMessage(0).SetText(L"The file \r\n\"a\"\r\n already exists.");
   form.onActivate = [&] { host->SetFocus(form.txtFolderMessage(1)); };
-  form.cmdFolderMessage(1).onClick = [&] { form.Unload(); };
   const DialogUser user([&] {
     const Dialog dialog(form.Caption());
     WaitFor("the name's focus", [&] { return log.Has("txtFolderMessage1 got"); });
-    EXPECT_EQ(GetWindowLongPtrW(dialog.Window(), GWL_STYLE) & WS_SYSMENU, 0);
+    EXPECT_NE(GetWindowLongPtrW(dialog.Window(), GWL_STYLE) & WS_SYSMENU, 0);
     EXPECT_EQ(dialog.TextOf(form.txtFolderMessage(0)), form.txtFolderMessage(0).Text());
-    PostMessageW(dialog.Window(), WM_CLOSE, 0, 0);
     dialog.Type(form.txtFolderMessage(0), L"q");
     dialog.Type(form.txtFolderMessage(1), L" ");
     WaitFor("the typed blank", [&] { return form.txtFolderMessage(1).Text().front() == L' '; });
-    dialog.Press(form.txtFolderMessage(1), VK_ESCAPE);
+    PostMessageW(dialog.Window(), WM_SYSCOMMAND, SC_CLOSE, 0);
     dialog.WaitForEnd();
   });
   host->ShowModal(form);
+  EXPECT_TRUE(log.Has("cmdFolderMessage1 click"));
   EXPECT_FALSE(log.Has("txtFolderMessage0 got"));
   EXPECT_EQ(form.txtFolderMessage(0).Text(), L"The file \r\n\"a\"\r\n already exists.");
 }

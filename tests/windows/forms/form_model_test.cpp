@@ -119,12 +119,13 @@ TEST_F(FormModel, AppliesEveryLaterChange) {
 TEST_F(FormModel, ShowsReadableColors) {
   constexpr Color kWhite = 0xFFFFFF;
   constexpr Color kBlack = 0;
+  constexpr Color kBlue = 0xCC6600;
   const struct {
     Color text, ground;
     COLORREF shown;
   } kCases[] = {{kBlack, kYellow, RGB(0, 0, 0)},         {kWhite, kYellow, RGB(0, 0, 0)},
                 {kRed, kYellow, RGB(255, 0, 0)},         {kRed, kBlack, RGB(255, 255, 255)},
-                {kLinkBlue, kBlack, RGB(255, 255, 255)}, {kLinkBlue, kWhite, RGB(0, 102, 204)}};
+                {kBlue, kBlack, RGB(255, 255, 255)},     {kBlue, kWhite, RGB(0, 102, 204)}};
   Show([] {},
        [&](Dialog& dialog) {
          const HWND name = dialog.Item(form.txtSaveAsName);
