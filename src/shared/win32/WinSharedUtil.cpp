@@ -7,22 +7,11 @@
 #include "shared/text.h"
 #include "shared/win32/file_update.h"
 #include "shared/win32/folder_picker.h"
+#include "shared/win32/no_drive_messages.h"
 #include "shared/win32/system_error.h"
 
 namespace postrove {
 namespace {
-
-// Keeps the system from asking for a disk in an empty drive while a path is looked up.
-class NoDriveMessages {
- public:
-  NoDriveMessages() { SetThreadErrorMode(SEM_FAILCRITICALERRORS, &mode_); }
-  NoDriveMessages(const NoDriveMessages&) = delete;
-  NoDriveMessages& operator=(const NoDriveMessages&) = delete;
-  ~NoDriveMessages() { SetThreadErrorMode(mode_, nullptr); }
-
- private:
-  DWORD mode_ = 0;
-};
 
 // The attributes of a file or folder, or INVALID_FILE_ATTRIBUTES.
 DWORD Attributes(const std::wstring& path) {

@@ -42,16 +42,17 @@ class FileHandle {
 // this process seldom gets its turn.
 template <typename Attempt>
 DWORD Retry(Attempt attempt) {
-  constexpr ULONGLONG kSharingMilliseconds = 5000;
-  constexpr ULONGLONG kDeniedMilliseconds = 500;
+  constexpr DWORD kSharingMilliseconds = 5000;
+  constexpr DWORD kDeniedMilliseconds = 500;
   constexpr int kLeastAttempts = 50;
-  const ULONGLONG start = GetTickCount64();
+  const DWORD start = GetTickCount();
   for (int attempts = 1;; ++attempts) {
     const DWORD error = attempt();
     const bool shared = error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION;
     if (!shared && error != ERROR_ACCESS_DENIED) return error;
-    const ULONGLONG limit = shared ? kSharingMilliseconds : kDeniedMilliseconds;
-    if (attempts >= kLeastAttempts && GetTickCount64() - start > limit) return error;
+    const DWORD limit = shared ? kSharingMilliseconds : kDeniedMilliseconds;
+    // The difference is right also when the count began anew meanwhile.
+    if (attempts >= kLeastAttempts && GetTickCount() - start > limit) return error;
     Sleep(5);
   }
 }

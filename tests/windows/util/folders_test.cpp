@@ -8,6 +8,7 @@
 #include "shared/file_name.h"
 #include "shared/text.h"
 #include "shared/win32/WinSharedUtil.h"
+#include "shared/win32/no_drive_messages.h"
 #include "temporary_folder.h"
 
 namespace postrove {
@@ -150,6 +151,21 @@ TEST_F(Folders, AHeldFileCanBeCopiedAndRenamedButNotWritten) {
   const HANDLE writer = open(folder_ / L"b.mdb", GENERIC_WRITE);
   EXPECT_NE(writer, INVALID_HANDLE_VALUE);
   CloseHandle(writer);
+}
+
+// Null stands for a Windows that has the mode of the process alone.
+TEST(NoDriveMessages, AddToTheModeAndTakeBackNothingElse) {
+  const UINT before = SetErrorMode(SEM_NOGPFAULTERRORBOX);
+  for (const auto set : {NoDriveMessages::OfThread(), NoDriveMessages::SetThreadMode{}}) {
+    {
+      const NoDriveMessages quiet(set);
+      EXPECT_EQ(set ? GetThreadErrorMode() : GetErrorMode(),
+                SEM_FAILCRITICALERRORS | (set ? 0u : SEM_NOGPFAULTERRORBOX));
+    }
+    EXPECT_EQ(GetThreadErrorMode(), 0u);
+    EXPECT_EQ(GetErrorMode(), unsigned{SEM_NOGPFAULTERRORBOX});
+  }
+  SetErrorMode(before);
 }
 
 }  // namespace
