@@ -36,9 +36,13 @@ distribute() {
 }
 
 cd "$root"
+compilers=$(cat cmake/mingw-*.cmake | cksum)
 for preset in "${presets[@]}"; do
-  # A configured build looks after itself when a CMake file changes.
-  [[ -e build/$preset/build.ninja ]] || logged "configure-$preset" cmake --preset "$preset" || exit 1
+  # A configured build looks after itself when a CMake file changes, but keeps the compiler it began with.
+  if [[ ! -e build/$preset/build.ninja || $(cat "build/$preset/.compilers" 2>/dev/null) != "$compilers" ]]; then
+    logged "configure-$preset" cmake --fresh --preset "$preset" || exit 1
+    printf '%s\n' "$compilers" >"build/$preset/.compilers"
+  fi
   logged "build-$preset" cmake --build --preset "$preset" -j "$(nproc)" || exit 1
   case $preset in
     win64) distribute win64 x64 ;;

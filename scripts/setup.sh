@@ -17,8 +17,8 @@ done
 
 packages=(
   cmake ninja-build g++                 # the build, and the native compiler
-  g++-mingw-w64-x86-64-posix            # the 64-bit Windows compiler
-  g++-mingw-w64-i686-posix              # the 32-bit Windows compiler
+  g++-mingw-w64-x86-64-win32            # the 64-bit Windows compiler, without winpthread
+  g++-mingw-w64-i686-win32              # the 32-bit one
   binutils-mingw-w64-x86-64             # windres and objdump for Windows programs
   binutils-mingw-w64-i686
   mingw-w64-tools                       # widl, the type library compiler

@@ -25,6 +25,7 @@
 #include "outlook/host.h"
 #include "outlook/scripted_user.h"
 #include "shared/text.h"
+#include "threads.h"
 
 namespace {
 
@@ -33,7 +34,7 @@ using namespace standin;
 enum ExitCode { kFiled = 0, kFault = 1, kStopped = 2 };
 
 void PrintLine(std::FILE* stream, const std::wstring& line) {
-  static std::mutex mutex;
+  static Mutex mutex;
   const std::lock_guard lock(mutex);
   std::fputs((postrove::text::ToUtf8(line) + '\n').c_str(), stream);
   std::fflush(stream);

@@ -77,23 +77,18 @@ ScriptedUser::ScriptedUser(UserScript script)
                             GetModuleHandleW(nullptr), nullptr);
   SetWindowLongPtrW(helper_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
   stop_ = CreateEventW(nullptr, TRUE, FALSE, nullptr);
-  left_ = CreateEventW(nullptr, TRUE, FALSE, nullptr);
-  thread_ = std::thread([this] {
-    Watch();
-    SetEvent(left_);
-  });
+  thread_.emplace([this] { Watch(); });
 }
 
 ScriptedUser::~ScriptedUser() {
   SetEvent(stop_);
   // The helper thread may be waiting for an answer of this one.
-  while (MsgWaitForMultipleObjects(1, &left_, FALSE, INFINITE, QS_ALLINPUT) != WAIT_OBJECT_0) {
+  const HANDLE left = thread_->Handle();
+  while (MsgWaitForMultipleObjects(1, &left, FALSE, INFINITE, QS_ALLINPUT) != WAIT_OBJECT_0) {
     MSG message;
     while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
   }
-  thread_.join();
   CloseHandle(stop_);
-  CloseHandle(left_);
   DestroyWindow(helper_);
   for (const auto& [title, answer] : answers_) {
     if (!answered_.contains(title)) script_.report(L"Unused: " + title + L"=" + answer);

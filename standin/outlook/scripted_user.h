@@ -8,7 +8,8 @@
 #include <optional>
 #include <set>
 #include <string>
-#include <thread>
+
+#include "threads.h"
 
 namespace standin {
 
@@ -73,7 +74,6 @@ class ScriptedUser {
   const UserScript script_;
   HWND helper_ = nullptr;  // belongs to the dialogs' thread
   HANDLE stop_ = nullptr;  // set: the user is to leave
-  HANDLE left_ = nullptr;  // set: the user has left
   std::atomic<LPARAM> settled_ = 0;
   LPARAM asked_ = 0;
   std::map<HWND, Known> known_;
@@ -83,7 +83,7 @@ class ScriptedUser {
   std::atomic<int> acts_ = 0;
   std::atomic<bool> faulty_ = false;
   int pictures_ = 0;
-  std::thread thread_;
+  std::optional<Thread> thread_;
 };
 
 }  // namespace standin

@@ -6,11 +6,11 @@
 #include <mutex>
 #include <stdexcept>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "forms/kit/form.h"
 #include "gtest/gtest.h"
+#include "threads.h"
 
 namespace postrove::forms::testing {
 
@@ -34,7 +34,7 @@ class EventLog {
   }
 
  private:
-  mutable std::mutex mutex_;
+  mutable standin::Mutex mutex_;
   std::vector<std::string> events_;
 };
 
@@ -130,7 +130,7 @@ class DialogUser {
           }
         }) {}
   ~DialogUser() {
-    thread_.join();
+    thread_.Join();
     MSG message;  // a failed user's end must not reach the next dialog
     PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);
   }
@@ -138,7 +138,7 @@ class DialogUser {
   DialogUser& operator=(const DialogUser&) = delete;
 
  private:
-  std::thread thread_;
+  standin::Thread thread_;
 };
 
 // Writes the events of every control, and of the form, into the log as "name event". The cancel

@@ -2,10 +2,10 @@
 
 #include <cstdio>
 #include <stdexcept>
-#include <thread>
 
 #include "outlook/dialog_windows.h"
 #include "outlook/message.h"
+#include "threads.h"
 
 namespace run {
 
@@ -120,7 +120,7 @@ bool Window::HasFocus(HWND edit) const {
 }
 
 void Click(Host& host, Inspector& inspector, const std::function<void(const Window& save)>& steps) {
-  std::thread user([&] {
+  const standin::Thread user([&] {
     try {
       steps(Window(L"Postrove"));
     } catch (const std::exception& failure) {
@@ -129,7 +129,7 @@ void Click(Host& host, Inspector& inspector, const std::function<void(const Wind
     }
   });
   EXPECT_TRUE(host.Click(inspector));
-  user.join();
+  user.Join();
 }
 
 }  // namespace run

@@ -12,6 +12,7 @@
 #include "outlook/host.h"
 #include "outlook/scripted_user.h"
 #include "shared/text.h"
+#include "threads.h"
 #include "util/temporary_folder.h"
 
 // The real add-in, registered for a moment, in the stand-in Outlook.
@@ -41,7 +42,7 @@ class Reports {
   }
 
  private:
-  mutable std::mutex mutex_;
+  mutable standin::Mutex mutex_;
   std::vector<std::wstring> lines_;
 };
 

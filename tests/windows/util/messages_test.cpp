@@ -6,10 +6,10 @@
 #include <cstdlib>
 #include <memory>
 #include <string>
-#include <thread>
 
 #include "shared/text.h"
 #include "shared/win32/WinSharedUtil.h"
+#include "threads.h"
 
 namespace postrove {
 namespace {
@@ -32,7 +32,7 @@ HWND WaitForDialog(const wchar_t* title) {
       std::fprintf(stderr, "no dialog \"%ls\" within a minute\n", title);
       std::_Exit(1);
     }
-    std::this_thread::yield();
+    SwitchToThread();
   }
 }
 
@@ -52,13 +52,13 @@ class ScriptedUser {
           }
         }) {}
   Dialog Seen() {
-    thread_.join();
+    thread_.Join();
     return seen_;
   }
 
  private:
   Dialog seen_;
-  std::thread thread_;
+  standin::Thread thread_;
 };
 
 class Messages : public testing::Test {

@@ -5,12 +5,12 @@
 #include <memory>
 #include <random>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "shared/text.h"
 #include "shared/win32/WinSharedUtil.h"
 #include "temporary_folder.h"
+#include "threads.h"
 #include "writer_process.h"
 
 namespace postrove {
@@ -104,15 +104,15 @@ TEST_F(SettingsFile, WaitsForAReaderToFinish) {
       CreateFileW(file_.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
   std::wstring error;
   std::atomic<bool> finished = false;
-  std::thread writer([&] {
+  const standin::Thread writer([&] {
     error = WriteError();
     finished = true;
   });
   // Once its temporary file is there the writer tries to put it in the place of the old one.
-  while (!Bytes(file_ + L".tmp") && !finished) std::this_thread::yield();
+  while (!Bytes(file_ + L".tmp") && !finished) SwitchToThread();
   EXPECT_FALSE(finished);
   CloseHandle(reader);
-  writer.join();
+  writer.Join();
   EXPECT_EQ(error, L"");
   EXPECT_EQ(Read(L"Setup", L"Root"), L"new");
 }
