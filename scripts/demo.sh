@@ -100,7 +100,7 @@ rm -rf "$work" "$drive/Projects" "$drive/Sent"
 mkdir -p "$work/pictures" "$drive/Projects" "$drive/Sent"
 office_data x64
 printf '[Setup]\r\nRoot=C:\\Projects\\\r\n' >"$drive/ProgramData/Postrove/Postrove.ini"
-"$root/build/native/standin/mail/eml2folder" "$eml" "$work/message" || exit 1
+"$root/standin/mail/eml2folder.py" "$eml" "$work/message" || exit 1
 
 trap 'wine_stop x64; display_stop' EXIT
 

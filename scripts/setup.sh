@@ -24,14 +24,13 @@ packages=(
   mingw-w64-tools                       # widl, the type library compiler
   libwine                               # the standard type library that ours refers to
   googletest                            # GoogleTest, as source for all three compilers
-  libgmime-3.0-dev pkg-config           # MIME for the message converter
   clang libclang-rt-dev                 # the compiler of the fuzz targets, with its libFuzzer
   wine64                                # runs the 64-bit Windows programs
   unixodbc libsqliteodbc sqlite3        # the database behind the stand-in OLE DB provider
   fonts-wine fonts-open-sans fonts-liberation # the fonts of its dialogs
   xvfb xauth                            # a display for screenshots
   imagemagick                           # their conversion to PNG
-  python3 python3-olefile               # reads filed messages, counts tests
+  python3 python3-olefile               # unpacks mail, reads filed messages, counts tests
   libemail-outlook-message-perl         # msgconvert, a second reader of filed messages
   libemail-address-perl                 # which it needs and does not ask for
   util-linux                            # flock and unshare
