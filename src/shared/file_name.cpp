@@ -1,5 +1,8 @@
 #include "shared/file_name.h"
 
+#include <algorithm>
+#include <vector>
+
 #include "shared/text.h"
 
 namespace postrove {
@@ -51,6 +54,17 @@ bool IsDeviceName(std::wstring_view name) {
              std::wstring_view::npos;
 }
 
+// What stands between the backslashes of a path.
+std::vector<std::wstring_view> Parts(std::wstring_view path) {
+  std::vector<std::wstring_view> parts;
+  for (std::size_t at = 0; at < path.size();) {
+    const std::size_t end = std::min(path.find(L'\\', at), path.size());
+    if (end != at) parts.push_back(path.substr(at, end - at));
+    at = end + 1;
+  }
+  return parts;
+}
+
 }  // namespace
 
 std::wstring CleanFileName(std::wstring_view text, std::size_t maxUnits) {
@@ -64,9 +78,57 @@ std::wstring CleanFileName(std::wstring_view text, std::size_t maxUnits) {
     text::AppendCodePoint(&name, c);
   }
   name = Cut(TrimDotsAndBlanks(name), maxUnits);
+  if (text::IsBlank(text::Replace(name, L".", {}))) return {};
   // After the cut, which can shorten a harmless name to a device's.
   if (IsDeviceName(name)) name = Cut(L"_" + name, maxUnits);
   return name;
+}
+
+std::wstring_view WithoutMessageEnding(std::wstring_view text) {
+  constexpr std::wstring_view kEnding = kMessageEnding;
+  const std::size_t end = text.find_last_not_of(L". ") + 1;
+  if (end < kEnding.size()) return text;
+  const std::size_t stem = end - kEnding.size();
+  return text::EqualsIgnoreCase(text.substr(stem, kEnding.size()), kEnding) ? text.substr(0, stem)
+                                                                            : text;
+}
+
+std::size_t RoomForName(std::wstring_view folder, std::wstring_view ending) {
+  const std::size_t taken = text::ToUtf16(folder).size() + text::ToUtf16(ending).size();
+  return taken < kMaxPath ? kMaxPath - taken : 0;
+}
+
+std::wstring CleanFolder(std::wstring_view path) {
+  const std::wstring plain = text::Replace(text::Trim(path), L"/", L"\\");
+  const bool server = plain.starts_with(L"\\\\");
+  // Server and share, or the drive: nothing leads out of them, and they are taken as they stand.
+  const std::size_t fixed = server ? 2 : 1;
+  std::vector<std::wstring_view> parts;
+  for (const std::wstring_view part : Parts(plain)) {
+    if (parts.size() < fixed) {
+      parts.push_back(part);
+    } else if (part == L"..") {
+      if (parts.size() > fixed) parts.pop_back();
+    } else if (const std::size_t end = part.find_last_not_of(L". ") + 1; end != 0) {
+      parts.push_back(part.substr(0, end));
+    }
+  }
+  std::wstring folder = server ? L"\\\\" : L"";
+  for (const std::wstring_view part : parts) folder.append(part).push_back(L'\\');
+  return folder;
+}
+
+std::wstring FolderFault(std::wstring_view folder) {
+  if (!text::IsRootedPath(folder)) {
+    return L"The Folder must begin with a drive or a server, such as C:\\Projects or "
+           L"\\\\Server\\Projects.";
+  }
+  for (const std::wstring_view part : Parts(folder)) {
+    if (!IsDeviceName(part)) continue;
+    return L"The Folder cannot contain " + text::Quoted(part) +
+           L", which is a name that Windows keeps for a device.";
+  }
+  return {};
 }
 
 }  // namespace postrove

@@ -20,7 +20,25 @@ inline constexpr std::size_t kMaxNameUnits = 200;
 // - a reserved device name (CON, PRN, AUX, NUL, COM0-9, LPT0-9, CONIN$, CONOUT$, also before an
 //   extension) gets "_" in front;
 // - at most `maxUnits` UTF-16 units are kept, never half a surrogate pair.
-// The result can be empty when nothing usable is left.
+// The result is empty when nothing is left that could be seen.
 std::wstring CleanFileName(std::wstring_view text, std::size_t maxUnits = kMaxNameUnits);
+
+inline constexpr wchar_t kMessageEnding[] = L".msg";
+
+// The text without the ending of message files that it may have.
+std::wstring_view WithoutMessageEnding(std::wstring_view text);
+
+// The UTF-16 units that a folder, with its backslash, leaves for a name before `ending`; 0 for
+// none.
+std::size_t RoomForName(std::wstring_view folder, std::wstring_view ending);
+
+// A folder as Windows reads it, with a backslash at its end: each "/" is a backslash, several in a
+// row are one, blanks and dots at the end of a part are gone, "." and ".." are followed. What
+// begins with neither a drive nor a server still does not. Empty text stays empty.
+std::wstring CleanFolder(std::wstring_view path);
+
+// Why a clean folder cannot be used, in a sentence for the user; empty when it can, as far as its
+// text tells. It must begin with a drive or a server and name no device.
+std::wstring FolderFault(std::wstring_view folder);
 
 }  // namespace postrove

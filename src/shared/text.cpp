@@ -1,6 +1,7 @@
 #include "shared/text.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace postrove::text {
 namespace {
@@ -35,6 +36,14 @@ constexpr Capitals kCapitals[] = {
     {0x04D0, 0x04FE, 2, 0x04D1}, {0x0500, 0x052E, 2, 0x0501}, {0x1E00, 0x1E94, 2, 0x1E01},
     {0x1EA0, 0x1EFE, 2, 0x1EA1},
 };
+
+// Characters that leave nothing to see, in ranges; halves of surrogate pairs among them.
+constexpr char32_t kUnseen[][2] = {
+    {0x0000, 0x0020},   {0x007F, 0x00A0},   {0x00AD, 0x00AD},  {0x034F, 0x034F}, {0x061C, 0x061C},
+    {0x115F, 0x1160},   {0x1680, 0x1680},   {0x17B4, 0x17B5},  {0x180B, 0x180F}, {0x2000, 0x200F},
+    {0x2028, 0x202F},   {0x205F, 0x206F},   {0x2800, 0x2800},  {0x3000, 0x3000}, {0x3164, 0x3164},
+    {0xD800, 0xDFFF},   {0xFE00, 0xFE0F},   {0xFEFF, 0xFEFF},  {0xFFA0, 0xFFA0}, {0xFFF0, 0xFFFB},
+    {0x1BCA0, 0x1BCA3}, {0x1D173, 0x1D17A}, {0xE0000, 0xE0FFF}};
 
 std::size_t FindExactly(std::wstring_view text, std::wstring_view needle, std::size_t from) {
   return needle.empty() ? std::wstring_view::npos : text.find(needle, from);
@@ -153,6 +162,17 @@ std::wstring ReplaceIgnoreCase(std::wstring_view text, std::wstring_view what,
 }
 
 std::wstring Quoted(std::wstring_view text) { return L'"' + std::wstring(text) + L'"'; }
+
+bool IsBlank(std::wstring_view text) {
+  for (std::size_t i = 0; i < text.size();) {
+    const char32_t c = NextCodePoint(text, &i);
+    const bool unseen = std::any_of(std::begin(kUnseen), std::end(kUnseen), [c](const auto& range) {
+      return c >= range[0] && c <= range[1];
+    });
+    if (!unseen) return false;
+  }
+  return true;
+}
 
 std::wstring Trim(std::wstring_view text) {
   const std::size_t first = text.find_first_not_of(L' ');
@@ -305,7 +325,10 @@ std::wstring EscapeHtml(std::wstring_view text) {
 }
 
 bool IsRootedPath(std::wstring_view path) {
-  if (path.starts_with(L"\\\\")) return path.size() > 2 && path[2] != L'\\';
+  if (path.starts_with(L"\\\\")) {
+    const std::wstring_view server = path.substr(2, path.find(L'\\', 2) - 2);
+    return !server.empty() && server != L"?" && server != L".";
+  }
   const wchar_t drive = path.empty() ? L'\0' : Fold(path[0]);
   return drive >= L'a' && drive <= L'z' && path.substr(1).starts_with(L":\\");
 }

@@ -34,6 +34,10 @@ std::wstring ReplaceIgnoreCase(std::wstring_view text, std::wstring_view what,
 // Between double quotes.
 std::wstring Quoted(std::wstring_view text);
 
+// True when nothing of the text can be seen: it is empty, or all blanks, control characters, zero
+// width characters, direction marks and the like.
+bool IsBlank(std::wstring_view text);
+
 // Without blanks (U+0020) at both ends.
 std::wstring Trim(std::wstring_view text);
 
@@ -64,8 +68,8 @@ std::wstring FromUtf16(std::u16string_view units);
 // decimal character references.
 std::wstring EscapeHtml(std::wstring_view text);
 
-// True for a path that begins with a drive and its root ("C:\...") or a server ("\\..."); any other
-// depends on the current folder.
+// True for a path that begins with a drive and its root ("C:\...") or a server ("\\..."). Any other
+// depends on the current folder, or goes past Windows' own treatment of paths ("\\?\...").
 bool IsRootedPath(std::wstring_view path);
 
 // "\" appended to a non-empty path that does not end in one; an empty path stays empty.

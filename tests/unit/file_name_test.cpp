@@ -38,6 +38,10 @@ TEST(CleanFileName, GivesTheNamesOfTheTable) {
       {L" .a. ", L"a"},
       {L"etc...", L"etc"},
       {L"???", L"---"},
+      // Nothing to see, and what is between letters.
+      {L"\u200B\u00A0\u2800\uFEFF\u3164\U000E0020\u00AD", L""},
+      {L".\u2063.", L""},
+      {L"a\u200Bb", L"a\u200Bb"},
       // Device names.
       {L"CON", L"_CON"},
       {L"con.msg", L"_con.msg"},
@@ -78,6 +82,57 @@ TEST(CleanFileName, TurnsHalvesOfPairsIntoBlanks) {
   const std::wstring low(1, static_cast<wchar_t>(0xDE00));
   EXPECT_EQ(CleanFileName(L"a" + high + L"b" + low), L"a b");
   EXPECT_EQ(CleanFileName(high), L"");
+}
+
+TEST(CleanFolder, IsWhatWindowsMakesOfThePath) {
+  const wchar_t kDrive[] = L"The Folder must begin with a drive or a server";
+  const struct {
+    std::wstring_view path, folder, fault;
+  } kTable[] = {
+      {L"", L"", kDrive},
+      {L"C:", L"C:\\", L""},
+      {L" C:/a//b/ ", L"C:\\a\\b\\", L""},
+      {L"C:\\a .\\b. . \\.c", L"C:\\a\\b\\.c\\", L""},
+      {L"C:\\a\\.\\b\\..\\c", L"C:\\a\\c\\", L""},
+      {L"C:\\..\\..\\a", L"C:\\a\\", L""},
+      {L"//server/share/../a ", L"\\\\server\\share\\a\\", L""},
+      {L"C:\\console\\a.nul", L"C:\\console\\a.nul\\", L""},
+      {L"C:\\a\\nul.txt\\b", L"C:\\a\\nul.txt\\b\\", L"The Folder cannot contain \"nul.txt\""},
+      {L"C:\\Con", L"C:\\Con\\", L"The Folder cannot contain \"Con\""},
+      {L"\\\\?\\C:\\a", L"\\\\?\\C:\\a\\", kDrive},
+      {L"//./C:/a", L"\\\\.\\C:\\a\\", kDrive},
+      {L"\\\\", L"\\\\", kDrive},
+      {L"\\root", L"root\\", kDrive},
+      {L"C:a", L"C:a\\", kDrive},
+      {L"..\\up", L"..\\up\\", kDrive},
+      {L"a", L"a\\", kDrive},
+  };
+  for (const auto& [path, folder, fault] : kTable) {
+    SCOPED_TRACE(text::ToUtf8(path));
+    EXPECT_EQ(CleanFolder(path), folder);
+    EXPECT_EQ(CleanFolder(folder), folder);
+    const std::wstring told = FolderFault(folder);
+    EXPECT_TRUE(fault.empty() ? told.empty() : told.starts_with(fault)) << text::ToUtf8(told);
+  }
+}
+
+TEST(MessageNames, HaveOneEndingAndFitIntoAPath) {
+  for (const auto& [name, stem] : {std::pair{L"Minutes.MSG . ", L"Minutes"},
+                                   {L"Minutes", L"Minutes"},
+                                   {L"a.msg.b", L"a.msg.b"},
+                                   {L".msg", L""},
+                                   {L"msg", L"msg"},
+                                   {L"", L""}}) {
+    EXPECT_EQ(WithoutMessageEnding(name), stem);
+  }
+  // 259 units, a letter beyond the 16-bit plane being two.
+  for (const auto& [folder, room] : {std::pair{std::wstring(253, L'd'), 2u},
+                                     {std::wstring(254, L'd'), 1u},
+                                     {std::wstring(255, L'd'), 0u},
+                                     {std::wstring(300, L'd'), 0u},
+                                     {L"\U0001F600" + std::wstring(251, L'd'), 2u}}) {
+    EXPECT_EQ(RoomForName(folder, L".msg"), room);
+  }
 }
 
 }  // namespace
