@@ -22,6 +22,7 @@ std::wstring Advice(long number) {
     return L"Check that the file and its folder exist, that the drive or network is connected and "
            L"that you are allowed to write there. Then try again.";
   }
+  if (number == kInvalidArgument) return L"Change what is named here, then try again.";
   if (number == kOutOfMemory) return L"Close other programs, then try again.";
   return L"Try again. If the message comes back, restart Outlook; if that does not help, pass this "
          L"text on to whoever looks after Postrove for you.";

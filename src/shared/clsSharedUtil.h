@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -29,6 +30,17 @@ enum class DriveKind {
   RamDisk = 6
 };
 
+// What tells a file from every other one that had its name before or has it later: the system's
+// number for it, the time it was made, and whether it may be changed. A file that is written over
+// in place or renamed stays the same one.
+struct FileIdentity {
+  std::uint32_t volume = 0;
+  std::uint64_t number = 0;
+  std::uint64_t made = 0;
+  bool readOnly = false;
+  bool operator==(const FileIdentity&) const = default;
+};
+
 // The shared utility object (held in gUtility): files, settings, the shell, message boxes, the
 // folder picker. The product implements the protected and pure members on Windows, a test in
 // memory. Paths are Windows paths. Thread: Outlook's user-interface thread only.
@@ -49,6 +61,17 @@ class clsSharedUtil {
 
   // Size of an existing file in bytes, or -1.
   virtual long long FileSize(const std::wstring& path) = 0;
+
+  // Nothing when there is no such file, or a folder of that name, or it cannot be asked for.
+  virtual std::optional<FileIdentity> IdentifyFile(const std::wstring& path) = 0;
+
+  // Makes a new empty file, so that its name is the caller's and nobody else's; nothing when the
+  // name is taken, by a file or a folder. Throws Error when the file cannot be made.
+  virtual std::optional<FileIdentity> ClaimFile(const std::wstring& path) = 0;
+
+  // Removes the file if it is the one meant. False when another one is there, which is left alone;
+  // true when none is. Throws Error when it is still there.
+  virtual bool RemoveFileIf(const std::wstring& path, const FileIdentity& meant) = 0;
 
   // Makes the folder and the missing ones above it. Nothing happens when it exists. Throws Error
   // with the path and the system's reason in its description.
@@ -112,6 +135,9 @@ class clsSharedUtil {
 
   // A name that Windows accepts for a file (shared/file_name.h).
   std::wstring MakeFileName(const std::wstring& text, std::size_t maxUnits = kMaxNameUnits);
+
+  // True when text written in the system's code page comes back as it was.
+  bool InCodePage(const std::wstring& text) { return FromCodePage(ToCodePage(text)) == text; }
 
   // Shows the standard message box for a failed procedure: what failed, in which procedure, what
   // the user can do. Never throws.

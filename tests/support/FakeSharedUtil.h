@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <deque>
 #include <functional>
 #include <map>
@@ -42,12 +43,14 @@ class FakeSharedUtil : public clsSharedUtil {
   // The stage. Folders above an added one are added with it.
   void AddFolder(const std::wstring& folder) {
     for (std::wstring path = Plain(folder); !path.empty(); path = Parent(path)) {
-      entries_.try_emplace(Key(path), Entry{path, true, {}, false});
+      entries_.try_emplace(Key(path), Entry{path, true, {}, false, 0});
     }
   }
+  // A file that is there is written over in place: it stays the same one.
   void AddFile(const std::wstring& path, std::string bytes = {}) {
     AddFolder(Parent(Plain(path)));
-    entries_[Key(path)] = Entry{Plain(path), false, std::move(bytes), false};
+    const std::uint64_t number = File(path) ? entries_.at(Key(path)).number : ++filesMade_;
+    entries_[Key(path)] = Entry{Plain(path), false, std::move(bytes), false, number};
   }
   void SetReadOnly(const std::wstring& path) { entries_.at(Key(path)).readOnly = true; }
   void Remove(const std::wstring& path) { entries_.erase(Key(path)); }
@@ -120,6 +123,24 @@ class FakeSharedUtil : public clsSharedUtil {
     if (NextOperationFails() || !bytes) return -1;
     return static_cast<long long>(bytes->size());
   }
+  std::optional<FileIdentity> IdentifyFile(const std::wstring& path) override {
+    const Entry* entry = Find(path);
+    if (NextOperationFails() || !entry || entry->folder) return std::nullopt;
+    return FileIdentity{1, entry->number, 0, entry->readOnly};
+  }
+  std::optional<FileIdentity> ClaimFile(const std::wstring& path) override {
+    if (NextOperationFails() || !HasFolderOf(path)) Fail(L"Cannot make the file", path);
+    if (Find(path)) return std::nullopt;
+    AddFile(path);
+    return FileIdentity{1, filesMade_, 0, false};
+  }
+  bool RemoveFileIf(const std::wstring& path, const FileIdentity& meant) override {
+    if (NextOperationFails()) Fail(L"Cannot delete the file", path);
+    const Entry* entry = Find(path);
+    if (entry && entry->number != meant.number) return false;
+    Remove(path);
+    return true;
+  }
   void CreateFolder(const std::wstring& folder) override {
     if (NextOperationFails()) Fail(L"Cannot make the folder", folder);
     for (std::wstring path = Plain(folder); !path.empty(); path = Parent(path)) {
@@ -144,10 +165,11 @@ class FakeSharedUtil : public clsSharedUtil {
     return !NextOperationFails() && File(one) && File(one) == File(other);
   }
   void RenameFile(const std::wstring& from, const std::wstring& to) override {
-    const std::optional<std::string> bytes = File(from);
-    if (NextOperationFails() || !bytes || Find(to)) Fail(L"Cannot rename the file", from);
+    if (NextOperationFails() || !File(from) || Find(to)) Fail(L"Cannot rename the file", from);
+    Entry moved = entries_.at(Key(from));
     Remove(from);
-    AddFile(to, *bytes);
+    moved.path = Plain(to);
+    entries_.emplace(Key(to), std::move(moved));
   }
   void RemoveFile(const std::wstring& path) override {
     if (NextOperationFails() || !File(path)) Fail(L"Cannot delete the file", path);
@@ -200,6 +222,7 @@ class FakeSharedUtil : public clsSharedUtil {
     bool folder;
     std::string bytes;
     bool readOnly;
+    std::uint64_t number;  // of a file, from 1 on
   };
 
   // With "\" only and none at the end, so "C:" stands for the drive's root.
@@ -256,6 +279,7 @@ class FakeSharedUtil : public clsSharedUtil {
   }
 
   std::map<std::wstring, Entry> entries_;
+  std::uint64_t filesMade_ = 0;
   std::map<std::wstring, DriveKind> drives_;
   struct ExpectedMessage {
     MessageAnswer answer;

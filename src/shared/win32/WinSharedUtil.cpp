@@ -5,6 +5,7 @@
 #include <shellapi.h>
 
 #include "shared/text.h"
+#include "shared/win32/file_identity.h"
 #include "shared/win32/file_update.h"
 #include "shared/win32/folder_picker.h"
 #include "shared/win32/no_drive_messages.h"
@@ -114,6 +115,21 @@ class WinSharedUtil final : public clsSharedUtil {
       return -1;
     }
     return static_cast<long long>(data.nFileSizeHigh) << 32 | data.nFileSizeLow;
+  }
+
+  std::optional<FileIdentity> IdentifyFile(const std::wstring& path) override {
+    const NoDriveMessages quiet;
+    return IdentifyFileAt(path);
+  }
+
+  std::optional<FileIdentity> ClaimFile(const std::wstring& path) override {
+    const NoDriveMessages quiet;
+    return ClaimFileAt(path);
+  }
+
+  bool RemoveFileIf(const std::wstring& path, const FileIdentity& meant) override {
+    const NoDriveMessages quiet;
+    return RemoveFileAtIf(path, meant);
   }
 
   void CreateFolder(const std::wstring& folder) override {

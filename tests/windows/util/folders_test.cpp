@@ -72,6 +72,35 @@ TEST_F(Folders, AndFilesAreToldApart) {
   EXPECT_EQ(utility_->FileSize(L""), -1);
 }
 
+TEST_F(Folders, KeepAClaimedNameForItsOwner) {
+  const std::wstring path = folder_.Path() + L"a.msg";
+  const std::optional<FileIdentity> mine = utility_->ClaimFile(path);
+  ASSERT_TRUE(mine);
+  EXPECT_EQ(utility_->FileSize(path), 0);
+  EXPECT_EQ(utility_->IdentifyFile(path), mine);
+  EXPECT_FALSE(utility_->ClaimFile(path));
+  EXPECT_FALSE(utility_->ClaimFile(folder_.Path().substr(0, folder_.Path().size() - 1)));
+  EXPECT_THROW(utility_->ClaimFile(folder_.Path() + L"none\\a.msg"), Error);
+
+  const std::wstring theirs = folder_.Path() + L"theirs";
+  MakeFile(theirs, "theirs");
+  ASSERT_TRUE(MoveFileExW(theirs.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING));
+  EXPECT_FALSE(utility_->RemoveFileIf(path, *mine));
+  EXPECT_EQ(utility_->FileSize(path), 6);
+  const std::optional<FileIdentity> other = utility_->IdentifyFile(path);
+  ASSERT_TRUE(other);
+  utility_->RenameFile(path, theirs);
+  EXPECT_EQ(utility_->IdentifyFile(theirs), other);
+  EXPECT_TRUE(utility_->RemoveFileIf(path, *mine));  // it is gone
+  EXPECT_TRUE(utility_->RemoveFileIf(theirs, *other));
+  EXPECT_EQ(utility_->FileSize(theirs), -1);
+
+  ASSERT_TRUE(utility_->ClaimFile(path));
+  SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_READONLY);
+  EXPECT_TRUE(utility_->IdentifyFile(path)->readOnly);
+  SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+}
+
 TEST_F(Folders, AreMadeWithThoseAboveThem) {
   for (const wchar_t* folder : {L"a\\b\\c", L"a\\b\\c", L"d\\e\\", L"f//g/h", L"ö\\日本"}) {
     utility_->CreateFolder(folder_.Path() + folder);
