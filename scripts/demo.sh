@@ -17,7 +17,7 @@ and files the message. Sets up and builds what is missing.
   --name TEXT         the file name to type
   --editor text|html|word
                       the kind of message or its editor
-  --outlook 9..16     the version to behave like (there was no 13)
+  --outlook 9..16     the version to behave like (there was no 13); 11 unless told
   --answer TITLE=BUTTON
                       the button to press in each message box of that title; may be repeated.
                       BUTTON:NAME types a name first, where a dialog has one to edit

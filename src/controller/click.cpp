@@ -19,10 +19,11 @@ std::wstring VersionText(const ProductVersion& version) {
 }  // namespace
 
 void clsPostrove::mcbPostroveMenuButton_Click() {
-  if (frmPostroveEvent_) {  // a dialog is modal to its own mail window only
-    forms_->BringToFront(*frmPostroveEvent_);
+  if (clicked_) {  // a dialog is modal to its own mail window only, and so is a message box
+    if (frmPostroveEvent_) forms_->BringToFront(*frmPostroveEvent_);
     return;
   }
+  const Raised clicked(clicked_);
   const bool shown = Reporting(*utility_, L"clsPostrove", L"PostroveMenuButton_Click()", [this] {
     GetProjectList();
     // Not kept here: Outlook can quit while the dialog is open.
@@ -36,6 +37,9 @@ void clsPostrove::mcbPostroveMenuButton_Click() {
     {
       const Raised filling(filling_);
       FillProjectCombo(form->cboPostrove);
+      // A subject without a number can still name a listed project: the one shown is the one meant.
+      const int named = form->cboPostrove.ListIndex();
+      if (ProjectNumber.empty() && named >= 0) SelectProject(named);
       FillSaveFields(*form);
     }
     forms_->ShowModal(*form);
@@ -45,6 +49,7 @@ void clsPostrove::mcbPostroveMenuButton_Click() {
   frmPostroveEvent_.reset();
   clickedInspector_ = {};
   typedProject_ = false;
+  toldOfLetters_ = false;
 }
 
 office::MailItem clsPostrove::TakeActiveMessage() {

@@ -21,6 +21,8 @@
 
 namespace postrove {
 
+class FilePlace;
+
 // Version of the add-in, as its version resource states it.
 struct ProductVersion {
   int major = 0;
@@ -275,11 +277,15 @@ class clsPostrove final : public forms::frmPostroveEvents,
   std::wstring ValidateSave();
   void ResolveTypedProject();
   void TakeTypedProject();
-  // False when the user cancelled; `overwrite` when a file of that name is to be written over.
-  bool ChooseFileName(const std::wstring& folder, std::wstring& fileName, bool& overwrite);
+  bool FolderIsProposed(const forms::frmPostrove& form) const;  // and not the user's own
+  // Takes the place of a file, with the question about one that exists. False when the user
+  // cancelled.
+  bool ChooseFileName(FilePlace& place, const std::wstring& folder, std::wstring fileName);
   std::wstring FileNameFor(const std::wstring& name, const std::wstring& folder, bool attachments);
-  void WriteAndSend(const office::MailItem& mail, const std::wstring& path, bool overwrite,
-                    std::int32_t saveType);
+  bool KeepsLetters(const office::MailItem& mail, const std::wstring& subject,
+                    const office::Attachments& attachments, bool unicodeFiles);
+  void WriteAndSend(const office::MailItem& mail, FilePlace& place, std::int32_t saveType);
+  void SendUnfiled(const office::MailItem& mail);
 
   // Shows the folder message dialog above the save dialog. The accepted name, empty on Cancel.
   std::wstring AskFolderMessage(const std::wstring& caption, const std::wstring& message,
@@ -331,9 +337,9 @@ class clsPostrove final : public forms::frmPostroveEvents,
   void TakeProject(const Project& project);
 
   std::wstring FolderOf(const Project& project) const;
+  std::wstring FolderOfNumber(const std::wstring& number) const;
   bool AskToAddProject();
   void TellTemporaryProject();
-  std::wstring NewProjectFolder();
   void AddTemporaryProject();
   void ChooseListedProject(int row);
 
@@ -396,6 +402,8 @@ class clsPostrove final : public forms::frmPostroveEvents,
   bool workUnitTypeAhead_ = false;      // the work-unit box does
   bool networkDrive_ = false;           // the folder checked last is on a network drive
   bool filling_ = false;                // the controller fills the dialog itself
+  bool clicked_ = false;                // a click is being handled
+  bool toldOfLetters_ = false;          // the user knows which letters the file cannot hold
   bool writing_ = false;                // Outlook writes or sends the message
   bool typedProject_ = false;           // the user typed a project instead of choosing one
   int lowered_ = 0;                     // dialogs open above the save dialog

@@ -45,8 +45,10 @@ bool clsPostrove::ParseSubject(std::wstring& subject) {
       const long long nameLength = static_cast<long long>(subjectAt) - nameAt;
       if (nameLength < 0) {
         throw Error(kInvalidArgument, L"clsPostrove.ParseSubject()",
-                    L"The subject \"" + subject + L"\" has \"" + SubjDelim +
-                        L"\" before the end of the " + WorkUnit + L".");
+                    L"The subject " + text::Quoted(subject) + L" has " + text::Quoted(SubjDelim) +
+                        L" before the end of the " + WorkUnit + L". Take " +
+                        text::Quoted(SubjDelim) +
+                        L" out of the subject, in the message's own window, and click again.");
       }
       ProjectName =
           subject.substr(static_cast<std::size_t>(nameAt), static_cast<std::size_t>(nameLength));
@@ -56,6 +58,7 @@ bool clsPostrove::ParseSubject(std::wstring& subject) {
 }
 
 int clsPostrove::FindProject(const std::wstring& number, const std::wstring& name) const {
+  if (number.empty() && text::IsBlank(name)) return -1;
   for (std::size_t row = 0; row < ProjectList.size(); ++row) {
     const Project& project = ProjectList[row];
     const bool match = number.empty() ? text::EqualsIgnoreCase(project.name, name)
@@ -66,7 +69,7 @@ int clsPostrove::FindProject(const std::wstring& number, const std::wstring& nam
 }
 
 void clsPostrove::ResolveSubjectProject() {
-  const int row = FindProject(ProjectNumber, useQuillion_ ? std::wstring() : ProjectName);
+  const int row = FindProject(ProjectNumber, ProjectName);
   if (row >= 0) {
     if (!typedProject_) {
       SelectProject(row);
@@ -78,7 +81,7 @@ void clsPostrove::ResolveSubjectProject() {
   if (useQuillion_) {
     TellTemporaryProject();
   } else if (AskToAddProject()) {
-    if (ProjFilePath.empty()) ProjFilePath = NewProjectFolder();
+    if (ProjFilePath.empty()) ProjFilePath = text::NormaliseFolder(FolderOfNumber(ProjectNumber));
     ProjInfoMode = L"addmanual";
     Active = true;
     OpenProjectInfo();
@@ -108,14 +111,8 @@ bool clsPostrove::AskToAddProject() {
                                MessageIcon::Question) == MessageAnswer::Yes;
 }
 
-// The number can come from a stranger's subject: it names one folder below the root, never a way
-// out of it.
-std::wstring clsPostrove::NewProjectFolder() {
-  return text::NormaliseFolder(Root + utility_->MakeFileName(ProjectNumber));
-}
-
 void clsPostrove::AddTemporaryProject() {
-  ProjFilePath = NewProjectFolder();
+  ProjFilePath = text::NormaliseFolder(FolderOfNumber(ProjectNumber));
   ProjectList.push_back({ProjectNumber, ProjectName, ProjFilePath, false, 0, true});
   if (!frmPostroveEvent_) return;
   forms::Control& combo = frmPostroveEvent_->cboPostrove;
@@ -128,9 +125,16 @@ void clsPostrove::AddTemporaryProject() {
   }
 }
 
-// Without its own folder a project lies below the root; FillSaveFields adds the backslash.
+// The number can come from a stranger's subject: it names one folder below the root, never a way
+// out of it, and the same one whether its project is listed or not. FillSaveFields adds the
+// backslash.
+std::wstring clsPostrove::FolderOfNumber(const std::wstring& number) const {
+  return Root + utility_->MakeFileName(number);
+}
+
 std::wstring clsPostrove::FolderOf(const Project& project) const {
-  return project.filePath.empty() ? Root + project.number : text::NormaliseFolder(project.filePath);
+  return project.filePath.empty() ? FolderOfNumber(project.number)
+                                  : text::NormaliseFolder(project.filePath);
 }
 
 void clsPostrove::SelectProject(int row) {
@@ -162,8 +166,9 @@ void clsPostrove::FillProjectCombo(forms::Control& combo) {
   for (std::size_t row = 0; row < ProjectList.size(); ++row) {
     const Project& project = ProjectList[row];
     items.push_back(ItemText(project.name, project.number));
-    const bool current =
-        ProjectNumber.empty() ? project.name == ProjectName : project.number == ProjectNumber;
+    const bool current = ProjectNumber.empty()
+                             ? project.name == ProjectName && !text::IsBlank(ProjectName)
+                             : project.number == ProjectNumber;
     if (current) selected = static_cast<int>(row);
   }
   if (items.empty()) items.push_back(ItemText(ProjectName, ProjectNumber));

@@ -1,10 +1,11 @@
 #include <algorithm>
 
 #include "controller/clsPostrove.h"
+#include "controller/file_place.h"
+#include "controller/letters.h"
+#include "controller/message_changes.h"
 #include "controller/raised.h"
 #include "forms/kit/guards.h"
-#include "forms/messages.h"
-#include "forms/web_site.h"
 #include "outlook/IclsOutlook.h"
 #include "outlook/office/ids.h"
 #include "shared/file_name.h"
@@ -15,138 +16,17 @@ namespace postrove {
 namespace {
 
 constexpr wchar_t kBreak[] = L"\r\n";
-constexpr wchar_t kExtension[] = L".msg";
 constexpr wchar_t kAttachmentMark[] = L"(att)";
-constexpr wchar_t kFooter[] = L"Save important emails with ";
+constexpr int kFirstWithUnicodeFiles = 11;  // Outlook 2003
 
-// The subject that an empty one is filled with; empty again unless the message was filed, so that
-// another try can name another project.
-class FilledSubject {
- public:
-  FilledSubject(const office::MailItem& mail, const std::wstring& subject)
-      : mail_(mail), filled_(mail.Subject().empty()) {
-    if (filled_) mail_.SetSubject(subject);
+// A version that cannot be told counts as one that has no such files.
+bool HasUnicodeFiles(const IclsOutlook& outlook) {
+  try {
+    return text::LeadingNumber(outlook.App().Version()) >= kFirstWithUnicodeFiles;
+  } catch (const Error&) {
+    return false;
   }
-  FilledSubject(const FilledSubject&) = delete;
-  FilledSubject& operator=(const FilledSubject&) = delete;
-  ~FilledSubject() {
-    if (!filled_) return;
-    try {
-      mail_.SetSubject({});
-    } catch (...) {
-      // The message may be gone.
-    }
-  }
-
-  void Keep() { filled_ = false; }
-
- private:
-  const office::MailItem mail_;
-  bool filled_;
-};
-
-// The place of a file that is about to be written. A file that the user agreed to write over is out
-// of the way under another name until the new one is there; whatever fails before, the place is
-// then as it was. Throws Error when a file is there that nobody agreed about, or that cannot be
-// moved.
-class FilePlace {
- public:
-  FilePlace(clsSharedUtil& utility, const std::wstring& path, bool overwrite)
-      : utility_(utility), path_(path) {
-    if (!overwrite) {
-      if (utility_.FileSize(path) < 0) return;
-      // Another user may have filed it meanwhile.
-      throw Error(kPathFileAccess, L"clsPostrove.SaveAndSendMail()",
-                  L"The file " + text::Quoted(path) + L" already exists.");
-    }
-    // No longer than the path itself, which may have no room left.
-    const std::wstring stem = path.substr(0, path.rfind(L'.')) + L".old";
-    std::wstring aside = stem;
-    for (int n = 2; utility_.FileSize(aside) >= 0; ++n) aside = stem + text::FromNumber(n);
-    utility_.RenameFile(path, aside);
-    aside_ = aside;
-  }
-  FilePlace(const FilePlace&) = delete;
-  FilePlace& operator=(const FilePlace&) = delete;
-  ~FilePlace() {
-    if (kept_) return;
-    try {
-      // Half a message must not pass for a filed one.
-      if (utility_.FileSize(path_) >= 0) utility_.RemoveFile(path_);
-      if (!aside_.empty()) utility_.RenameFile(aside_, path_);
-    } catch (...) {
-      if (aside_.empty()) return;
-      utility_.ShowMessage(L"The file " + text::Quoted(path_) +
-                               L" could not be put back. What it held is now in " +
-                               text::Quoted(aside_) + L".",
-                           L"Postrove", MessageButtons::Ok, MessageIcon::Information);
-    }
-  }
-
-  void Keep() {
-    kept_ = true;
-    if (aside_.empty()) return;
-    try {
-      utility_.RemoveFile(aside_);
-    } catch (const Error&) {
-      // The new file is there; one too many harms nobody.
-    }
-  }
-
- private:
-  clsSharedUtil& utility_;
-  const std::wstring path_;
-  std::wstring aside_;
-  bool kept_ = false;
-};
-
-// The message with the footer for as long as it is being filed: what was there before is put back
-// unless the filing succeeded, so that another try does not add a second footer.
-class FootedBody {
- public:
-  FootedBody(const office::MailItem& mail, bool html, const std::wstring& path)
-      : mail_(mail), html_(html), before_(html ? mail.HtmlBody() : mail.Body()) {
-    if (html_) {
-      mail_.SetHtmlBody(WithHtmlFooter(before_, path));
-    } else {
-      mail_.SetBody(before_ + kBreak + path + kBreak + kFooter + forms::kWebSite + kBreak);
-    }
-  }
-
-  FootedBody(const FootedBody&) = delete;
-  FootedBody& operator=(const FootedBody&) = delete;
-
-  ~FootedBody() {
-    if (kept_) return;
-    try {
-      if (html_) {
-        mail_.SetHtmlBody(before_);
-      } else {
-        mail_.SetBody(before_);
-      }
-    } catch (...) {
-      // The message may be gone; there is nothing left to put back.
-    }
-  }
-
-  void Keep() { kept_ = true; }
-
- private:
-  static std::wstring WithHtmlFooter(const std::wstring& html, const std::wstring& path) {
-    const std::wstring site = text::EscapeHtml(forms::kWebSite);
-    const std::wstring footer = L"<DIV><P>" + text::EscapeHtml(path) + L"<BR>" + kFooter +
-                                L"<A HREF=\"" + site + L"\">" + site + L"</A></P></DIV>";
-    const std::wstring end = L"</BODY>";
-    // A body without an end tag still gets its footer.
-    if (text::FindIgnoreCase(html, end) == std::wstring::npos) return html + footer;
-    return text::ReplaceIgnoreCase(html, end, footer + end);
-  }
-
-  const office::MailItem mail_;
-  const bool html_;
-  const std::wstring before_;
-  bool kept_ = false;
-};
+}
 
 }  // namespace
 
@@ -164,7 +44,7 @@ void clsPostrove::SaveButtonClicked() {
                           MessageIcon::Information);
     return;
   }
-  std::wstring folder = text::NormaliseFolder(text::Trim(form->txtSaveFolder.Text()));
+  std::wstring folder = CleanFolder(form->txtSaveFolder.Text());
   form->txtSaveFolder.SetText(folder);
   if (!EnsureFolder(folder)) return;
   form->txtSaveFolder.SetText(folder);
@@ -179,27 +59,34 @@ std::wstring clsPostrove::ValidateSave() {
   const auto require = [&errors](bool present, const std::wstring& message) {
     if (!present) errors += kBreak + message;
   };
-  require(!form.cboPostrove.Text().empty(), L"You must select a " + WorkUnit + L".");
-  const std::wstring folder = text::Trim(form.txtSaveFolder.Text());
+  const std::wstring project = text::Replace(form.cboPostrove.Text(), L":", {});
+  require(!text::IsBlank(project), L"You must select a " + WorkUnit + L".");
+  const std::wstring folder = CleanFolder(form.txtSaveFolder.Text());
   require(!folder.empty(), L"You must select a Folder to save this E-mail in.");
-  require(folder.empty() || text::IsRootedPath(folder), forms::kRootedFolder);
+  const std::wstring fault = FolderFault(folder);
+  require(folder.empty() || fault.empty(), fault);
   // A name of which nothing can stand in a file name is none.
-  require(!utility_->MakeFileName(form.txtSaveAsName.Text()).empty(),
+  const std::wstring name = form.txtSaveAsName.Text();
+  require(!utility_->MakeFileName(std::wstring(WithoutMessageEnding(name))).empty(),
           L"You must select a Filename for this E-mail.");
   const std::wstring drive = DriveProblem(folder, L"Folder");
   require(drive.empty(), drive);
   return errors;
 }
 
+bool clsPostrove::FolderIsProposed(const forms::frmPostrove& form) const {
+  return text::EqualsIgnoreCase(CleanFolder(form.txtSaveFolder.Text()),
+                                CleanFolder(proposedFolder_));
+}
+
 void clsPostrove::ResolveTypedProject() {
   const std::shared_ptr<forms::frmPostrove> form = frmPostroveEvent_;
   TakeTypedProject();
+  if (text::IsBlank(ProjectNumber) && text::IsBlank(ProjectName)) return;  // none
   ResolveSubjectProject();
   typedProject_ = false;  // asked about once
-  if (form->IsUnloaded()) return;
   // The folder of the project before is not that of the typed one; one that the user chose stays.
-  const std::wstring shown = text::NormaliseFolder(text::Trim(form->txtSaveFolder.Text()));
-  if (text::EqualsIgnoreCase(shown, proposedFolder_)) ProposeFolder(*form);
+  if (!form->IsUnloaded() && FolderIsProposed(*form)) ProposeFolder(*form);
 }
 
 void clsPostrove::TakeTypedProject() {
@@ -220,46 +107,50 @@ void clsPostrove::TakeTypedProject() {
 std::wstring clsPostrove::FileNameFor(const std::wstring& name, const std::wstring& folder,
                                       bool attachments) {
   const std::wstring ending =
-      (attachments ? std::wstring(kAttachmentMark) : std::wstring()) + kExtension;
-  const std::size_t taken = text::ToUtf16(folder).size() + ending.size();
-  if (taken >= kMaxPath) {
-    throw Error(kPathFileAccess, L"clsPostrove.SaveAndSendMail()",
+      (attachments ? std::wstring(kAttachmentMark) : std::wstring()) + kMessageEnding;
+  const std::size_t room = RoomForName(folder, ending);
+  if (room == 0) {
+    throw Error(kInvalidArgument, L"clsPostrove.SaveAndSendMail()",
                 L"The folder " + text::Quoted(folder) +
                     L" leaves no room for a file name. Choose a folder with a shorter path.");
   }
-  const std::wstring cleaned =
-      utility_->MakeFileName(name, std::min(kMaxNameUnits, kMaxPath - taken));
+  const std::wstring cleaned = utility_->MakeFileName(std::wstring(WithoutMessageEnding(name)),
+                                                      std::min(kMaxNameUnits, room));
   if (cleaned.empty()) {
     throw Error(
-        kPathFileAccess, L"clsPostrove.SaveAndSendMail()",
+        kInvalidArgument, L"clsPostrove.SaveAndSendMail()",
         L"Nothing of " + text::Quoted(name) + L" can stand in a file name. Choose another name.");
   }
   return cleaned + ending;
 }
 
-bool clsPostrove::ChooseFileName(const std::wstring& folder, std::wstring& fileName,
-                                 bool& overwrite) {
-  while (utility_->FileExists(folder, fileName)) {
+bool clsPostrove::ChooseFileName(FilePlace& place, const std::wstring& folder,
+                                 std::wstring fileName) {
+  while (!place.Claim(folder + fileName)) {
+    const std::wstring path = folder + fileName;
+    const std::optional<FileIdentity> existing = utility_->IdentifyFile(path);
+    const bool readOnly = existing && existing->readOnly;
     const std::wstring accepted = AskFolderMessage(
         L"Existing File Name",
-        std::wstring(L"The file ") + kBreak + text::Quoted(folder + fileName) + kBreak +
-            L" already exists.",
+        std::wstring(L"The file ") + kBreak + text::Quoted(path) + kBreak + L" already exists." +
+            (readOnly ? std::wstring(kBreak) + L" It is read-only." : std::wstring()),
         fileName,
         std::wstring(L"You may:") + kBreak + L"-Edit the name and click 'OK' to save the file." +
             kBreak + L"-Just click 'OK' to overwrite the existing file." + kBreak +
             L"-Click 'Cancel' to return to the Postrove form and modify the file name.");
     if (accepted.empty()) return false;
-    overwrite = accepted == fileName;
-    if (overwrite) return true;
-    std::wstring stem = text::Trim(accepted);
-    const std::wstring_view extension = kExtension;
-    if (stem.size() >= extension.size() &&
-        text::EqualsIgnoreCase(std::wstring_view(stem).substr(stem.size() - extension.size()),
-                               extension)) {
-      stem.resize(stem.size() - extension.size());
+    if (accepted != fileName) {
+      // It is asked about in its turn when it is taken as well.
+      fileName = FileNameFor(accepted, folder, false);
+    } else if (existing) {
+      if (place.Replace(path, *existing)) return true;
+    } else if (place.Claim(path)) {
+      return true;  // gone meanwhile
+    } else {
+      throw Error(
+          kInvalidArgument, L"clsPostrove.SaveAndSendMail()",
+          L"What is at " + text::Quoted(path) + L" cannot be written over. Choose another name.");
     }
-    // Another name: it is asked about in its turn when it is taken as well.
-    fileName = FileNameFor(stem, folder, false);
   }
   return true;
 }
@@ -275,43 +166,77 @@ bool clsPostrove::SaveAndSendMail() {
       throw Error(kObjectNotSet, L"MailItem",
                   L"The message is no longer open. Open it again and click its button.");
     }
-    FilledSubject subject(mail, ProjectNumber + ProjDelim + ProjectName + SubjDelim + SaveAsName);
+    if (mail.RecipientCount() == 0) {
+      SendUnfiled(mail);
+      handled = true;
+      return;
+    }
+    std::wstring subject = mail.Subject();
+    std::optional<FilledSubject> filled;
+    if (subject.empty()) {
+      subject = ProjectNumber + ProjDelim + ProjectName + SubjDelim + SaveAsName;
+      filled.emplace(mail, subject);
+    }
     const std::wstring folder = form->txtSaveFolder.Text();
-    const bool attachments = mail.AttachmentCount() != 0;
+    const office::Attachments attachments = mail.Attachments();
+    const bool marked = attachments.Count() != 0;
+    const bool unicodeFiles = HasUnicodeFiles(*outlook);
+    const bool keepsLetters =
+        KeepsLetters(mail, subject, marked ? attachments : office::Attachments(), unicodeFiles);
     if (form->IsUnloaded()) return;  // Outlook quit meanwhile
-    std::wstring fileName = FileNameFor(SaveAsName, folder, attachments);
-    bool overwrite = false;
-    if (!ChooseFileName(folder, fileName, overwrite)) return;
-    WriteAndSend(mail, folder + fileName, overwrite, outlook->SaveType());
-    subject.Keep();
+    FilePlace place(*utility_);
+    if (!ChooseFileName(place, folder, FileNameFor(SaveAsName, folder, marked))) return;
+    const bool plain = !unicodeFiles || (keepsLetters && utility_->InCodePage(place.Path()));
+    WriteAndSend(mail, place, plain ? outlook->SaveType() : office::kSaveTypeMsgUnicode);
+    if (filled) filled->Keep();
     handled = true;
   });
   return handled;
 }
 
-void clsPostrove::WriteAndSend(const office::MailItem& mail, const std::wstring& path,
-                               bool overwrite, std::int32_t saveType) {
+bool clsPostrove::KeepsLetters(const office::MailItem& mail, const std::wstring& subject,
+                               const office::Attachments& attachments, bool unicodeFiles) {
+  if (toldOfLetters_ || FitsCodePage(mail, subject, attachments, *utility_, unicodeFiles)) {
+    return true;
+  }
+  if (!unicodeFiles) {
+    toldOfLetters_ = true;
+    utility_->ShowMessage(
+        L"This E-mail has letters that this version of Outlook cannot keep in a message file on "
+        L"this computer. In the subject, in names and in plain text the file will have question "
+        L"marks in their place; in formatted (HTML) text they stay.",
+        L"Letters Cannot Be Kept", MessageButtons::Ok, MessageIcon::Information);
+  }
+  return false;
+}
+
+void clsPostrove::WriteAndSend(const office::MailItem& mail, FilePlace& place,
+                               std::int32_t saveType) {
   // Outlook may ask something itself meanwhile, and lets the user reach the dialog.
   const Raised writing(writing_);
   const forms::Lowered lowered(*forms_, frmPostroveEvent_, lowered_);
-  if (mail.RecipientCount() == 0) {
-    if (!clickedIsSent_) mail.Send();  // Outlook refuses it and says why
-    utility_->ShowMessage(L"This E-mail has no recipients. It was not saved.", L"Cannot Save",
-                          MessageButtons::Ok, MessageIcon::Information);
-    return;
-  }
   const forms::WaitCursor wait(*forms_);
   const std::int32_t editor = clickedInspector_.EditorType();
-  FootedBody footed(mail, editor == office::kEditorWord || editor == office::kEditorHtml, path);
-  FilePlace place(*utility_, path, overwrite);
-  mail.SaveAs(path, saveType);
-  if (utility_->FileSize(path) <= 0) {
-    throw Error(kPathFileAccess, L"SaveAs",
-                L"Outlook did not write the file " + text::Quoted(path) + L".");
-  }
-  place.Keep();
+  const bool html = editor == office::kEditorWord || editor == office::kEditorHtml;
+  FootedBody footed(mail, html, place.Path());
+  place.Write([&] { mail.SaveAs(place.Path(), saveType); });
   if (!clickedIsSent_) mail.Send();
   footed.Keep();
+}
+
+// Nothing is filed without recipients. Outlook refuses a new message and says why, unless
+// something in it that reads along knows where to send it.
+void clsPostrove::SendUnfiled(const office::MailItem& mail) {
+  if (!clickedIsSent_) {
+    const Raised writing(writing_);
+    const forms::Lowered lowered(*forms_, frmPostroveEvent_, lowered_);
+    mail.Send();
+  }
+  utility_->ShowMessage(clickedIsSent_
+                            ? L"This E-mail has no recipients. It was not saved."
+                            : L"This E-mail was sent, but it was not saved, because it had no "
+                              L"recipients. To save it, open it in \"Sent Items\".",
+                        L"Cannot Save", MessageButtons::Ok, MessageIcon::Information);
 }
 
 }  // namespace postrove

@@ -1,6 +1,6 @@
 #include "controller/clsPostrove.h"
 #include "forms/kit/guards.h"
-#include "forms/messages.h"
+#include "shared/file_name.h"
 #include "shared/text.h"
 
 // What the controller's handlers of several dialogs share.
@@ -109,12 +109,13 @@ bool clsPostrove::EnsureFolder(std::wstring& folder) {
       L"'Cancel' to return to the Postrove form to pick a different location without creating the "
       L"new folder.");
   if (accepted.empty()) return false;
-  const std::wstring target = text::NormaliseFolder(text::Trim(accepted));
-  if (!text::IsRootedPath(target)) {
-    throw Error(kPathFileAccess, L"clsPostrove.EnsureFolder()", forms::kRootedFolder);
-  }
+  const std::wstring target = CleanFolder(accepted);
+  const auto refuse = [](const std::wstring& why) {
+    if (!why.empty()) throw Error(kInvalidArgument, L"clsPostrove.EnsureFolder()", why);
+  };
+  refuse(FolderFault(target));
   const std::wstring drive = DriveProblem(target, L"Folder");
-  if (!drive.empty()) throw Error(kPathFileAccess, L"clsPostrove.EnsureFolder()", drive.substr(1));
+  refuse(drive.substr(drive.empty() ? 0 : 1));
   utility_->CreateFolder(target);
   folder = target;
   return true;

@@ -4,8 +4,8 @@
 #include "controller/raised.h"
 #include "data/label_places.h"
 #include "forms/kit/guards.h"
-#include "forms/messages.h"
 #include "forms/web_site.h"
+#include "shared/file_name.h"
 #include "shared/text.h"
 
 // The controller's handlers of the project information dialog's events, and how it is opened.
@@ -118,11 +118,12 @@ std::wstring clsPostrove::ValidateProjectInfo(forms::frmProjInfo& form) {
     box.Select(0, static_cast<int>(box.Text().size()));
     forms_->SetFocus(box);
   }
-  require(!text::Trim(form.txtProjInfo(forms::kProjInfoName).Text()).empty(),
+  require(!text::IsBlank(form.txtProjInfo(forms::kProjInfoName).Text()),
           L"-You must select a " + WorkUnit + L" Name.");
   const std::wstring folder = text::Trim(form.txtProjInfo(forms::kProjInfoFolder).Text());
   require(!folder.empty(), L"-You must select a " + WorkUnit + L" Folder.");
-  require(folder.empty() || text::IsRootedPath(folder), std::wstring(L"-") + forms::kRootedFolder);
+  const std::wstring fault = FolderFault(folder);
+  require(folder.empty() || fault.empty(), L"-" + fault);
   const std::wstring drive = DriveProblem(folder, WorkUnit + L" Folder");
   require(drive.empty(), drive);
   return errors;

@@ -401,7 +401,7 @@ void clsPostrove::ReturnToSaveDialog(forms::frmSetup& form) {
     } else {
       ShowProject(*saveDialog);
     }
-    if (saveDialog->txtSaveFolder.Text() == proposedFolder_) ProposeFolder(*saveDialog);
+    if (FolderIsProposed(*saveDialog)) ProposeFolder(*saveDialog);
   }
   form.Unload();
 }

@@ -43,6 +43,7 @@ CommandLine ParseCommandLine(const std::vector<std::wstring>& arguments) {
   CommandLine result;
   wchar_t temporary[MAX_PATH + 1] = {};
   GetTempPathW(MAX_PATH + 1, temporary);
+  result.host.version = 11;  // the first that writes Unicode files
   result.host.sentFolder = std::wstring(temporary) + L"Sent Items";
 
   for (auto at = arguments.begin(); at != arguments.end(); ++at) {

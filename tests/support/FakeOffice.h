@@ -176,11 +176,11 @@ class FakeOutlook {
     parts.item->functions[L"GetInspector"] = [&parts](const office::Arguments&) {
       return office::Value(parts.window);
     };
-    parts.item->properties = {{L"Class", itemClass},
-                              {L"Sent", sent},
-                              {L"Subject", L""},
-                              {L"Body", L""},
-                              {L"HTMLBody", L"<html><body>x</body></html>"}};
+    parts.item->properties = {{L"Class", itemClass}, {L"Sent", sent},
+                              {L"Subject", L""},     {L"Body", L""},
+                              {L"SenderName", L""},  {L"SentOnBehalfOfName", L""},
+                              {L"To", L""},          {L"CC", L""},
+                              {L"BCC", L""},         {L"HTMLBody", L"<html><body>x</body></html>"}};
     const FakePtr attachments = Make(L"Attachments");
     attachments->properties[L"Count"] = 0;
     const FakePtr recipients = Make(L"Recipients");
@@ -214,6 +214,20 @@ class FakeOutlook {
     open.push_back(inspector);
     active = inspector;
     return inspector;
+  }
+
+  FakePtr AddAttachment(const Inspector& parts, const std::wstring& name) {
+    const FakePtr one = Make(L"Attachment");
+    one->properties = {{L"FileName", name}, {L"DisplayName", name}};
+    const auto all = std::static_pointer_cast<FakeObject>(
+        office::ToObject(parts.item->properties[L"Attachments"]));
+    const std::int32_t count = office::ToLong(all->properties[L"Count"]) + 1;
+    all->properties[L"Count"] = count;
+    const FakeObject::Function before = all->functions[L"Item"];
+    all->functions[L"Item"] = [=](const office::Arguments& arguments) {
+      return office::ToLong(arguments.at(0)) == count ? office::Value(one) : before(arguments);
+    };
+    return one;
   }
 
   FakePtr AddButton(Inspector& parts, const std::wstring& tag) {

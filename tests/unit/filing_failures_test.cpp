@@ -91,6 +91,7 @@ class Failures : public Filing {
       return question->cmdFolderMessage(cancels ? 1 : 0).UserClicked();
     }
     if (form.Name() == L"frmProjInfo") {
+      EXPECT_EQ(form.Find(L"txtProjInfo", 2).Text(), L"C:\\9\\");  // not of the project before
       form.Find(L"cmdProjInfo", forms::kProjInfoSave).UserClicked();
       if (!form.IsUnloaded()) form.Find(L"cmdProjInfo", forms::kProjInfoCancel).UserClicked();
       return;
@@ -100,12 +101,13 @@ class Failures : public Filing {
     const std::wstring project = story.kind == kTemporaryProject || story.kind == kAddedProject
                                      ? L"Hall: 9"
                                      : L"Mill Street: 2231";
+    dialog.cboPostrove.UserPicked(0);
     dialog.cboPostrove.UserTyped(project, static_cast<int>(project.size()), 0);
     dialog.txtSaveFolder.UserTyped(story.kind == kFolderMade ? L"D:\\New" : L"D:\\Filed", 0, 0);
     if (story.kind == kBareText) dialog.txtSaveAsName.UserTyped(L"Bare", 0, 0);
     dialog.cmdPostrove(forms::kMainButton).UserClicked();
     closed_ = dialog.IsUnloaded();
-    dialog.Unload();
+    dialog.UserClosed();
   }
 
   std::string At(const std::wstring& path) { return product_->utility->File(path).value_or(""); }
@@ -245,6 +247,7 @@ TEST_F(Failures, TheHostTakesItsObjectsAway) {
       EXPECT_EQ(sent_, moment == kSend || (moment == kSaveAs && quits) ? 1 : 0);
       EXPECT_EQ(closed_, quits || moment == kSend);
       EXPECT_EQ(product_->utility->Messages().empty(), closed_);
+      EXPECT_EQ(product_->shared.gController == nullptr, quits);
     }
   }
 }
@@ -268,6 +271,16 @@ TEST_F(Failures, AnotherWindowsButtonDuringTheDialog) {
   EXPECT_EQ(dialogs, 1);
   EXPECT_EQ(saved_, std::vector<std::wstring>{kPath});
   EXPECT_EQ(sent_, 0);
+  // Under a message box that comes before the dialog as well.
+  product_->outlook.active = mail_;
+  product_->database->FailOperation(1);
+  product_->utility->ExpectMessage(MessageAnswer::Ok, [this] { Press(*mail_); });
+  product_->forms->everyone = [&](forms::Form& form) {
+    ++dialogs;
+    form.UserClosed();
+  };
+  Press(*mail_);
+  EXPECT_EQ(dialogs, 2);
 }
 
 TEST_F(Failures, BadInputIsCleanedOrRefusedAndNothingGoesElsewhere) {
@@ -277,17 +290,10 @@ TEST_F(Failures, BadInputIsCleanedOrRefusedAndNothingGoesElsewhere) {
     std::wstring saved;  // empty: refused with a message
   } cases[] = {
       {L"C:\\Corr_Out", L"..\\..\\x", L"C:\\Corr_Out\\-..-x.msg"},
-      {L"C:\\Corr_Out", L"C:\\x", L"C:\\Corr_Out\\C--x.msg"},
-      {L"C:\\Corr_Out", L"\\\\server\\x", L"C:\\Corr_Out\\--server-x.msg"},
-      {L"C:\\Corr_Out", L"x:stream", L"C:\\Corr_Out\\x-stream.msg"},
-      {L"C:\\Corr_Out", L"con", L"C:\\Corr_Out\\_con.msg"},
-      {L"C:\\Corr_Out", L"LPT1.txt", L"C:\\Corr_Out\\_LPT1.txt.msg"},
-      {L"C:\\Corr_Out", L"\x202Egsm.exe", L"C:\\Corr_Out\\gsm.exe.msg"},
-      {L"C:\\Corr_Out", L"a\r\nb", L"C:\\Corr_Out\\a b.msg"},
-      {L"C:\\Corr_Out", std::wstring(L"a\0b", 3), L"C:\\Corr_Out\\a b.msg"},
+      {L"C:\\Corr_Out", L"Minutes.MSG", L"C:\\Corr_Out\\Minutes.msg"},
       {L"C:\\Corr_Out", std::wstring(10000, L'x'),
        L"C:\\Corr_Out\\" + std::wstring(200, L'x') + L".msg"},
-      {L"C:\\Corr_Out", L" . ", L""},
+      {L"C:\\" + std::wstring(250, L'd'), L"xy", L"C:\\" + std::wstring(250, L'd') + L"\\x.msg"},
       {kOther, L"x", L""},  // a folder that is a file
       {std::wstring(kOther) + L"\\sub", L"x", L""},
       {deep, L"x", L""},  // no room for a name
@@ -320,7 +326,11 @@ TEST_F(Failures, BadInputIsCleanedOrRefusedAndNothingGoesElsewhere) {
       EXPECT_EQ(saved_, refused ? std::vector<std::wstring>() : std::vector{one.saved});
       EXPECT_EQ(sent_, refused || sent ? 0 : 1);
       EXPECT_EQ(closed_, !refused);
-      EXPECT_EQ(product_->utility->Messages().size(), refused ? 1u : 0u);
+      ASSERT_EQ(product_->utility->Messages().size(), refused ? 1u : 0u);
+      if (one.folder == deep) {
+        EXPECT_NE(product_->utility->Messages()[0].text.find(L"shorter path.\n\nChange"),
+                  std::wstring::npos);
+      }
     }
   }
 }

@@ -1,18 +1,14 @@
 #include "filing_fixture.h"
-#include "forms/web_site.h"
+#include "gmock/gmock.h"
 
 namespace postrove::testing {
 namespace {
 
 using office::Value;
 
-TEST_F(Filing, ReceivedHtmlMessageIsFootedAndSaved) {
+TEST_F(Filing, ReceivedMessageIsFootedAndSaved) {
   Open(true);
-  mail_->item->properties[L"Attachments"] = [this] {
-    const FakePtr attachments = product_->outlook.Make(L"Attachments");
-    attachments->properties[L"Count"] = 2;
-    return attachments;
-  }();
+  product_->outlook.AddAttachment(*mail_, L"a.txt");
   Click([](forms::frmPostrove& dialog) {
     EXPECT_EQ(dialog.lblFormTitle.Text(), L"Postrove Project EMail and File Location");
     EXPECT_EQ(dialog.lblProjectLabel.Text(), L"Project: ");
@@ -23,12 +19,10 @@ TEST_F(Filing, ReceivedHtmlMessageIsFootedAndSaved) {
     TypeProject(dialog);
   });
   EXPECT_EQ(saved_, std::vector<std::wstring>{L"C:\\Corr_Out\\Minutes- 12 May(att).msg"});
+  EXPECT_EQ(savedType_, 3);
   EXPECT_EQ(sent_, 0);
-  const std::wstring site = forms::kWebSite;
-  EXPECT_EQ(savedHtml_,
-            L"<HTML><body>Hello<DIV><P>C:\\Corr_Out\\Minutes- 12 May(att).msg<BR>Save "
-            L"important emails with <A HREF=\"" +
-                site + L"\">" + site + L"</A></P></DIV></BODY></HTML>");
+  EXPECT_NE(office::ToText(mail_->item->properties[L"HTMLBody"]).find(L"Minutes- 12 May(att).msg"),
+            std::wstring::npos);
   EXPECT_TRUE(product_->utility->Messages().empty());
   EXPECT_EQ(product_->Controller().ProjectName, L"");
 }
@@ -48,10 +42,46 @@ TEST_F(Filing, NewTextMessageIsWrittenThenSent) {
   EXPECT_EQ(saved_, std::vector<std::wstring>{L"C:\\Corr_Out\\Fee letter.msg"});
   EXPECT_EQ(sent_, 1);
   EXPECT_EQ(mail_->item->properties[L"Subject"], Value(L"2231-Mill Street=>Fee letter"));
-  EXPECT_EQ(savedBody_, std::wstring(L"Hello\r\nC:\\Corr_Out\\Fee letter.msg\r\nSave important "
-                                     L"emails with ") +
-                            forms::kWebSite + L"\r\n");
-  EXPECT_EQ(savedHtml_, L"<HTML><body>Hello</Body></HTML>");
+  EXPECT_NE(office::ToText(mail_->item->properties[L"Body"]).find(L"Fee letter.msg"),
+            std::wstring::npos);
+  EXPECT_EQ(mail_->item->properties[L"HTMLBody"], Value(L"<HTML><body>Hello</Body></HTML>"));
+}
+
+// From Outlook 2003 on, when the code page lacks a letter of the message or of the footer. Before,
+// the user is told, once for a message.
+TEST_F(Filing, LettersBeyondTheCodePageAreKept) {
+  const struct {
+    const wchar_t *version, *subject, *name;
+    std::int32_t type;
+    bool told;
+  } cases[] = {{L"10.0", L"Sch\x00F6n", L"x", 3, false},
+               {L"10.0.2627", L"\x03A3\x03C7", L"x", 3, true},
+               {L"10.0.2627", L"a", L"\x03A3\x03C7", 3, false},
+               {L"11.0.5510", L"a", L"x", 3, false},
+               {L"11.0.5510", L"\x03A3\x03C7", L"x", 9, false},
+               {L"16.0.0.1", L"a", L"\x03A3\x03C7", 9, false}};
+  for (const auto& one : cases) {
+    product_ = std::make_unique<Product>(one.version);
+    Open(true);
+    mail_->item->properties[L"Subject"] = one.subject;
+    if (one.told) {
+      product_->utility->ExpectMessage();
+      product_->utility->AddFile(L"C:\\Corr_Out\\x.msg");
+      AnswerFolderMessage(L"Existing File Name", L"", 1);
+    }
+    Click([&](forms::frmPostrove& dialog) {
+      TypeProject(dialog);
+      dialog.txtSaveAsName.UserTyped(one.name, 0, 0);
+      if (!one.told) return;
+      dialog.cmdPostrove(forms::kMainButton).UserClicked();  // cancelled, and tried again
+      product_->utility->Remove(L"C:\\Corr_Out\\x.msg");
+    });
+    EXPECT_EQ(savedType_, one.type);
+    ASSERT_EQ(product_->utility->Messages().size(), one.told ? 1u : 0u);
+    if (one.told) {
+      EXPECT_EQ(product_->utility->Messages()[0].title, L"Letters Cannot Be Kept");
+    }
+  }
 }
 
 // What the dialog shows at first: only where Quillion's data is shared the subject is taken apart.
@@ -68,6 +98,8 @@ TEST_F(Filing, WhatASubjectProposes) {
       {true, L"2-3-Hall=>Plans", L"Hall: 2-3|C:\\2-3\\Corr_Out\\|Plans", true},
       {true, L"..\\-x-Hall=>Plans", L"Hall: ..\\-x|C:\\--x\\Corr_Out\\|Plans", true},
       {true, L"7-8-Mill=>x", L"Mill Street: 7-8|P:\\Mill\\Corr_Out\\|x", false},
+      // The name of a listed project, without a number: the one shown is the one meant.
+      {true, L"12-Wing=>x", L"12-Wing: 5|P:\\Wing\\Corr_Out\\|12-Wing=>x", false},
       {true, L"a=>b-c-d", nullptr, true},
   };
   for (const auto& one : cases) {
@@ -75,7 +107,8 @@ TEST_F(Filing, WhatASubjectProposes) {
     product_ = std::make_unique<Product>();
     Open(true, 2, one.shared);
     product_->database->SetRows(sql::ListProjects(product_->database->DbType),
-                                {{L"7-8", L"Mill Street", L"P:\\Mill", true, std::int64_t{7}}});
+                                {{L"7-8", L"Mill Street", L"P:\\Mill", true, std::int64_t{7}},
+                                 {L"5", L"12-Wing", L"P:\\Wing", true, std::int64_t{8}}});
     const auto click = [this](const std::wstring& subject, bool asks) {
       mail_->item->properties[L"Subject"] = subject;
       if (asks) product_->utility->ExpectMessage();
@@ -86,8 +119,11 @@ TEST_F(Filing, WhatASubjectProposes) {
       auto& dialog = dynamic_cast<forms::frmPostrove&>(form);
       shown = dialog.cboPostrove.Text() + L"|" + dialog.txtSaveFolder.Text() + L"|" +
               dialog.txtSaveAsName.Text();
+      dialog.cboPostrove.UserTyped(L"of this message only", 0, 0);
       dialog.Unload();
     };
+    click(L"", false);
+    shown = L"none";
     click(one.subject, one.asks);
     EXPECT_EQ(shown, one.shows ? one.shows : L"none");
     click(L"", false);  // nothing is left of it
@@ -101,8 +137,9 @@ TEST_F(Filing, RefusalsListEveryMissingEntry) {
     product_->utility->ExpectMessage(MessageAnswer::Ok);
     Click(
         [](forms::frmPostrove& dialog) {
+          dialog.cboPostrove.UserTyped(L" \x200B: \x2800", 0, 0);  // nothing that can be seen
           dialog.txtSaveFolder.UserTyped(L"", 0, 0);
-          dialog.txtSaveAsName.UserTyped(L"...", 0, 0);  // nothing of it can stand in a name
+          dialog.txtSaveAsName.UserTyped(L".msg", 0, 0);  // an ending without a name
         },
         false);
     ASSERT_EQ(product_->utility->Messages().size(), 1u);
@@ -227,6 +264,27 @@ TEST_F(Filing, AnExistingFileIsNeverReplacedUnasked) {
   AnswerFolderMessage(L"Existing File Name", L"", 0);  // unchanged: overwrite
   Click(TypeProject);
   EXPECT_EQ(saved_, std::vector<std::wstring>{L"C:\\Corr_Out\\Minutes- 12 May.msg"});
+
+  // Another file by the time of the answer: it is asked about in its turn.
+  product_->utility->SetReadOnly(saved_[0]);
+  answers_.push_back([this](forms::Form& form) {
+    EXPECT_EQ(form.Find(L"txtFolderMessage", 0).Text(),
+              L"The file \r\n\"C:\\Corr_Out\\Minutes- 12 May.msg\"\r\n already exists.\r\n It is "
+              L"read-only.");
+    product_->utility->Remove(saved_[0]);
+    product_->utility->AddFile(saved_[0], "a colleague's");
+    form.Find(L"cmdFolderMessage", 0).UserClicked();
+  });
+  AnswerFolderMessage(L"Existing File Name", L"", 1);
+  Click(TypeProject, false);
+  EXPECT_EQ(product_->utility->File(saved_[0]), "a colleague's");
+
+  // What is no file cannot be written over.
+  product_->utility->Remove(saved_[0]);
+  product_->utility->AddFolder(saved_[0]);
+  product_->utility->ExpectMessage();
+  AnswerFolderMessage(L"Existing File Name", L"", 0);
+  Click(TypeProject, false);
 }
 
 // Outlook handles messages while it writes and sends: a second press, Esc and the title bar reach
@@ -255,16 +313,37 @@ TEST_F(Filing, TheDialogRestsWhileOutlookWorks) {
   }
 }
 
-TEST_F(Filing, WithoutRecipientsNothingIsWritten) {
-  for (const bool sent : {true, false}) {
-    recipients_ = false;
-    Open(sent);
-    office::ToObject(mail_->item->properties[L"Recipients"])->Put(L"Count", 0);
-    product_->utility->ExpectMessage(MessageAnswer::Ok);  // never silently unsaved
-    Click(TypeProject);
-    EXPECT_TRUE(saved_.empty());
-    EXPECT_EQ(sent_, sent ? 0 : 1);
+// Nothing is asked about its file, and nothing of the message is changed.
+TEST_F(Filing, WithoutRecipientsNothingIsFiled) {
+  enum { kReceived, kRefused, kSent };
+  for (const auto outcome : {kReceived, kRefused, kSent}) {
     product_ = std::make_unique<Product>();
+    recipients_ = false;
+    Open(outcome == kReceived);
+    mail_->item->properties[L"Subject"] = L"";
+    office::ToObject(mail_->item->properties[L"Recipients"])->Put(L"Count", 0);
+    product_->utility->AddFile(L"C:\\Corr_Out\\x.msg", "first");
+    if (outcome == kRefused) {
+      mail_->item->functions[L"Send"] = [](const office::Arguments&) -> Value {
+        throw Error(static_cast<long>(0x80004005), L"Send", L"There must be at least one name.");
+      };
+    }
+    product_->utility->ExpectMessage();  // never silently unsaved
+    Click(
+        [this](forms::frmPostrove& dialog) {
+          TypeProject(dialog);
+          dialog.txtSaveAsName.UserTyped(L"x", 0, 0);
+          product_->outlook.log.calls.clear();
+        },
+        outcome != kRefused);
+    const wchar_t* const kSays[] = {L"This E-mail has no recipients. It was not saved.",
+                                    L"There must be at least one name.",
+                                    L"This E-mail was sent, but it was not saved, because it had "
+                                    L"no recipients."};
+    EXPECT_TRUE(product_->utility->Messages()[0].text.starts_with(kSays[outcome]));
+    EXPECT_THAT(product_->outlook.log.calls,
+                ::testing::Each(::testing::Not(::testing::EndsWith(L"="))));
+    EXPECT_TRUE(saved_.empty());
   }
 }
 
@@ -326,71 +405,72 @@ TEST_F(Filing, OlderWindowsButtonsWorkAfterTheNewestWindowClosed) {
   }
 }
 
-TEST_F(Filing, FoldersThatDependOnTheCurrentOneAreRefused) {
+TEST_F(Filing, FoldersThatCannotBeUsedAreRefusedInWords) {
   Open(true);
-  for (const wchar_t* folder : {L"abc", L"..\\up", L"C:foo", L"relative/dir", L"\\root", L"\\\\"}) {
+  product_->utility->SetDriveType(L"E:\\", DriveKind::CdRom);
+  const auto type = [](const wchar_t* folder) {
+    return [folder](forms::frmPostrove& dialog) {
+      TypeProject(dialog);
+      dialog.txtSaveFolder.UserTyped(folder, 0, 0);
+    };
+  };
+  for (const wchar_t* folder : {L"C:foo", L"\\\\?\\C:\\x", L"C:\\x\\nul"}) {
     product_->utility->ExpectMessage();
-    Click(
-        [&](forms::frmPostrove& dialog) {
-          TypeProject(dialog);
-          dialog.txtSaveFolder.UserTyped(folder, 0, 0);
-        },
-        false);
+    Click(type(folder), false);
     EXPECT_EQ(product_->utility->Messages().back().title, L"Cannot Save");
   }
-  product_->utility->ExpectMessage();
-  AnswerFolderMessage(L"Folder Not Found", L"Bridge", 0);
-  Click(
-      [&](forms::frmPostrove& dialog) {
-        TypeProject(dialog);
-        dialog.txtSaveFolder.UserTyped(L"D:\\New", 0, 0);
-      },
-      false);
+  for (const wchar_t* edited : {L"Bridge", L"E:/x", L"D:\\aux"}) {  // in the question
+    product_->utility->ExpectMessage();
+    AnswerFolderMessage(L"Folder Not Found", edited, 0);
+    Click(type(L"D:\\New"), false);
+    EXPECT_EQ(product_->utility->Messages().back().text.find(L"restart"), std::wstring::npos);
+  }
   EXPECT_TRUE(saved_.empty());
-  Click([](forms::frmPostrove& dialog) {
-    TypeProject(dialog);
-    dialog.txtSaveFolder.UserTyped(L"  C:\\Corr_Out ", 0, 0);
-  });
+  Click(type(L"  C:/Corr_Out. "));
   EXPECT_EQ(saved_, std::vector<std::wstring>{L"C:\\Corr_Out\\Minutes- 12 May.msg"});
 }
 
-TEST_F(Filing, AFilledInSubjectIsTakenBackWithTheTry) {
-  Open(false);
-  mail_->item->properties[L"Subject"] = L"";
-  const auto name = [](forms::frmPostrove& dialog) {
-    TypeProject(dialog);
-    dialog.txtSaveAsName.UserTyped(L"one", 0, 0);
-  };
-  product_->utility->AddFile(L"C:\\Corr_Out\\one.msg", "first");
-  AnswerFolderMessage(L"Existing File Name", L"", 1);
-  Click(name, false);
-  EXPECT_EQ(mail_->item->properties[L"Subject"], Value(L""));
+// A typed project is split at its first colon, and has nothing of the project before.
+TEST_F(Filing, ATypedProjectIsTakenApart) {
+  const struct {
+    const wchar_t *typed, *name, *folder;
+  } cases[] = {{L"Hall: 9: b", L"Hall", L"C:\\9- b\\Corr_Out\\"},
+               {L" Hall ", L"Hall", L"C:\\Corr_Out\\"},
+               {L": 9", L"", L"C:\\9\\Corr_Out\\"}};
+  for (const auto& one : cases) {
+    product_ = std::make_unique<Product>();
+    Open(true);
+    product_->database->SetRows(sql::ListProjects(product_->database->DbType),
+                                {{L"2231", L"Mill Street", L"D:\\Mill", true, std::int64_t{7}}});
+    product_->utility->ExpectMessage(MessageAnswer::No);
+    product_->utility->AddFolder(one.folder);
+    Click([&](forms::frmPostrove& dialog) {
+      dialog.cboPostrove.UserPicked(0);
+      EXPECT_EQ(dialog.txtSaveFolder.Text(), L"D:\\Mill\\Corr_Out\\");
+      dialog.txtSaveFolder.UserTyped(L"d:/mill/corr_out", 0, 0);  // the same folder
+      dialog.cboPostrove.UserTyped(one.typed, 0, 0);
+    });
+    EXPECT_EQ(saved_.back(), std::wstring(one.folder) + L"Minutes- 12 May.msg");
+    EXPECT_TRUE(product_->utility->Messages()[0].text.starts_with(L"Project name \"" +
+                                                                  std::wstring(one.name) + L"\""));
+  }
 }
 
-// The save dialog can go while its own question is open: Outlook quits, or the program is ended.
+// The program is ended while the dialog's own question is open.
 TEST_F(Filing, ADialogThatGoesUnderItsQuestionFilesNothing) {
-  for (const bool quits : {false, true}) {
-    product_ = std::make_unique<Product>();
-    Open(false);
-    forms::Form* dialog = nullptr;
-    answers_.push_back([&](forms::Form& question) {
-      if (quits) {
-        product_->outlook.app->Raise(office::kApplicationEvents, office::kApplicationQuit);
-        EXPECT_TRUE(question.IsUnloaded());
-      } else {
-        dialog->UserClosed();
-        question.Find(L"cmdFolderMessage", 0).UserClicked();
-      }
-      EXPECT_TRUE(dialog->IsUnloaded());
-    });
-    Click([&](forms::frmPostrove& form) {
-      dialog = &form;
-      TypeProject(form);
-      form.txtSaveFolder.UserTyped(L"D:\\New", 0, 0);
-    });
-    EXPECT_TRUE(saved_.empty());
-    EXPECT_EQ(sent_, 0);
-  }
+  Open(false);
+  forms::Form* dialog = nullptr;
+  answers_.push_back([&](forms::Form& question) {
+    dialog->UserClosed();
+    question.Find(L"cmdFolderMessage", 0).UserClicked();
+  });
+  Click([&](forms::frmPostrove& form) {
+    dialog = &form;
+    TypeProject(form);
+    form.txtSaveFolder.UserTyped(L"D:\\New", 0, 0);
+  });
+  EXPECT_TRUE(saved_.empty());
+  EXPECT_EQ(sent_, 0);
 }
 
 TEST_F(Filing, UnusableWindowsAreReportedInWords) {
@@ -411,19 +491,6 @@ TEST_F(Filing, UnusableWindowsAreReportedInWords) {
   mail_->item->properties[L"Subject"] = L"x";
   Click(TypeProject);
   EXPECT_EQ(saved_.size(), 1u);
-}
-
-TEST_F(Filing, QuitDuringTheDialogClosesItAndLetsGo) {
-  Open(true);
-  product_->forms->Expect([this](forms::Form& form) {
-    product_->outlook.app->Raise(office::kApplicationEvents, office::kApplicationQuit);
-    EXPECT_TRUE(form.IsUnloaded());
-    EXPECT_EQ(mail_->buttons.at(0)->SinkCount(), 0u);
-    form.Find(L"cmdPostrove", forms::kMainButton).UserClicked();  // does nothing any more
-  });
-  mail_->buttons.at(0)->Raise(office::kCommandBarButtonEvents, office::kButtonClick, {});
-  EXPECT_FALSE(product_->shared.gController);
-  EXPECT_TRUE(saved_.empty());
 }
 
 }  // namespace

@@ -27,9 +27,10 @@ inline constexpr std::int32_t kItemClose = 61444;
 inline constexpr std::int32_t kItemSend = 61445;
 inline constexpr std::int32_t kButtonClick = 1;
 
-inline constexpr std::int32_t kClassMail = 43;   // OlObjectClass.olMail
-inline constexpr std::int32_t kSaveTypeMsg = 3;  // OlSaveAsType.olMSG
-inline constexpr std::int32_t kEditorHtml = 2;   // OlEditorType
+inline constexpr std::int32_t kClassMail = 43;          // OlObjectClass.olMail
+inline constexpr std::int32_t kSaveTypeMsg = 3;         // OlSaveAsType.olMSG
+inline constexpr std::int32_t kSaveTypeMsgUnicode = 9;  // olMSGUnicode, from Outlook 2003 on
+inline constexpr std::int32_t kEditorHtml = 2;          // OlEditorType
 inline constexpr std::int32_t kEditorWord = 4;
 inline constexpr std::int32_t kControlButton = 1;         // MsoControlType.msoControlButton
 inline constexpr std::int32_t kButtonIconAndCaption = 3;  // MsoButtonStyle

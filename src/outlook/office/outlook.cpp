@@ -66,6 +66,14 @@ CommandBarControl CommandBars::FindControl(const std::wstring& tag) const {
 std::int32_t Item::Class() const { return Long(L"Class"); }
 bool Item::Sent() const { return Bool(L"Sent"); }
 
+std::wstring Attachment::FileName() const { return Text(L"FileName"); }
+std::wstring Attachment::DisplayName() const { return Text(L"DisplayName"); }
+
+std::int32_t Attachments::Count() const { return Long(L"Count"); }
+Attachment Attachments::Item(std::int32_t index) const {
+  return Attachment(ToObject(Held().Call(L"Item", {index})));
+}
+
 MailItem MailItem::From(const Item& item) {
   if (!item) throw Error(kObjectNotSet, L"CurrentItem", L"The window shows no message.");
   return MailItem(item.Get()->As(kMailItem));
@@ -77,20 +85,18 @@ void MailItem::SetBody(const std::wstring& body) const { PutText(L"Body", body);
 std::wstring MailItem::HtmlBody() const { return Text(L"HTMLBody"); }
 void MailItem::SetHtmlBody(const std::wstring& html) const { PutText(L"HTMLBody", html); }
 
-namespace {
-
-std::int32_t CountOf(const ObjectPtr& collection, const wchar_t* name) {
-  if (!collection) throw Error(kObjectNotSet, name, L"The message has no such collection.");
-  return ToLong(collection->Get(L"Count"));
-}
-
-}  // namespace
-
-std::int32_t MailItem::AttachmentCount() const {
-  return CountOf(Part(L"Attachments"), L"Attachments");
+std::wstring MailItem::SenderName() const { return Text(L"SenderName"); }
+std::wstring MailItem::SentOnBehalfOfName() const { return Text(L"SentOnBehalfOfName"); }
+std::wstring MailItem::To() const { return Text(L"To"); }
+std::wstring MailItem::Cc() const { return Text(L"CC"); }
+std::wstring MailItem::Bcc() const { return Text(L"BCC"); }
+office::Attachments MailItem::Attachments() const {
+  return office::Attachments(Part(L"Attachments"));
 }
 std::int32_t MailItem::RecipientCount() const {
-  return CountOf(Part(L"Recipients"), L"Recipients");
+  const ObjectPtr recipients = Part(L"Recipients");
+  if (!recipients) throw Error(kObjectNotSet, L"Recipients", L"The message has no recipients.");
+  return ToLong(recipients->Get(L"Count"));
 }
 Inspector MailItem::GetInspector() const { return Inspector(Part(L"GetInspector")); }
 void MailItem::SaveAs(const std::wstring& path, std::int32_t type) const {

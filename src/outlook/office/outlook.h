@@ -81,6 +81,20 @@ class Item : public Wrapper {
   bool Sent() const;
 };
 
+class Attachment : public Wrapper {
+ public:
+  using Wrapper::Wrapper;
+  std::wstring FileName() const;
+  std::wstring DisplayName() const;
+};
+
+class Attachments : public Wrapper {
+ public:
+  using Wrapper::Wrapper;
+  std::int32_t Count() const;
+  Attachment Item(std::int32_t index) const;  // from 1 on
+};
+
 class Inspector;
 
 class MailItem : public Item {
@@ -95,7 +109,14 @@ class MailItem : public Item {
   void SetBody(const std::wstring& body) const;
   std::wstring HtmlBody() const;
   void SetHtmlBody(const std::wstring& html) const;
-  std::int32_t AttachmentCount() const;
+  // Names of persons; Outlook asks the user before it tells them to an add-in that it does not
+  // trust, which is any one before 2003.
+  std::wstring SenderName() const;
+  std::wstring SentOnBehalfOfName() const;
+  std::wstring To() const;
+  std::wstring Cc() const;
+  std::wstring Bcc() const;
+  office::Attachments Attachments() const;
   std::int32_t RecipientCount() const;
   Inspector GetInspector() const;  // the window that shows the item
   void SaveAs(const std::wstring& path, std::int32_t type) const;
