@@ -19,6 +19,7 @@ struct Line {
 };
 
 bool IsBlank(wchar_t c) { return c == L' ' || c == L'\t'; }
+bool IsQuote(wchar_t c) { return c == L'"' || c == L'\''; }
 
 std::wstring_view TrimBlanks(std::wstring_view text) {
   while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
@@ -36,7 +37,7 @@ class Document {
     const DetectedEncoding detected = DetectEncoding(bytes);
     encoding_ = detected.encoding;
     begin_ = detected.markSize;
-    if (encoding_ == Encoding::Utf16) unit_ = 2;
+    unit_ = postrove::UnitSize(encoding_);
     // Half a UTF-16 unit at the end belongs to no line.
     end_ = bytes.size() - (bytes.size() - begin_) % unit_;
   }
@@ -46,12 +47,7 @@ class Document {
   std::size_t End() const { return end_; }
   std::size_t UnitSize() const { return unit_; }
 
-  unsigned UnitAt(std::size_t at) const {
-    const unsigned low = static_cast<unsigned char>(bytes_[at]);
-    return unit_ == 1
-               ? low
-               : low | static_cast<unsigned>(static_cast<unsigned char>(bytes_[at + 1])) << 8;
-  }
+  unsigned UnitAt(std::size_t at) const { return postrove::UnitAt(bytes_, at, encoding_); }
 
   // The offset of a unit within the span, or the span's end.
   std::size_t Find(Span span, unsigned unit) const {
@@ -86,8 +82,12 @@ class Document {
     return EncodeText(text, encoding_, codePage_);
   }
 
-  bool CanHold(std::wstring_view text) const {
-    return encoding_ != Encoding::CodePage || codePage_.decode(Encode(text)) == text;
+  // Whether the changed file says what was meant: the code page may lack a character of the added
+  // text, or the file's bytes happen to be those of another encoding from now on.
+  bool CanHold(std::wstring_view added, const std::string& changed) const {
+    return encoding_ != Encoding::CodePage || (codePage_.decode(Encode(added)) == added &&
+                                               DecodeFile(changed, codePage_) ==
+                                                   codePage_.decode(changed));
   }
 
   // The file with a span replaced.
@@ -169,7 +169,7 @@ Place Locate(const Document& document, std::wstring_view section, std::wstring_v
 std::optional<std::wstring> ReadValue(const Document& document, const Place& place) {
   if (!place.keyFound) return std::nullopt;
   std::wstring value = document.Decode(place.value);
-  if (value.size() >= 2 && value.front() == L'"' && value.back() == L'"') {
+  if (value.size() >= 2 && IsQuote(value.front()) && value.back() == value.front()) {
     value = value.substr(1, value.size() - 2);
   }
   return value;
@@ -178,7 +178,7 @@ std::optional<std::wstring> ReadValue(const Document& document, const Place& pla
 std::wstring Quoted(std::wstring_view value) {
   std::wstring result(value);
   if (value.empty()) return result;
-  const auto needsQuotes = [](wchar_t c) { return IsBlank(c) || c == L'"'; };
+  const auto needsQuotes = [](wchar_t c) { return IsBlank(c) || IsQuote(c); };
   if (needsQuotes(value.front()) || needsQuotes(value.back())) {
     result.insert(result.begin(), L'"');
     result.push_back(L'"');
@@ -224,7 +224,7 @@ std::optional<std::wstring> Read(const std::string& bytes, std::wstring_view sec
 }
 
 std::string Write(const std::string& bytes, std::wstring_view section, std::wstring_view key,
-                  std::wstring_view value, const CodePage& codePage) {
+                  std::wstring_view value, const CodePage& codePage, Recoding recoding) {
   for (const std::wstring_view text : {section, key, value}) RequireStorable(text);
   section = TrimBlanks(section);
   key = TrimBlanks(key);
@@ -238,13 +238,19 @@ std::string Write(const std::string& bytes, std::wstring_view section, std::wstr
 
   const std::wstring quoted = Quoted(value);
   const std::wstring line = std::wstring(key) + L"=" + quoted;
-  if (!document.CanHold(std::wstring(section) + line)) {
+  std::string result = place.keyFound ? document.Splice(place.value, document.Encode(quoted))
+                                      : WithNewLine(document, place, section, line);
+  if (!document.CanHold(std::wstring(section) + line, result)) {
+    if (recoding == Recoding::Refused) {
+      throw Error(kInvalidArgument, L"WriteSetting",
+                  L"\"" + std::wstring(value) +
+                      L"\" has a character that cannot be stored in another program's settings "
+                      L"file. Choose one without that character.");
+    }
     const std::wstring content = document.Decode({document.Begin(), document.End()});
     return Write(std::string(kUtf16Mark) + EncodeText(content, Encoding::Utf16, codePage), section,
                  key, value, codePage);
   }
-  std::string result = place.keyFound ? document.Splice(place.value, document.Encode(quoted))
-                                      : WithNewLine(document, place, section, line);
   if (Read(result, section, key, codePage) != value) {
     throw Error(kInvalidArgument, L"WriteSetting",
                 L"The settings file cannot hold \"" + line + L"\" in section \"" +

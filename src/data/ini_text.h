@@ -12,8 +12,9 @@
 //   When a section or a key stands twice, the first one counts. A section's name ends at the first
 //   "]", a key at the first "=". A blank is a space or a tab.
 // - Lines that begin with ";" or "#" and blank lines are comments.
-// - Blanks around a value do not count; one pair of double quotes around it is taken off, and put
-//   on when a value begins or ends with a blank or a double quote, so " - " survives.
+// - Blanks around a value do not count; one pair of double or of single quotes around it is taken
+//   off, as Windows' own functions do. Double quotes are put on when a value begins or ends with a
+//   blank or a quote, so " - " survives.
 // - The encoding of the file (data/text_encoding.h) is kept.
 namespace postrove::ini {
 
@@ -27,10 +28,12 @@ std::optional<std::wstring> Read(const std::string& bytes, std::wstring_view sec
 // line ends, encoding - stays byte for byte; a file that already holds the value stays as it is.
 // Added lines end like the first line of the file, in an empty file with CR LF. A value that the
 // file's code page cannot hold turns the file into UTF-16 with its mark, which Windows' own
-// functions read as well. Line breaks and nulls in section, key or value throw Error 5, as does an
+// functions read as well, or is refused with Error 5. Line breaks and nulls in section, key or value throw Error 5, as does an
 // empty section or key or anything that the format could not read back, such as a key with "=" in
 // it.
+enum class Recoding { Allowed, Refused };
 std::string Write(const std::string& bytes, std::wstring_view section, std::wstring_view key,
-                  std::wstring_view value, const CodePage& codePage);
+                  std::wstring_view value, const CodePage& codePage,
+                  Recoding recoding = Recoding::Allowed);
 
 }  // namespace postrove::ini

@@ -40,11 +40,6 @@ std::wstring ReportText(const Error& error, const std::wstring& module,
   return report;
 }
 
-std::wstring DecodeFile(std::string_view bytes, const CodePage& codePage) {
-  const DetectedEncoding detected = DetectEncoding(bytes);
-  return DecodeText(bytes.substr(detected.markSize), detected.encoding, codePage);
-}
-
 }  // namespace
 
 std::wstring clsSharedUtil::ReadSetting(const std::wstring& /*application*/,

@@ -41,7 +41,7 @@ std::wstring CheckDecoding(const std::string& file) {
   const std::string spelled = EncodeText(text, detected.encoding, kLatin1);
   Require(DecodeText(spelled, detected.encoding, kLatin1) == text, "text stays as it was decoded");
   // Only malformed UTF-8 is replaced.
-  const std::size_t half = detected.encoding == Encoding::Utf16 ? bytes.size() % 2 : 0;
+  const std::size_t half = bytes.size() % UnitSize(detected.encoding);
   Require(
       detected.encoding == Encoding::Utf8 || spelled + bytes.substr(bytes.size() - half) == bytes,
       "the bytes come back");

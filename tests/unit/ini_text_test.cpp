@@ -37,12 +37,18 @@ const CodePage kDoubleByte{[](const std::string& bytes) {
 
 std::string Utf8(const std::wstring& text) { return "\xEF\xBB\xBF" + text::ToUtf8(text); }
 
-std::string Utf16(const std::wstring& text) {
-  std::string bytes = "\xFF\xFE";
+std::string Utf16BigEndian(const std::wstring& text) {
+  std::string bytes = "\xFE\xFF";
   for (const char16_t unit : text::ToUtf16(text)) {
-    bytes.push_back(static_cast<char>(unit & 0xFF));
     bytes.push_back(static_cast<char>(unit >> 8));
+    bytes.push_back(static_cast<char>(unit & 0xFF));
   }
+  return bytes;
+}
+
+std::string Utf16(const std::wstring& text) {
+  std::string bytes = Utf16BigEndian(text);
+  for (std::size_t i = 0; i < bytes.size(); i += 2) std::swap(bytes[i], bytes[i + 1]);
   return bytes;
 }
 
@@ -88,7 +94,8 @@ TEST(IniRead, FindsTheValue) {
       {"[S]\nk=\"\"\"", L"S", L"k", L"\""},
       {"[S]\nk=\"\"a\"\"", L"S", L"k", L"\"a\""},
       {"[S]\nk=\"a", L"S", L"k", L"\"a"},
-      {"[S]\nk='a'", L"S", L"k", L"'a'"},
+      {"[S]\nk=' a '", L"S", L"k", L" a "},
+      {"[S]\nk='a\"", L"S", L"k", L"'a\""},
       // Comments, and lines that are neither.
       {"[S]\n;k=1\n#k=2\n  ;k=3\nk=4", L"S", L"k", L"4"},
       {";[S]\nk=1", L"S", L"k", kNone},
@@ -108,13 +115,15 @@ TEST(IniRead, FindsTheValue) {
 
 TEST(IniRead, KnowsTheEncodings) {
   const std::wstring file = L"[Žlutý]\r\nkůň=日本語 \U0001F600\r\n[T]\r\nk=2";
-  for (const std::string& bytes : {Utf8(file), Utf16(file), Utf16(file) + "x"}) {
+  for (const std::string& bytes : {Utf8(file), text::ToUtf8(file), Utf16(file), Utf16(file) + "x",
+                                   Utf16BigEndian(file), Utf16BigEndian(file) + "x"}) {
     EXPECT_EQ(Read(bytes, L"žLUTÝ", L"KŮŇ"), L"日本語 \U0001F600");
     EXPECT_EQ(Read(bytes, L"T", L"k"), L"2");
   }
   // U+0A0D and U+5B5D are characters, not line breaks and brackets.
   EXPECT_EQ(Read(Utf16(L"[S]\nk=\u0A0D\u5B5D\u3D3D\n"), L"S", L"k"), L"\u0A0D\u5B5D\u3D3D");
   EXPECT_EQ(Read("\xEF\xBB\xBF[S]\nk=\xC3(\n", L"S", L"k"), L"\uFFFD(");
+  EXPECT_EQ(Read("[S]\nk=\xC3\xA4(\nj=\xC3(", L"S", L"k"), L"\u00C3\u00A4(") << "not all is UTF-8";
   EXPECT_EQ(Read("\xEF\xBB\xBF", L"S", L"k"), L"(nothing)");
   EXPECT_EQ(Read("\xFF\xFE[", L"S", L"k"), L"(nothing)");
 
@@ -157,6 +166,7 @@ TEST(IniWrite, ChangesOneValueOnly) {
       {"[S]\nk=x\n", L"S", L"k", L"\"", "[S]\nk=\"\"\"\n"},
       {"[S]\nk=x\n", L"S", L"k", L"\"a\" b", "[S]\nk=\"\"a\" b\"\n"},
       {"[S]\nk=x\n", L"S", L"k", L"a \"b\" c", "[S]\nk=a \"b\" c\n"},
+      {"[S]\nk=x\n", L"S", L"k", L"'a'", "[S]\nk=\"'a'\"\n"},
       {"[S]\nk=x\n", L"S", L"k", L"=>;[x]#", "[S]\nk==>;[x]#\n"},
       // Nothing to do.
       {"[S]\nk=\"x\"", L"S", L"k", L"x", "[S]\nk=\"x\""},
@@ -171,25 +181,38 @@ TEST(IniWrite, ChangesOneValueOnly) {
 }
 
 TEST(IniWrite, KeepsTheEncoding) {
-  for (const auto encode : {Utf8, Utf16}) {
+  for (const auto encode : {Utf8, Utf16, Utf16BigEndian}) {
     EXPECT_EQ(Write(encode(L"; č\n[S]\n k = 1 \n; é"), L"S", L"k", L"日本\U0001F600"),
               encode(L"; č\n[S]\n k = 日本\U0001F600 \n; é"));
     EXPECT_EQ(Write(encode(L"[S]\r\nk=1"), L"Ž", L"č", L"x"),
               encode(L"[S]\r\nk=1\r\n\r\n[Ž]\r\nč=x\r\n"));
     EXPECT_EQ(Write(encode(L""), L"S", L"k", L"x"), encode(L"[S]\r\nk=x\r\n"));
   }
+  EXPECT_EQ(Write("; \xC4\x8D\n[S]\nk=1", L"S", L"k", L"ä"), "; \xC4\x8D\n[S]\nk=\xC3\xA4");
   EXPECT_EQ(Write(Utf16(L"[S]\n") + "x", L"S", L"k", L"1"), Utf16(L"[S]\nk=1\n"))
       << "half a unit is dropped, or everything behind it would be shifted";
   EXPECT_EQ(ini::Write("[\x83]]\nk=\x81]\n", L"\u835D", L"k", L"\u835C", kDoubleByte),
             "[\x83]]\nk=\x83\\\n");
 }
 
-TEST(IniWrite, TurnsTheFileIntoUtf8ForWhatTheCodePageLacks) {
+TEST(IniWrite, TurnsTheFileIntoUtf16ForWhatTheCodePageLacks) {
   const std::string before = "; caf\xE9\r\n[S]\r\nk=1\r\n";
+  try {
+    ini::Write(before, L"S", L"k", L"Łódź", kLatin1, ini::Recoding::Refused);
+    ADD_FAILURE() << "another program's file was written";
+  } catch (const Error& error) {
+    EXPECT_NE(error.Description().find(L"\"Łódź\" has a character that"), std::wstring::npos);
+  }
   EXPECT_EQ(Write(before, L"S", L"k", L"Łódź"), Utf16(L"; café\r\n[S]\r\nk=Łódź\r\n"));
   EXPECT_EQ(Write(before, L"S", L"Ł", L"1"), Utf16(L"; café\r\n[S]\r\nk=1\r\nŁ=1\r\n"));
   EXPECT_EQ(Write(before, L"Ł", L"k", L"1"), Utf16(L"; café\r\n[S]\r\nk=1\r\n\r\n[Ł]\r\nk=1\r\n"));
   EXPECT_EQ(Write(before, L"S", L"k", L"?"), "; caf\xE9\r\n[S]\r\nk=?\r\n");
+  // These would be read as UTF-8: the new value, or one that was there before.
+  EXPECT_EQ(Write("[S]\n", L"S", L"k", L"Ã¤"), Utf16(L"[S]\nk=Ã¤\n"));
+  EXPECT_EQ(Write("[S]\nk=\xE9\nj=\xC3\xA4\n", L"S", L"k", L"1"), Utf16(L"[S]\nk=1\nj=Ã¤\n"));
+  const CodePage utf8{[](const std::string& bytes) { return text::FromUtf8(bytes); },
+                      [](const std::wstring& text) { return text::ToUtf8(text); }};
+  EXPECT_EQ(ini::Write("[S]\n", L"S", L"k", L"ä", utf8), "[S]\nk=\xC3\xA4\n");
 }
 
 TEST(IniWrite, RefusesWhatTheFormatCannotHold) {

@@ -32,6 +32,8 @@ TEST(SharedUtil, AppendsALineInTheFilesEncoding) {
       {"J\xF6\x62\r\n", L"Ł", "\xEF\xBB\xBFJ\xC3\xB6\x62\r\n\xC5\x81\r\n"},
       {"\xEF\xBB\xBFJob\r\n", L"Ł", "\xEF\xBB\xBFJob\r\n\xC5\x81\r\n"},
       {"\xFF\xFE\x41\x01"s, L"b", "\xFF\xFE\x41\x01\r\0\n\0b\0\r\0\n\0"s},
+      {"\xFE\xFF\x01\x41"s, L"b", "\xFE\xFF\x01\x41\0\r\0\n\0b\0\r\0\n"s},
+      {"J\xC3\xB6\x62\n", L"Ł", "J\xC3\xB6\x62\n\xC5\x81\r\n"},
       // Half a character at the end, and a line that begins like a mark.
       {"\xFF\xFEJ\0\n\0x"s, L"b", "\xEF\xBB\xBFJ\nb\r\n"},
       {"", L"\u00FF\u00FE", "\xEF\xBB\xBF\xC3\xBF\xC3\xBE\r\n"},
