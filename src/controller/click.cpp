@@ -25,6 +25,7 @@ void clsPostrove::mcbPostroveMenuButton_Click() {
   }
   const Raised clicked(clicked_);
   const bool shown = Reporting(*utility_, L"clsPostrove", L"PostroveMenuButton_Click()", [this] {
+    ReadMissingSettings();
     GetProjectList();
     // Not kept here: Outlook can quit while the dialog is open.
     const std::wstring subject = TakeActiveMessage().Subject();

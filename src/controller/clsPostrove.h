@@ -9,6 +9,7 @@
 
 #include "controller/shared_objects.h"
 #include "data/label_file.h"
+#include "data/lasting_trouble.h"
 #include "forms/frmFolderMessage.h"
 #include "forms/frmPostrove.h"
 #include "forms/frmProjInfo.h"
@@ -53,8 +54,9 @@ class clsPostrove final : public forms::frmPostroveEvents,
                           public std::enable_shared_from_this<clsPostrove> {
  public:
   // The start-up: finds the folders, decides whether Quillion's data is shared, locates and reads
-  // the settings. A failure is reported to the user; the rest then keeps its defaults. `shared`
-  // supplies gOutlook at each click; database, utility and forms are held.
+  // the settings. A failure is reported to the user; the rest then keeps its defaults. Settings
+  // that cannot be read now are for the first click to read, and to report. `shared` supplies
+  // gOutlook at each click; database, utility and forms are held.
   static std::shared_ptr<clsPostrove> Create(SharedObjects& shared,
                                              std::shared_ptr<forms::FormHost> forms,
                                              std::unique_ptr<clsRegistry> registry,
@@ -74,6 +76,7 @@ class clsPostrove final : public forms::frmPostroveEvents,
   static constexpr wchar_t kStartEmailFolder[] = L"Corr_Out\\";
   static constexpr wchar_t kStartProjDelim[] = L"-";
   static constexpr wchar_t kStartSubjDelim[] = L"=>";
+  static constexpr wchar_t kStartWorkUnit[] = L"Project";
 
   // Plain values.
   bool ItemIsSent = false;     // the inspector's item is already sent or received
@@ -86,15 +89,17 @@ class clsPostrove final : public forms::frmPostroveEvents,
   std::wstring EmailFolder = kStartEmailFolder;  // below a project folder, with its backslash
   std::wstring ProjDelim = kStartProjDelim;
   std::wstring SubjDelim = kStartSubjDelim;
-  std::wstring Root;                 // root folder of the project folders
-  std::wstring WorkUnit;             // the word for a project in labels and messages
-  std::wstring FolderMessageReturn;  // answer of the folder message dialog; empty is Cancel
-  std::wstring ProjInfoMode;         // "add", "addmanual" or "edit"
+  std::wstring Root;                       // root folder of the project folders
+  std::wstring WorkUnit = kStartWorkUnit;  // the word for a project in labels and messages
+  std::wstring FolderMessageReturn;        // answer of the folder message dialog; empty is Cancel
+  std::wstring ProjInfoMode;               // "add", "addmanual" or "edit"
 
   std::vector<Project> ProjectList;
 
   // Chooses the current settings file and reloads everything from it: database settings, defaults,
-  // labels, project list. Throws what the utility throws.
+  // labels, project list. Each file is read once. Throws Error when one cannot be read or is not
+  // where the local file says: then nothing is in force, no folder is proposed, nothing is stored
+  // into it, and each click reads again.
   void LocateSettingsFile();
 
   // Writes the one setting that belongs to a field of the setup dialog and reloads everything:
@@ -126,8 +131,9 @@ class clsPostrove final : public forms::frmPostroveEvents,
   // it failed or that row is gone, which is reported.
   bool ProjectInfoSave(bool edited);
 
-  // Reads the label file; a missing one leaves the labels as they are. Throws Error for one that is
-  // cut short or has a bad count.
+  // Reads the label file; a missing one leaves the labels as they are. So does one that cannot be
+  // read, is cut short or has a bad count, which the next click or change of a setting reports
+  // once.
   void LoadLabels();
 
   // Adds the known work-unit types to a combo box.
@@ -237,8 +243,20 @@ class clsPostrove final : public forms::frmPostroveEvents,
   void Class_Initialize(clsRegistry& registry);
   void ReadDefaults();
   bool ReadSharing();
-  std::wstring LocalFile(const wchar_t* name) const;
-  std::wstring LocalIniFile() const { return LocalFile(L"Postrove.ini"); }
+
+  // What becomes of an own database that is not where the settings say: it is searched for with the
+  // user, or left missing.
+  enum class Search { Ask, IfThere };
+  void ReadSettings(Search search);
+  void TryToReadSettings(Search search);
+  void ReadMissingSettings();
+  void TellTroubles();
+  void ChooseSettingsFile();
+  void RequireSettings() const;
+
+  // Where the local files lie. Throws Error when that is not known.
+  std::wstring LocalFolder() const;
+  std::wstring LocalIniFile() const { return LocalFolder() + L"Postrove.ini"; }
   void WriteSetup(const std::wstring& key, const std::wstring& value, const std::wstring& file);
   void WriteSetupToBoth(const std::wstring& key, const std::wstring& value,
                         const std::wstring& first, const std::wstring& second);
@@ -250,7 +268,7 @@ class clsPostrove final : public forms::frmPostroveEvents,
   void SearchForDatabase();
   void CheckDatabase(const std::wstring& folder);
   std::wstring OwnDatabaseFolder();
-  bool FindDatabaseAgain();
+  bool OwnDatabaseExists();
   void RequireDatabase() const;
 
   // What to do about a file that is to move: a folder that already holds one of its name is asked
@@ -378,6 +396,10 @@ class clsPostrove final : public forms::frmPostroveEvents,
   std::wstring gProgramFiles_;
   bool quillionInstalled_ = false;
   bool useQuillion_ = false;
+  bool sharingKnown_ = false;  // useQuillion_ was read
+  bool settingsRead_ = false;  // else nothing of them is in force
+  LastingTrouble settingsTrouble_;
+  LastingTrouble labelTrouble_;
   bool databaseFound_ = false;
   LabelTable labels_;
 

@@ -129,7 +129,7 @@ void clsPostrove::AddTemporaryProject() {
 // out of it, and the same one whether its project is listed or not. FillSaveFields adds the
 // backslash.
 std::wstring clsPostrove::FolderOfNumber(const std::wstring& number) const {
-  return Root + utility_->MakeFileName(number);
+  return settingsRead_ ? Root + utility_->MakeFileName(number) : std::wstring();
 }
 
 std::wstring clsPostrove::FolderOf(const Project& project) const {
@@ -177,8 +177,11 @@ void clsPostrove::FillProjectCombo(forms::Control& combo) {
 }
 
 void clsPostrove::ProposeFolder(forms::frmPostrove& form) {
-  proposedFolder_ = text::NormaliseFolder(ProjFilePath.empty() ? Root : ProjFilePath) + EmailFolder;
+  // Without settings neither part is known.
+  const std::wstring& folder = ProjFilePath.empty() ? Root : ProjFilePath;
+  proposedFolder_ = settingsRead_ ? text::NormaliseFolder(folder) + EmailFolder : std::wstring();
   form.txtSaveFolder.SetText(proposedFolder_);
+  if (proposedFolder_.empty()) frmPostroveEvent_SaveFolderChanged();
 }
 
 void clsPostrove::ShowProject(forms::frmPostrove& form) {

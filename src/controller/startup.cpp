@@ -46,8 +46,9 @@ void clsPostrove::Class_Initialize(clsRegistry& registry) {
   gProgramFiles_ = registry.GetRegistryValue(kCurrentVersion, L"ProgramFilesDir");
   quillionInstalled_ =
       !gProgramFiles_.empty() && utility_->FolderExists(gProgramFiles_ + L"\\Quillion");
-  useQuillion_ = ReadSharing();
-  LocateSettingsFile();
+  // What cannot be read now is told at the first click, which tries again: a share that comes up
+  // after Outlook is the ordinary case, and Outlook puts add-ins out of use that hold up its start.
+  TryToReadSettings(Search::Ask);
 }
 
 bool clsPostrove::ReadSharing() {

@@ -8,6 +8,7 @@ namespace postrove {
 namespace {
 
 constexpr wchar_t kJetProvider[] = L"Microsoft.Jet.OLEDB.4.0";
+constexpr wchar_t kOwnDatabase[] = L"Postrove.mdb";
 constexpr wchar_t kBreak[] = L"\r\n";
 
 }  // namespace
@@ -25,15 +26,11 @@ void clsPostrove::GetDataBaseSettings() {
 }
 
 std::wstring clsPostrove::OwnDatabaseFolder() {
-  return text::NormaliseFolder(
-      ReadSetup(L"PostroveDBPath", gCommonAppData_ + L"\\Postrove\\", utility_->IniFile()));
+  return text::NormaliseFolder(ReadSetup(L"PostroveDBPath", LocalFolder(), utility_->IniFile()));
 }
 
-// After a cancelled search: true when the database is where the settings say by now.
-bool clsPostrove::FindDatabaseAgain() {
-  if (useQuillion_ || !utility_->FileExists(OwnDatabaseFolder(), database_->DbName)) return false;
-  GetDataBaseSettings();
-  return databaseFound_;
+bool clsPostrove::OwnDatabaseExists() {
+  return utility_->FileExists(OwnDatabaseFolder(), kOwnDatabase);
 }
 
 void clsPostrove::RequireDatabase() const {
@@ -69,7 +66,7 @@ void clsPostrove::ReadOwnDatabaseSettings() {
   database.DbType = L"Access";
   database.Provider =
       utility_->ReadSetting(L"Postrove", L"Database", L"Provider2", kJetProvider, file);
-  database.DbName = L"Postrove.mdb";
+  database.DbName = kOwnDatabase;
   database.UID = L"admin";
   database.Pwd.clear();
   database.DBPath = OwnDatabaseFolder();

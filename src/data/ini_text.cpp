@@ -85,9 +85,9 @@ class Document {
   // Whether the changed file says what was meant: the code page may lack a character of the added
   // text, or the file's bytes happen to be those of another encoding from now on.
   bool CanHold(std::wstring_view added, const std::string& changed) const {
-    return encoding_ != Encoding::CodePage || (codePage_.decode(Encode(added)) == added &&
-                                               DecodeFile(changed, codePage_) ==
-                                                   codePage_.decode(changed));
+    return encoding_ != Encoding::CodePage ||
+           (codePage_.decode(Encode(added)) == added &&
+            DecodeFile(changed, codePage_) == codePage_.decode(changed));
   }
 
   // The file with a span replaced.

@@ -28,9 +28,9 @@ std::optional<std::wstring> Read(const std::string& bytes, std::wstring_view sec
 // line ends, encoding - stays byte for byte; a file that already holds the value stays as it is.
 // Added lines end like the first line of the file, in an empty file with CR LF. A value that the
 // file's code page cannot hold turns the file into UTF-16 with its mark, which Windows' own
-// functions read as well, or is refused with Error 5. Line breaks and nulls in section, key or value throw Error 5, as does an
-// empty section or key or anything that the format could not read back, such as a key with "=" in
-// it.
+// functions read as well, or is refused with Error 5. Line breaks and nulls in section, key or
+// value throw Error 5, as does an empty section or key or anything that the format could not read
+// back, such as a key with "=" in it.
 enum class Recoding { Allowed, Refused };
 std::string Write(const std::string& bytes, std::wstring_view section, std::wstring_view key,
                   std::wstring_view value, const CodePage& codePage,

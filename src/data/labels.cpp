@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "controller/clsPostrove.h"
 #include "data/text_stream.h"
 #include "shared/text.h"
@@ -13,13 +15,13 @@ constexpr wchar_t kWorkUnitFile[] = L"WorkUnitType.cnt";
 }  // namespace
 
 void clsPostrove::LoadLabels() {
-  const std::wstring file = LocalFile(kLabelFile);
-  std::optional<TextStream> stream = utility_->OpenTextFile(file);
-  if (!stream && utility_->FileSize(file) >= 0) {
-    throw Error(kPathFileAccess, L"clsPostrove.LoadLabels()",
-                L"The label file \"" + file + L"\" cannot be read.");
+  try {
+    std::optional<TextStream> stream = utility_->OpenTextFile(LocalFolder() + kLabelFile);
+    if (stream) labels_ = ReadLabelFile(std::move(*stream), WorkUnit, useQuillion_);
+    labelTrouble_.Over();
+  } catch (const Error& error) {
+    labelTrouble_.Met(error);
   }
-  if (stream) labels_ = ReadLabelFile(std::move(*stream), WorkUnit, useQuillion_);
 }
 
 std::wstring clsPostrove::Label(std::size_t block, std::size_t index,
@@ -28,12 +30,14 @@ std::wstring clsPostrove::Label(std::size_t block, std::size_t index,
 }
 
 void clsPostrove::FillWorkUnitTypes(forms::Control& combo) {
-  std::optional<TextStream> stream = utility_->OpenTextFile(LocalFile(kWorkUnitFile));
-  while (stream && !stream->AtEndOfStream()) combo.AddItem(stream->ReadLine());
+  Reporting(*utility_, L"clsPostrove", L"FillWorkUnitTypes()", [&] {
+    std::optional<TextStream> stream = utility_->OpenTextFile(LocalFolder() + kWorkUnitFile);
+    while (stream && !stream->AtEndOfStream()) combo.AddItem(stream->ReadLine());
+  });
 }
 
 bool clsPostrove::IsKnownWorkUnit(const std::wstring& name) {
-  std::optional<TextStream> stream = utility_->OpenTextFile(LocalFile(kWorkUnitFile));
+  std::optional<TextStream> stream = utility_->OpenTextFile(LocalFolder() + kWorkUnitFile);
   while (stream && !stream->AtEndOfStream()) {
     if (text::EqualsIgnoreCase(stream->ReadLine(), name)) return true;
   }
@@ -41,7 +45,7 @@ bool clsPostrove::IsKnownWorkUnit(const std::wstring& name) {
 }
 
 void clsPostrove::AddWorkUnitType(const std::wstring& name) {
-  utility_->AppendLine(LocalFile(kWorkUnitFile), name);
+  utility_->AppendLine(LocalFolder() + kWorkUnitFile, name);
 }
 
 }  // namespace postrove

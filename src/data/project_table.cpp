@@ -53,7 +53,7 @@ constexpr std::size_t kFields = 5;
 
 void clsPostrove::GetProjectList() {
   ProjectList.clear();
-  if (!databaseFound_ && !FindDatabaseAgain()) return;
+  if (!databaseFound_) return;
   Reporting(*utility_, L"clsPostrove", L"GetProjectList()", [this] {
     std::vector<Project> list;  // a failure can come after some rows
     database_->ReadRecordset(sql::ListProjects(database_->DbType), [&list](Row& row) {

@@ -96,7 +96,13 @@ bool clsPostrove::SetNewIniLocation(const std::wstring& folder) {
     const std::wstring file = utility_->IniFile();
     const std::wstring target = folder + kIniName;
     if (text::EqualsIgnoreCase(target, LocalIniFile()) && !text::EqualsIgnoreCase(target, file)) {
-      // The local file is always there, with the way to the others: it takes over what is in use.
+      // The local file is always there, with the way to the others: it takes over what is in use,
+      // and when nothing is, because the other file cannot be read, it is in use as it stands.
+      if (!settingsRead_) {
+        moved = true;
+        return;
+      }
+      const clsSharedUtil::ReadingOnce once(*utility_);
       for (const auto& [section, key] : kMovingSettings) {
         const std::wstring value = utility_->ReadSetting(L"Postrove", section, key, kMissing, file);
         if (value != kMissing) utility_->WriteSetting(L"Postrove", section, key, value, target);
@@ -106,6 +112,7 @@ bool clsPostrove::SetNewIniLocation(const std::wstring& folder) {
     }
     const Move move = PlanMove(file, folder, kIniName);
     if (move == Move::Copy) {
+      RequireSettings();
       // Without a file yet there is nothing to copy; storing what is in use makes one.
       if (utility_->FileSize(file) < 0) WriteSetup(L"Root", Root, file);
       CopyIntoPlace(*utility_, file, target);

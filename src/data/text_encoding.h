@@ -6,8 +6,8 @@
 #include <string_view>
 
 // How text files spell their characters: UTF-16 of either byte order and UTF-8 are recognised by
-// their byte-order marks. A file without a mark is UTF-8 when it holds bytes beyond ASCII and all of
-// them are well-formed UTF-8, as editors write it today; any other is in the system's code page.
+// their byte-order marks. A file without a mark is UTF-8 when it holds bytes beyond ASCII and all
+// of them are well-formed UTF-8, as editors write it today; any other is in the system's code page.
 namespace postrove {
 
 enum class Encoding { CodePage, Utf8, Utf16, Utf16BigEndian };

@@ -164,10 +164,11 @@ void clsPostrove::ChangeSharing(forms::frmSetup& form) {
     ClearProject();
   } else {
     // It may have been stored before something else failed.
-    useQuillion_ = ReadSharing();
-    form.optDbType(useQuillion_ ? forms::kSetupSiblingDb : forms::kSetupOwnDb).SetChecked(true);
+    useQuillion_ = before;
+    sharingKnown_ = false;
     ReloadDefaults();
     if (form.IsUnloaded()) return;
+    form.optDbType(useQuillion_ ? forms::kSetupSiblingDb : forms::kSetupOwnDb).SetChecked(true);
   }
   FillSetup(form);
 }
@@ -267,10 +268,13 @@ std::wstring clsPostrove::SetupFolderProblem(forms::Control& field, const std::w
 
 // After a setting that could not be stored whole: what the files hold is in force.
 void clsPostrove::ReloadDefaults() {
-  Reporting(*utility_, L"clsPostrove", L"LocateSettingsFile()", [this] { LocateSettingsFile(); });
+  TryToReadSettings(Search::Ask);
+  GetProjectList();
+  TellTroubles();
 }
 
 void clsPostrove::StoreSetupField(forms::frmSetup& form, int index) {
+  const bool wereRead = settingsRead_;
   const bool stored = PostroveDefaultsSave(index, form);
   if (!stored) ReloadDefaults();
   if (form.IsUnloaded()) return;
@@ -284,9 +288,10 @@ void clsPostrove::StoreSetupField(forms::frmSetup& form, int index) {
   if (index == forms::kSetupWorkType) {
     field.SetItems({});
     FillWorkUnitTypes(field);
-  } else if (index == forms::kSetupSettings) {
+  }
+  if (index == forms::kSetupSettings || !wereRead) {
     const Raised filling(ignoreFieldEvents_);
-    FillSetup(form);  // another file has other settings
+    FillSetup(form);  // another file, or one that can be read by now, has other settings
   }
 }
 
@@ -339,6 +344,7 @@ void clsPostrove::frmSetupEvent_ButtonClicked(int Index) {
 
 std::wstring clsPostrove::ValidateDefaults(const forms::frmSetup& form) const {
   std::wstring errors;
+  if (!settingsRead_) return errors;  // there is nothing that could be filled in
   for (const int index : {forms::kSetupWorkType, forms::kSetupProjectDelimiter,
                           forms::kSetupSubjectDelimiter, forms::kSetupServerFolder,
                           forms::kSetupEmailFolder, forms::kSetupDatabase, forms::kSetupSettings}) {

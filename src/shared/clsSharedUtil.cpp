@@ -46,17 +46,49 @@ std::wstring clsSharedUtil::ReadSetting(const std::wstring& /*application*/,
                                         const std::wstring& section, const std::wstring& key,
                                         const std::wstring& defaultValue,
                                         const std::wstring& file) {
-  std::string bytes;
-  if (!LoadFile(file, &bytes)) return defaultValue;
-  return ini::Read(bytes, section, key, SystemCodePage()).value_or(defaultValue);
+  const std::optional<std::string> bytes = SettingsBytes(file);
+  if (!bytes) return defaultValue;
+  return ini::Read(*bytes, section, key, SystemCodePage()).value_or(defaultValue);
+}
+
+bool clsSharedUtil::HasSettings(const std::wstring& file) {
+  return SettingsBytes(file).has_value();
+}
+
+std::optional<std::string> clsSharedUtil::SettingsBytes(const std::wstring& file) {
+  Found* const known = KnownFile(file);
+  const Found found = known ? *known : LookAt(file);
+  if (!known && readers_ > 0) found_.push_back(found);
+  if (found.error) throw *found.error;
+  return found.bytes;
+}
+
+clsSharedUtil::Found clsSharedUtil::LookAt(const std::wstring& file) {
+  Found found{file, std::nullopt, std::nullopt};
+  try {
+    std::string bytes;
+    if (LoadFile(file, &bytes)) found.bytes = std::move(bytes);
+  } catch (const Error& error) {
+    found.error = error;
+  }
+  return found;
+}
+
+clsSharedUtil::Found* clsSharedUtil::KnownFile(const std::wstring& file) {
+  for (Found& found : found_) {
+    if (text::EqualsIgnoreCase(found.path, file)) return &found;
+  }
+  return nullptr;
 }
 
 void clsSharedUtil::WriteSetting(const std::wstring& /*application*/, const std::wstring& section,
                                  const std::wstring& key, const std::wstring& value,
-                                 const std::wstring& file) {
+                                 const std::wstring& file, ini::Recoding recoding) {
+  std::string after;
   UpdateFile(file, [&](const std::string& bytes) {
-    return ini::Write(bytes, section, key, value, SystemCodePage());
+    return after = ini::Write(bytes, section, key, value, SystemCodePage(), recoding);
   });
+  if (Found* const known = KnownFile(file)) *known = {file, std::move(after), std::nullopt};
 }
 
 std::optional<TextStream> clsSharedUtil::OpenTextFile(const std::wstring& path) {

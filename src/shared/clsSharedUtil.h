@@ -7,13 +7,14 @@
 #include <optional>
 #include <string>
 
+#include <vector>
+
+#include "data/ini_text.h"
 #include "data/text_stream.h"
 #include "shared/error.h"
 #include "shared/file_name.h"
 
 namespace postrove {
-
-struct CodePage;
 
 enum class MessageButtons { Ok, YesNo };
 enum class MessageIcon { Information, Question, Error };
@@ -77,7 +78,8 @@ class clsSharedUtil {
   // with the path and the system's reason in its description.
   virtual void CreateFolder(const std::wstring& folder) = 0;
 
-  // The system's folder picker with a prompt: the chosen folder without a trailing backslash
+  // The system's folder picker with a prompt; one of several lines is shown before it, where the
+  // user can cancel as well. The chosen folder without a trailing backslash
   // (a drive's root keeps its own), or empty text when the user cancels.
   virtual std::wstring BrowseForFolder(const std::wstring& prompt) = 0;
 
@@ -113,20 +115,42 @@ class clsSharedUtil {
                                     MessageButtons buttons, MessageIcon icon) = 0;
 
   // The value of a key of an INI file, or `defaultValue` when the file, the section or the key is
-  // missing or the file cannot be read. `application` ("Postrove" or "Quillion") names the product
-  // that owns the key; the file alone decides the result. The rules of the format are in
-  // data/ini_text.h.
+  // missing. Throws Error when the file cannot be read: defaults are never taken for it.
+  // `application` ("Postrove" or "Quillion") names the product that owns the key; the file alone
+  // decides the result. The rules of the format are in data/ini_text.h.
   std::wstring ReadSetting(const std::wstring& application, const std::wstring& section,
                            const std::wstring& key, const std::wstring& defaultValue,
                            const std::wstring& file);
 
+  // True when the settings file is there, false when it is not, on a drive that answers. Throws
+  // Error when it cannot be read or nobody can tell.
+  bool HasSettings(const std::wstring& file);
+
+  // While one of these lives, each settings file is opened once at most, and waited for once: what
+  // was found then holds for ReadSetting and HasSettings.
+  class ReadingOnce {
+   public:
+    explicit ReadingOnce(clsSharedUtil& utility) : utility_(utility) { ++utility_.readers_; }
+    ReadingOnce(const ReadingOnce&) = delete;
+    ReadingOnce& operator=(const ReadingOnce&) = delete;
+    ~ReadingOnce() {
+      if (--utility_.readers_ == 0) utility_.found_.clear();
+    }
+
+   private:
+    clsSharedUtil& utility_;
+  };
+
   // Stores a value; file, folder, section and key are made as needed. The file is replaced as a
   // whole under a lock, so another reader sees the old or the new file. Throws Error; the old file
-  // then stands unchanged.
+  // then stands unchanged. `recoding` says whether its encoding may change for the value's sake:
+  // not that of another program's file.
   void WriteSetting(const std::wstring& application, const std::wstring& section,
-                    const std::wstring& key, const std::wstring& value, const std::wstring& file);
+                    const std::wstring& key, const std::wstring& value, const std::wstring& file,
+                    ini::Recoding recoding = ini::Recoding::Allowed);
 
-  // The lines of a text file, or nothing when it does not exist or cannot be read.
+  // The lines of a text file, or nothing when it does not exist. Throws Error when it cannot be
+  // read.
   std::optional<TextStream> OpenTextFile(const std::wstring& path);
 
   // Appends one line to a text file, which is not made: throws Error 53 when it is missing, and
@@ -145,7 +169,8 @@ class clsSharedUtil {
                    const std::wstring& detail = {}) noexcept;
 
  protected:
-  // The bytes of a file. False when it does not exist or cannot be read.
+  // The bytes of a file. False when it is not there, on a drive or share that answers. Throws Error
+  // when it cannot be read: another program holds it, the drive is away, access is denied.
   virtual bool LoadFile(const std::wstring& path, std::string* bytes) = 0;
 
   // Replaces a file by change(its bytes) in one step; a missing file counts as empty and is made,
@@ -158,9 +183,20 @@ class clsSharedUtil {
   virtual std::string ToCodePage(const std::wstring& text) = 0;
 
  private:
+  // What a look at a settings file found: its bytes, none when it is missing, or why not.
+  struct Found {
+    std::wstring path;
+    std::optional<std::string> bytes;
+    std::optional<Error> error;
+  };
+  std::optional<std::string> SettingsBytes(const std::wstring& file);
+  Found LookAt(const std::wstring& file);
+  Found* KnownFile(const std::wstring& file);
   CodePage SystemCodePage();
 
   std::wstring iniFile_;
+  int readers_ = 0;
+  std::vector<Found> found_;
 };
 
 // Runs `body` under the procedure-wide error handler: an exception is reported through ReportError

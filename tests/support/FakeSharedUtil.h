@@ -43,16 +43,18 @@ class FakeSharedUtil : public clsSharedUtil {
   // The stage. Folders above an added one are added with it.
   void AddFolder(const std::wstring& folder) {
     for (std::wstring path = Plain(folder); !path.empty(); path = Parent(path)) {
-      entries_.try_emplace(Key(path), Entry{path, true, {}, false, 0});
+      entries_.try_emplace(Key(path), Entry{path, true, {}, false, 0, false});
     }
   }
   // A file that is there is written over in place: it stays the same one.
   void AddFile(const std::wstring& path, std::string bytes = {}) {
     AddFolder(Parent(Plain(path)));
     const std::uint64_t number = File(path) ? entries_.at(Key(path)).number : ++filesMade_;
-    entries_[Key(path)] = Entry{Plain(path), false, std::move(bytes), false, number};
+    entries_[Key(path)] = Entry{Plain(path), false, std::move(bytes), false, number, false};
   }
   void SetReadOnly(const std::wstring& path) { entries_.at(Key(path)).readOnly = true; }
+  // Another program has the file open, or no longer; it can neither be read nor written meanwhile.
+  void SetHeld(const std::wstring& path, bool held = true) { entries_.at(Key(path)).held = held; }
   void Remove(const std::wstring& path) { entries_.erase(Key(path)); }
   void SetDriveType(const std::wstring& root, DriveKind kind) { drives_[Key(root)] = kind; }
 
@@ -87,7 +89,9 @@ class FakeSharedUtil : public clsSharedUtil {
 
   int FileOperations() const { return operations_; }
 
-  // What happened. The bytes of a file, or nothing when there is none.
+  // What happened. The files whose bytes were asked for, in that order.
+  const std::vector<std::wstring>& Loaded() const { return loaded_; }
+  // The bytes of a file, or nothing when there is none.
   std::optional<std::string> File(const std::wstring& path) const {
     const Entry* entry = Find(path);
     if (!entry || entry->folder) return std::nullopt;
@@ -200,8 +204,11 @@ class FakeSharedUtil : public clsSharedUtil {
 
  protected:
   bool LoadFile(const std::wstring& path, std::string* bytes) override {
+    loaded_.push_back(path);
     const std::optional<std::string> found = File(path);
-    if (NextOperationFails() || !found) return false;
+    const bool away = !Find(Root(path)) || (found && Find(path)->held);
+    if (NextOperationFails() || away) Fail(L"Cannot read the file", path);
+    if (!found) return false;
     *bytes = *found;
     return true;
   }
@@ -209,7 +216,9 @@ class FakeSharedUtil : public clsSharedUtil {
                   const std::function<std::string(const std::string&)>& change) override {
     if (NextOperationFails()) Fail(L"Cannot write the file", path);
     const Entry* entry = Find(path);
-    if (entry && (entry->folder || entry->readOnly)) Fail(L"Cannot write the file", path);
+    if (entry && (entry->folder || entry->readOnly || entry->held)) {
+      Fail(L"Cannot write the file", path);
+    }
     if (!Find(Root(path))) Fail(L"Cannot write the file", path);
     AddFile(path, change(File(path).value_or("")));
   }
@@ -223,6 +232,7 @@ class FakeSharedUtil : public clsSharedUtil {
     std::string bytes;
     bool readOnly;
     std::uint64_t number;  // of a file, from 1 on
+    bool held;
   };
 
   // With "\" only and none at the end, so "C:" stands for the drive's root.
@@ -290,6 +300,7 @@ class FakeSharedUtil : public clsSharedUtil {
   std::vector<ShownMessage> messages_;
   std::vector<std::wstring> prompts_;
   std::vector<std::wstring> documents_;
+  std::vector<std::wstring> loaded_;
   bool answersTheRest_ = false;
   MessageAnswer questions_ = MessageAnswer::No;
   int operations_ = 0;

@@ -53,19 +53,25 @@ class Product {
   }
 
   void Create() {
-    shared.gController = clsPostrove::Create(
-        shared, host,
-        std::make_unique<FakeRegistry>(std::map<std::wstring, std::wstring>{
-            {L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Shell Folders|Common "
-             L"AppData",
-             kAppData},
-            {L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion|ProgramFilesDir", kPrograms}}),
-        ProductVersion{1, 2, 3});
+    shared.gController =
+        clsPostrove::Create(shared, host, std::make_unique<FakeRegistry>(registry), {1, 2, 3});
     shared.gOutlook = clsPROutlook::Create(shared);
+  }
+
+  // A click on the button of a received message's new window.
+  void Click() {
+    const auto mail = outlook.Open(true);
+    outlook.RaiseNew(mail);
+    mail->buttons.at(0)->Raise(office::kCommandBarButtonEvents, office::kButtonClick,
+                               {office::Value(mail->buttons.at(0)), false});
   }
 
   clsPostrove& Controller() { return *shared.gController; }
 
+  std::map<std::wstring, std::wstring> registry{
+      {L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Shell Folders|Common AppData",
+       kAppData},
+      {L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion|ProgramFilesDir", kPrograms}};
   FakeOutlook outlook;
   std::shared_ptr<FakeDatabase> database;
   std::shared_ptr<FakeSharedUtil> utility;

@@ -162,7 +162,7 @@ TEST(LabelFile, DamagedFilesAreErrors) {
   }
 }
 
-TEST_F(ProjectData, LabelsReachTheDialogAndADamagedFileIsReportedOnce) {
+TEST_F(ProjectData, LabelsReachTheDialogAndADamagedFileCostsNothingElse) {
   const std::wstring folder = std::wstring(kAppData) + L"\\Postrove\\";
   product_.utility->AddFile(folder + L"Postrove.cnt",
                             "1\r\nh\r\na|The <WorkUnit>\r\nb|f\r\nc|n\r\nd|In &Folder: \r\n"
@@ -171,8 +171,15 @@ TEST_F(ProjectData, LabelsReachTheDialogAndADamagedFileIsReportedOnce) {
   product_.Start();
   product_.utility->Remove(folder + L"Postrove.cnt");
   product_.Controller().LocateSettingsFile();  // a missing file leaves the labels as they are
-  const auto mail = product_.outlook.Open(true);
-  product_.outlook.RaiseNew(mail);
+  product_.utility->AddFile(folder + L"Postrove.cnt", "2\r\nh\r\na|x\r\n[Form]\r\n");
+  forms::frmSetup setup({});
+  setup.txtSetup(0).SetText(L"P:\\");
+  product_.utility->ExpectMessage();
+  const std::size_t lists = product_.database->Statements().size();
+  for (const std::size_t change : {1u, 2u}) {  // told at the first only
+    EXPECT_TRUE(product_.Controller().PostroveDefaultsSave(0, setup));
+    EXPECT_EQ(product_.database->Statements().size(), lists + change);
+  }
   product_.forms->Expect([](forms::Form& form) {
     auto& dialog = dynamic_cast<forms::frmPostrove&>(form);
     EXPECT_EQ(dialog.lblFolderLabel.Text() + dialog.lblNameLabel.Text(), L"In &Folder: Call it: ");
@@ -180,12 +187,13 @@ TEST_F(ProjectData, LabelsReachTheDialogAndADamagedFileIsReportedOnce) {
     EXPECT_EQ(dialog.rtfFieldHints.Text(), L"\r\nHint: The Job");
     dialog.UserClosed();
   });
-  mail->buttons.at(0)->Raise(office::kCommandBarButtonEvents, office::kButtonClick, {});
+  product_.Click();
 
-  product_.utility->AddFile(folder + L"Postrove.cnt", "2\r\nh\r\na|x\r\n[Form]\r\n");
-  product_.utility->ExpectMessage();
-  product_.Create();
+  product_.Start();  // tells nothing
   EXPECT_EQ(product_.utility->Messages().size(), 1u);
+  product_.utility->ExpectMessage();
+  product_.forms->Expect([](forms::Form& form) { form.Unload(); });
+  product_.Click();
 }
 
 }  // namespace

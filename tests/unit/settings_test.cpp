@@ -216,19 +216,34 @@ TEST_F(Settings, QuillionsDatabaseAndFoldersWithoutADriveAreNeverMoved) {
   }
 }
 
-TEST_F(Settings, ADatabaseThatComesBackIsFoundAtTheNextClick) {
+TEST_F(Settings, AfterACancelledSearchEachClickReadsEverythingAgain) {
   product_.utility->Remove(kLocalFolder + L"Postrove.mdb");
   product_.utility->ExpectBrowse(L"");
   product_.utility->ExpectMessage();
   product_.Start();
-  clsPostrove& controller = product_.Controller();
   product_.utility->ExpectMessage();
-  EXPECT_FALSE(controller.ProjectInfoSave(false));  // there is none to save into
-  controller.GetProjectList();
-  EXPECT_TRUE(product_.database->Statements().empty());
-  product_.utility->AddFile(kLocalFolder + L"Postrove.mdb");
-  controller.GetProjectList();
-  EXPECT_EQ(product_.database->Statements().size(), 1u);
+  EXPECT_FALSE(product_.Controller().ProjectInfoSave(false));  // there is none to save into
+  product_.utility->AddFile(kLocalIni, "[Setup]\r\nPostroveDBPath=S:\\Db\\\r\nRoot=P:\\\r\n");
+  for (const std::size_t lists : {0u, 1u}) {
+    product_.forms->Expect([](forms::Form& form) {
+      EXPECT_EQ(dynamic_cast<forms::frmPostrove&>(form).txtSaveFolder.Text(), L"P:\\Corr_Out\\");
+      form.Unload();
+    });
+    product_.Click();
+    EXPECT_EQ(product_.database->Statements().size(), lists);
+    product_.utility->AddFile(L"S:\\Db\\Postrove.mdb");
+  }
+  EXPECT_EQ(product_.database->DBFullPath, L"S:\\Db\\Postrove.mdb");
+}
+
+TEST_F(Settings, NothingIsWrittenIntoQuillionsFileThatChangesItsEncoding) {
+  const std::wstring file = std::wstring(kPrograms) + L"\\Quillion\\Qulln.txt";
+  product_.utility->AddFile(file, "; \xE9\r\n[Setup]\r\nEmailFolder=Mail\\\r\n");
+  product_.Start();
+  product_.utility->ExpectMessage();
+  Save(3, L"Łódź");
+  EXPECT_NE(product_.utility->Messages()[0].text.find(L"Łódź"), std::wstring::npos);
+  EXPECT_EQ(Ini(file), "; \xE9\r\n[Setup]\r\nEmailFolder=Mail\\\r\n");
 }
 
 TEST_F(Settings, MovingTheSettingsThereAndBackTakesEffectAtOnce) {

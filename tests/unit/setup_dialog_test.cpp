@@ -59,10 +59,7 @@ class SetupDialog : public ::testing::Test {
       EXPECT_TRUE(setup.IsUnloaded()) << "it does not let its user go";
       setup.Unload();
     });
-    const auto mail = product_->outlook.Open(true);
-    product_->outlook.RaiseNew(mail);
-    mail->buttons.at(0)->Raise(office::kCommandBarButtonEvents, office::kButtonClick,
-                               {office::Value(mail->buttons.at(0)), false});
+    product_->Click();
     EXPECT_TRUE(product_->forms->Finished());
   }
 
@@ -404,6 +401,36 @@ TEST_F(SetupDialog, WhatTheUserEnteredInTheSaveDialogStays) {
           save.cboPostrove.UserTyped(L"Harbour: 9", 10, 0);
           save.txtSaveFolder.UserTyped(L"D:\\Mine", 7, 0);
         });
+  }
+}
+
+// The way back to settings that are gone is another folder, or the old one when it is there again.
+TEST_F(SetupDialog, SettingsThatCannotBeReadAreNotStoredOver) {
+  const std::wstring far = L"S:\\Set\\Postrove.ini";
+  enum { Stays, Back, LocalAgain };
+  for (const int what : {Stays, Back, LocalAgain}) {
+    SCOPED_TRACE(what);
+    Renew();
+    utility_->AddFile(kIni, "[Setup]\r\nPostroveSettingsPath=S:\\Set\\\r\nRoot=P:\\Jobs\\\r\n");
+    utility_->AddFolder(L"S:\\Set");
+    utility_->ExpectMessage();
+    Use([&](forms::frmSetup& setup) {
+      EXPECT_EQ(setup.txtSetup(0).Text() + L"|" + setup.txtSetup(5).Text(), L"|S:\\Set\\");
+      utility_->ExpectMessage();
+      Enter(setup, 0, L"P:\\Jobs");
+      EXPECT_EQ(setup.txtSetup(0).Text(), L"");
+      EXPECT_FALSE(utility_->File(far));
+      if (what == Back) {
+        utility_->AddFile(far, "[Setup]\r\nRoot=P:\\\r\n");
+        utility_->ExpectMessage();
+        Enter(setup, 0, L"P:\\Jobs");
+      } else if (what == LocalAgain) {
+        Enter(setup, 5, kFolder);
+      }
+      const wchar_t* const shown[] = {L"", L"P:\\", L"P:\\Jobs\\"};
+      EXPECT_EQ(setup.txtSetup(0).Text(), shown[what]);
+    });
+    EXPECT_EQ(File(far), what == Back ? "[Setup]\r\nRoot=P:\\\r\n" : "(none)");
   }
 }
 

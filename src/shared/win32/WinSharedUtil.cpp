@@ -81,8 +81,8 @@ HWND OwnerWindow() {
   return process == GetCurrentProcessId() ? front : nullptr;
 }
 
-UINT MessageFlags(HWND owner, MessageButtons buttons, MessageIcon icon) {
-  UINT flags = MB_SETFOREGROUND | (buttons == MessageButtons::YesNo ? MB_YESNO : MB_OK);
+UINT MessageFlags(HWND owner, UINT buttons, MessageIcon icon) {
+  UINT flags = MB_SETFOREGROUND | buttons;
   switch (icon) {
     case MessageIcon::Information:
       flags |= MB_ICONINFORMATION;
@@ -145,7 +145,12 @@ class WinSharedUtil final : public clsSharedUtil {
   }
 
   std::wstring BrowseForFolder(const std::wstring& prompt) override {
-    return PickFolder(OwnerWindow(), prompt);
+    if (prompt.find(L'\n') == std::wstring::npos) return PickFolder(OwnerWindow(), prompt);
+    // The picker shows its prompt in one line of its title bar.
+    const HWND owner = OwnerWindow();
+    const int answer = MessageBoxW(owner, prompt.c_str(), L"Postrove",
+                                   MessageFlags(owner, MB_OKCANCEL, MessageIcon::Information));
+    return answer == IDOK ? PickFolder(OwnerWindow(), {}) : std::wstring();
   }
 
   DriveKind DriveType(const std::wstring& root) override {
@@ -169,15 +174,25 @@ class WinSharedUtil final : public clsSharedUtil {
   MessageAnswer ShowMessage(const std::wstring& text, const std::wstring& title,
                             MessageButtons buttons, MessageIcon icon) override {
     const HWND owner = OwnerWindow();
-    const int answer =
-        MessageBoxW(owner, text.c_str(), title.c_str(), MessageFlags(owner, buttons, icon));
+    const UINT flags =
+        MessageFlags(owner, buttons == MessageButtons::YesNo ? MB_YESNO : MB_OK, icon);
+    const int answer = MessageBoxW(owner, text.c_str(), title.c_str(), flags);
     if (buttons == MessageButtons::Ok) return MessageAnswer::Ok;
     return answer == IDYES ? MessageAnswer::Yes : MessageAnswer::No;
   }
 
  protected:
   bool LoadFile(const std::wstring& path, std::string* bytes) override {
-    return IsFile(Attributes(path)) && LoadWholeFile(path, bytes);
+    DWORD error = ERROR_INVALID_NAME;
+    if (path.find(L'\0') == std::wstring::npos) {
+      const NoDriveMessages quiet;
+      error = LoadWholeFile(path, bytes);
+    }
+    if (error == ERROR_SUCCESS) return true;
+    // A path below a drive or share that is away is "not found" as well.
+    const bool notFound = error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
+    if (notFound && FolderExists(path.substr(0, RootLength(path)))) return false;
+    throw PathError(L"LoadFile", L"Cannot read the file", path, error);
   }
 
   std::shared_ptr<void> HoldFile(const std::wstring& path) override {

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <aclapi.h>
+
 #include <utility>
 
 #include "shared/file_name.h"
@@ -36,21 +38,25 @@ class FileHandle {
   HANDLE handle_;
 };
 
-// Calls `attempt` until it returns ERROR_SUCCESS or an error that waiting does not cure, for a few
-// seconds at most. Access is denied for good, or for a moment to a file that is being deleted or
-// that a virus scanner holds: that is tried for a fraction of the time, but often enough also where
-// this process seldom gets its turn.
+// How long an attempt is repeated, in milliseconds.
+struct Patience {
+  DWORD shared;  // another program holds the file
+  DWORD denied;  // for good, or while the file is deleted or a virus scanner holds it
+};
+constexpr Patience kReader{250, 250};
+constexpr Patience kWriter{5000, 500};
+
+// Calls `attempt` until it returns ERROR_SUCCESS or an error that waiting does not cure, for a
+// time, but often enough also where this process seldom gets its turn.
 template <typename Attempt>
-DWORD Retry(Attempt attempt) {
-  constexpr DWORD kSharingMilliseconds = 5000;
-  constexpr DWORD kDeniedMilliseconds = 500;
-  constexpr int kLeastAttempts = 50;
+DWORD Retry(const Patience& patience, Attempt attempt) {
+  constexpr int kLeastAttempts = 30;
   const DWORD start = GetTickCount();
   for (int attempts = 1;; ++attempts) {
     const DWORD error = attempt();
     const bool shared = error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION;
     if (!shared && error != ERROR_ACCESS_DENIED) return error;
-    const DWORD limit = shared ? kSharingMilliseconds : kDeniedMilliseconds;
+    const DWORD limit = shared ? patience.shared : patience.denied;
     // The difference is right also when the count began anew meanwhile.
     if (attempts >= kLeastAttempts && GetTickCount() - start > limit) return error;
     Sleep(5);
@@ -64,9 +70,9 @@ DWORD Open(const std::wstring& path, DWORD access, DWORD share, DWORD dispositio
   return file->IsOpen() ? ERROR_SUCCESS : GetLastError();
 }
 
-DWORD Load(const std::wstring& path, std::string* bytes) {
+DWORD Load(const std::wstring& path, DWORD access, std::string* bytes) {
   FileHandle file;
-  DWORD error = Open(path, GENERIC_READ, kShareAll, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, &file);
+  DWORD error = Open(path, access, kShareAll, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, &file);
   if (error != ERROR_SUCCESS) return error;
   LARGE_INTEGER size{};
   if (!GetFileSizeEx(file.Get(), &size)) return GetLastError();
@@ -120,10 +126,34 @@ void Check(DWORD error, const std::wstring& path) {
   if (error != ERROR_SUCCESS) throw PathError(kSource, kCannotWrite, path, error);
 }
 
+// Gives a file another one's access list as it stands, inherited entries included. Where that
+// cannot be done (a disk without permissions, a share that lets nobody change them), it keeps those
+// that its folder gave it.
+//
+// ReplaceFile would do so as well, but it renames twice: for a moment, and for good when it fails
+// in between, no file has the name, which a reader takes for a file that was never there.
+void CopyPermissions(const std::wstring& from, const std::wstring& to) {
+  PSECURITY_DESCRIPTOR descriptor = nullptr;
+  if (GetNamedSecurityInfoW(const_cast<wchar_t*>(from.c_str()), SE_FILE_OBJECT,
+                            DACL_SECURITY_INFORMATION, nullptr, nullptr, nullptr, nullptr,
+                            &descriptor) != ERROR_SUCCESS) {
+    return;
+  }
+  // Else an inherited list would count as one that a person made, and no longer follow its folder.
+  SECURITY_DESCRIPTOR_CONTROL control = 0;
+  DWORD revision = 0;
+  if (GetSecurityDescriptorControl(descriptor, &control, &revision) &&
+      (control & SE_DACL_AUTO_INHERITED)) {
+    SetSecurityDescriptorControl(descriptor, SE_DACL_AUTO_INHERIT_REQ, SE_DACL_AUTO_INHERIT_REQ);
+  }
+  SetFileSecurityW(to.c_str(), DACL_SECURITY_INFORMATION, descriptor);
+  LocalFree(descriptor);
+}
+
 }  // namespace
 
-bool LoadWholeFile(const std::wstring& path, std::string* bytes) {
-  return Retry([&] { return Load(path, bytes); }) == ERROR_SUCCESS;
+DWORD LoadWholeFile(const std::wstring& path, std::string* bytes) {
+  return Retry(kReader, [&] { return Load(path, GENERIC_READ, bytes); });
 }
 
 void UpdateWholeFile(const std::wstring& path,
@@ -132,10 +162,11 @@ void UpdateWholeFile(const std::wstring& path,
   if (lockPath.size() > kMaxPath) Check(ERROR_FILENAME_EXCED_RANGE, path);
 
   FileHandle lock;
-  Check(Retry([&] {
-          return Open(lockPath, GENERIC_WRITE | DELETE, 0, OPEN_ALWAYS,
-                      FILE_ATTRIBUTE_HIDDEN | FILE_FLAG_DELETE_ON_CLOSE, &lock);
-        }),
+  Check(Retry(kWriter,
+              [&] {
+                return Open(lockPath, GENERIC_WRITE | DELETE, 0, OPEN_ALWAYS,
+                            FILE_ATTRIBUTE_HIDDEN | FILE_FLAG_DELETE_ON_CLOSE, &lock);
+              }),
         path);
 
   const DWORD attributes = GetFileAttributesW(path.c_str());
@@ -144,8 +175,10 @@ void UpdateWholeFile(const std::wstring& path,
   if (exists) {
     if (attributes & FILE_ATTRIBUTE_DIRECTORY) Check(ERROR_DIRECTORY, path);
     if (attributes & FILE_ATTRIBUTE_READONLY) Check(ERROR_FILE_READ_ONLY, path);
-    // Bytes that cannot be read are never taken for an empty file.
-    Check(Retry([&] { return Load(path, &oldBytes); }), path);
+    // Bytes that cannot be read are never taken for an empty file. The rights to write and delete
+    // are asked for as well: without them the renaming below fails, or gets round the permissions.
+    constexpr DWORD kRights = GENERIC_READ | GENERIC_WRITE | DELETE;
+    Check(Retry(kWriter, [&] { return Load(path, kRights, &oldBytes); }), path);
   } else if (GetLastError() != ERROR_FILE_NOT_FOUND) {
     Check(GetLastError(), path);
   }
@@ -156,8 +189,9 @@ void UpdateWholeFile(const std::wstring& path,
   constexpr DWORD kKept =
       FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
   Check(temporary.Write(newBytes, exists ? attributes & kKept : 0), path);
+  if (exists) CopyPermissions(path, path + L".tmp");
   // Fails for a moment while a program reads the old file.
-  Check(Retry([&] { return temporary.RenameTo(path); }), path);
+  Check(Retry(kWriter, [&] { return temporary.RenameTo(path); }), path);
 }
 
 void CopyWholeFile(const std::wstring& from, const std::wstring& to) {

@@ -34,7 +34,7 @@ std::optional<std::wstring> PickWithFileDialog(HWND owner, const std::wstring& p
   FILEOPENDIALOGOPTIONS options = 0;
   if (FAILED(dialog->GetOptions(&options)) ||
       FAILED(dialog->SetOptions(options | FOS_PICKFOLDERS | FOS_FORCEFILESYSTEM)) ||
-      FAILED(dialog->SetTitle(prompt.c_str()))) {
+      (!prompt.empty() && FAILED(dialog->SetTitle(prompt.c_str())))) {
     return std::nullopt;
   }
   const HRESULT shown = dialog->Show(owner);

@@ -136,30 +136,4 @@ TEST_F(Setup, TheDatabaseMovesOnceNobodyHasItOpen) {
   EXPECT_EQ(Text(place + L"Postrove.mdb"), rows);
 }
 
-TEST_F(Setup, TheSettingsFolderIsGoneAtTheNextStart) {
-  const std::wstring away = folder_.Path() + L"away\\";
-  const std::string pointer = "PostroveSettingsPath=" + postrove::text::ToUtf8(away) + "\r\n";
-  Run([&](const Window& setup) {
-    setup.Enter(L"Server Folder", folder_.Path());
-    WaitFor("the root", [&] { return Exists(kIni); });
-    setup.Enter(L"Settings Location", away);
-    Window(L"Folder Not Found").Press(L"OK");
-    WaitFor("the move", [&] { return Text(kIni).ends_with(pointer); });
-  });
-  const std::string moved = "[Setup]\r\nRoot=" + postrove::text::ToUtf8(folder_.Path()) + "\r\n";
-  EXPECT_EQ(Text(away + L"Postrove.ini"), moved);
-  DeleteFileW((away + L"Postrove.ini").c_str());
-  RemoveDirectoryW(away.c_str());
-  Run([&](const Window& setup) {
-    EXPECT_EQ(setup.Value(L"Settings Location"), away);
-    EXPECT_EQ(setup.Value(L"Server Folder"), L"C:\\");
-    setup.Enter(L"Settings Location", kData);
-    WaitFor("the move back", [&] { return setup.Value(L"Settings Location") == kData; });
-    WaitFor("its root", [&] { return setup.Value(L"Server Folder") == folder_.Path(); });
-  });
-  EXPECT_NE(Text(kIni).find("PostroveSettingsPath=C:\\ProgramData\\Postrove\\\r\n"),
-            std::string::npos);
-  EXPECT_FALSE(Exists(away));
-}
-
 }  // namespace

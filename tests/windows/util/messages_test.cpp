@@ -18,10 +18,11 @@ struct Dialog {
   HWND owner = nullptr;
   bool topmost = false;
   bool hasYes = false;
+  std::wstring text;
 };
 
-// The dialog with a title once it stands on the screen. The program ends when none comes, since the
-// thread that should show it may be waiting for something else for ever.
+// The dialog with a title, or any without one, once it stands on the screen. The program ends when
+// none comes, since the thread that should show it may be waiting for something else for ever.
 HWND WaitForDialog(const wchar_t* title) {
   constexpr ULONGLONG kMilliseconds = 60000;
   const ULONGLONG start = GetTickCount64();
@@ -39,17 +40,18 @@ HWND WaitForDialog(const wchar_t* title) {
 // A user that presses one button of the next dialog with the title, and what that dialog was.
 class ScriptedUser {
  public:
-  ScriptedUser(const wchar_t* title, int button)
-      : thread_([this, title, button] {
+  // With a second button he presses that one in whatever dialog comes next.
+  ScriptedUser(const wchar_t* title, int button, int next = 0)
+      : thread_([this, title, button, next] {
           const HWND dialog = WaitForDialog(title);
           seen_.owner = GetWindow(dialog, GW_OWNER);
           seen_.topmost = (GetWindowLongPtrW(dialog, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0;
           seen_.hasYes = GetDlgItem(dialog, IDYES) != nullptr;
-          // A press too early is lost, so it is repeated until the dialog is gone.
-          while (IsWindow(dialog)) {
-            SendMessageTimeoutW(dialog, WM_COMMAND, static_cast<WPARAM>(button), 0,
-                                SMTO_ABORTIFHUNG, 100, nullptr);
-          }
+          wchar_t text[500] = L"";
+          GetDlgItemTextW(dialog, 0xFFFF, text, ARRAYSIZE(text));
+          seen_.text = text;
+          Press(dialog, button);
+          if (next) Press(WaitForDialog(nullptr), next);
         }) {}
   Dialog Seen() {
     thread_.Join();
@@ -57,6 +59,14 @@ class ScriptedUser {
   }
 
  private:
+  // A press too early is lost, so it is repeated until the dialog is gone.
+  static void Press(HWND dialog, int button) {
+    while (IsWindow(dialog)) {
+      SendMessageTimeoutW(dialog, WM_COMMAND, static_cast<WPARAM>(button), 0, SMTO_ABORTIFHUNG, 100,
+                          nullptr);
+    }
+  }
+
   Dialog seen_;
   standin::Thread thread_;
 };
@@ -104,6 +114,12 @@ TEST_F(Messages, CancelledFolderPickerGivesNothing) {
   ScriptedUser user(L"Select a folder", IDCANCEL);
   EXPECT_EQ(utility_->BrowseForFolder(L"Select a folder"), L"");
   EXPECT_EQ(user.Seen().owner, window_);
+  const std::wstring prompt = L"\"Postrove.mdb\" was not found.\r\nSelect the folder.\r\nOr ask.";
+  for (const int picker : {0, IDCANCEL}) {  // cancelled before it, and in it
+    ScriptedUser reader(L"Postrove", picker ? IDOK : IDCANCEL, picker);
+    EXPECT_EQ(utility_->BrowseForFolder(prompt), L"");
+    EXPECT_EQ(reader.Seen().text, prompt) << "a line of the prompt is missing";
+  }
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <sddl.h>
+
 #include <atomic>
 #include <memory>
 #include <random>
@@ -68,6 +70,22 @@ TEST_F(SettingsFile, IsInTheCodePageAsLongAsThatHoldsTheValues) {
   EXPECT_EQ(Bytes(file_), expected);
 }
 
+TEST_F(SettingsFile, IsMissingOnlyOnADriveThatAnswers) {
+  const std::wstring held = folder_ / L"held.ini";
+  const HANDLE program =
+      CreateFileW(held.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr);
+  const std::wstring bare = folder_.Path().substr(0, folder_.Path().size() - 1);
+  for (const std::wstring& missing : {folder_ / L"x.ini", folder_ / L"none\\x.ini"}) {
+    EXPECT_FALSE(utility_->HasSettings(missing)) << text::ToUtf8(missing);
+  }
+  for (const std::wstring& unknown :
+       {held, bare, folder_ / L"a?b.ini", std::wstring(L"Q:\\x.ini"), std::wstring(),
+        std::wstring(L"\\\\localhost\\none\\x.ini"), file_ + std::wstring(1, L'\0')}) {
+    EXPECT_THROW(utility_->HasSettings(unknown), Error) << text::ToUtf8(unknown);
+  }
+  CloseHandle(program);
+}
+
 TEST_F(SettingsFile, StaysWhenItCannotBeWritten) {
   const std::string old = "[Setup]\r\nRoot=old\r\n";
   MakeFile(file_, old);
@@ -108,8 +126,10 @@ TEST_F(SettingsFile, WaitsForAReaderToFinish) {
     error = WriteError();
     finished = true;
   });
-  // Once its temporary file is there the writer tries to put it in the place of the old one.
-  while (!Bytes(file_ + L".tmp") && !finished) SwitchToThread();
+  // Once its lock is there the writer tries to open the file with the right to replace it.
+  while (GetFileAttributesW((file_ + L".lock").c_str()) == INVALID_FILE_ATTRIBUTES && !finished) {
+    SwitchToThread();
+  }
   EXPECT_FALSE(finished);
   CloseHandle(reader);
   writer.Join();
@@ -117,11 +137,30 @@ TEST_F(SettingsFile, WaitsForAReaderToFinish) {
   EXPECT_EQ(Read(L"Setup", L"Root"), L"new");
 }
 
-TEST_F(SettingsFile, KeepsItsAttributes) {
+// The access list of a file, as the system stores it.
+std::string Permissions(const std::wstring& file) {
+  std::string descriptor(1000, '\0');
+  DWORD size = 0;
+  EXPECT_TRUE(GetFileSecurityW(file.c_str(), DACL_SECURITY_INFORMATION, descriptor.data(),
+                               static_cast<DWORD>(descriptor.size()), &size));
+  return descriptor.substr(0, size);
+}
+
+TEST_F(SettingsFile, KeepsItsAttributesAndPermissions) {
   MakeFile(file_, "[Setup]\r\nRoot=old\r\n");
   SetFileAttributesW(file_.c_str(), FILE_ATTRIBUTE_HIDDEN);
+  // Everybody may do everything; Wine shows that as a mode of Unix that a new file does not get.
+  const std::string usual = Permissions(file_);
+  PSECURITY_DESCRIPTOR everybody = nullptr;
+  ASSERT_TRUE(ConvertStringSecurityDescriptorToSecurityDescriptorW(
+      L"D:P(A;;FA;;;WD)", SDDL_REVISION_1, &everybody, nullptr));
+  ASSERT_TRUE(SetFileSecurityW(file_.c_str(), DACL_SECURITY_INFORMATION, everybody));
+  LocalFree(everybody);
+  const std::string before = Permissions(file_);
+  ASSERT_NE(before, usual);
   Write(L"Setup", L"Root", L"new");
   EXPECT_TRUE(GetFileAttributesW(file_.c_str()) & FILE_ATTRIBUTE_HIDDEN);
+  EXPECT_EQ(Permissions(file_), before);
 }
 
 TEST_F(SettingsFile, IsNotLoadedWhenItIsHuge) {
@@ -130,7 +169,7 @@ TEST_F(SettingsFile, IsNotLoadedWhenItIsHuge) {
   SetFilePointer(file, 65 * 1024 * 1024, &high, FILE_BEGIN);
   ASSERT_TRUE(SetEndOfFile(file));
   CloseHandle(file);
-  EXPECT_EQ(Read(L"Setup", L"Root"), L"(default)");
+  EXPECT_THROW(Read(L"Setup", L"Root"), Error);
   EXPECT_NE(WriteError(), L"");
   EXPECT_EQ(utility_->FileSize(file_), 65 * 1024 * 1024);
 }
