@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "controller/clsPostrove.h"
 #include "controller/raised.h"
 #include "data/label_places.h"
@@ -23,6 +25,8 @@ void clsPostrove::mcbPostroveMenuButton_Click() {
     if (frmPostroveEvent_) forms_->BringToFront(*frmPostroveEvent_);
     return;
   }
+  // A button that is listened to since the middle of a click can hear of that click as well.
+  if (std::exchange(buttonIsNew_, false) && forms_->InputTime() == clickedInput_) return;
   const Raised clicked(clicked_);
   const bool shown = Reporting(*utility_, L"clsPostrove", L"PostroveMenuButton_Click()", [this] {
     ReadMissingSettings();
@@ -51,6 +55,7 @@ void clsPostrove::mcbPostroveMenuButton_Click() {
   clickedInspector_ = {};
   typedProject_ = false;
   toldOfLetters_ = false;
+  clickedInput_ = forms_->InputTime();
 }
 
 office::MailItem clsPostrove::TakeActiveMessage() {

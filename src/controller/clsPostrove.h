@@ -16,7 +16,7 @@
 #include "forms/frmSetup.h"
 #include "forms/kit/form_host.h"
 #include "outlook/clsRegistry.h"
-#include "outlook/office/outlook.h"
+#include "outlook/heard_button.h"
 #include "shared/clsDatabase.h"
 #include "shared/clsSharedUtil.h"
 
@@ -68,9 +68,9 @@ class clsPostrove final : public forms::frmPostroveEvents,
   bool QuillionInstalled() const { return quillionInstalled_; }
   bool UseQuillion() const { return useQuillion_; }
 
-  // Takes a new inspector button: formats it by ItemIsSent and keeps it as the one whose clicks
-  // arrive. The button kept before is let go first. Throws Error when Office refuses.
-  void SetPostroveMenuButton(const office::CommandBarButton& button);
+  // Takes a new inspector button: formats it by ItemIsSent and listens to it. Throws Error when
+  // Office refuses; the button heard before then stays.
+  void SetPostroveMenuButton(HeardButton button);
 
   // What holds until a settings file says otherwise.
   static constexpr wchar_t kStartEmailFolder[] = L"Corr_Out\\";
@@ -177,10 +177,10 @@ class clsPostrove final : public forms::frmPostroveEvents,
   // A click on the inspector button.
   void mcbPostroveMenuButton_Click();
 
-  // The inspector button whose clicks arrive, and taking another one's clicks instead, which keeps
-  // its looks. Throws Error when Office refuses; the button kept before then stays.
-  const office::CommandBarButton& PostroveMenuButton() const { return mcbPostroveMenuButton_; }
-  void ListenTo(const office::CommandBarButton& button);
+  // The inspector button whose clicks arrive, and taking those of another one instead, which keeps
+  // its looks, or none. Throws Error when Office refuses; the button heard before then stays.
+  HeardButton& PostroveMenuButton() { return mcbPostroveMenuButton_; }
+  void ListenTo(HeardButton button);
 
   // Lets go of every object of Outlook and closes the open dialogs, unanswered. Before the last
   // reference to the controller goes.
@@ -403,8 +403,9 @@ class clsPostrove final : public forms::frmPostroveEvents,
   bool databaseFound_ = false;
   LabelTable labels_;
 
-  office::CommandBarButton mcbPostroveMenuButton_;
-  office::Subscription buttonEvents_;
+  HeardButton mcbPostroveMenuButton_;
+  bool buttonIsNew_ = false;                   // not clicked yet
+  std::optional<std::uint32_t> clickedInput_;  // the user's input with which the last click ended
 
   // The message that the open dialog files. Other windows can open meanwhile, so its state is not
   // that of the window opened last.

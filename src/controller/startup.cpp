@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "controller/clsPostrove.h"
 #include "outlook/inspector_button.h"
 #include "outlook/office/ids.h"
@@ -55,23 +57,19 @@ bool clsPostrove::ReadSharing() {
   return quillionInstalled_ && ReadsAsTrue(ReadSetup(L"UseQuillion", L"1", LocalIniFile()));
 }
 
-void clsPostrove::ListenTo(const office::CommandBarButton& button) {
-  // Office raises a click to every listener of every button with this tag, so there is one listener
-  // at any time: on the last button.
-  office::Subscription events = button.Get()->Subscribe(
-      office::kCommandBarButtonEvents,
-      [self = weak_from_this()](std::int32_t dispid, const office::Arguments&) {
-        if (dispid != office::kButtonClick) return;
-        if (const auto controller = self.lock()) controller->mcbPostroveMenuButton_Click();
-      });
-  buttonEvents_.Reset();
-  buttonEvents_ = std::move(events);
-  mcbPostroveMenuButton_ = button;
+void clsPostrove::ListenTo(HeardButton button) {
+  if (button) {
+    button.Hear([self = weak_from_this()] {
+      if (const auto controller = self.lock()) controller->mcbPostroveMenuButton_Click();
+    });
+  }
+  buttonIsNew_ = true;
+  // Out of sight before it is let go, which can run host code that looks at this again.
+  const HeardButton last = std::exchange(mcbPostroveMenuButton_, std::move(button));
 }
 
 void clsPostrove::Terminate() {
-  buttonEvents_.Reset();
-  mcbPostroveMenuButton_ = {};
+  ListenTo({});
   clickedInspector_ = {};
   writing_ = false;
   // The dialogs above the save dialog go first.
@@ -81,9 +79,10 @@ void clsPostrove::Terminate() {
   if (const auto form = frmPostroveEvent_) form->Unload();
 }
 
-void clsPostrove::SetPostroveMenuButton(const office::CommandBarButton& button) {
+void clsPostrove::SetPostroveMenuButton(HeardButton heard) {
+  const office::CommandBarButton button = heard.Button();
   button.SetTag(kInspectorButtonTag);
-  ListenTo(button);
+  ListenTo(std::move(heard));
 
   // A button that lacks one of its looks still files messages.
   const auto format = [](auto&& step) {

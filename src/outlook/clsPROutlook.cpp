@@ -66,6 +66,21 @@ office::CommandBarControl AddButton(const office::CommandBar& bar, std::int32_t 
   }
 }
 
+// In a Word window the user must not hide the bar with the button.
+void Protect(const office::CommandBar& bar, std::int32_t protection) {
+  bar.SetVisible(true);
+  bar.SetProtection(protection);
+}
+
+// Tells the button that is to be left from all others while one of those is looked for: every get
+// can return a new object for the same thing, and no number of Office's is promised to differ.
+constexpr wchar_t kLeft[] = L"Left";
+
+void Describe(const office::CommandBarButton& button, const wchar_t* text) {
+  Steps steps;  // What refuses twice is gone, and cannot be taken for another window's.
+  steps.RunTwice([&] { button.SetDescriptionText(text); });
+}
+
 }  // namespace
 
 std::shared_ptr<clsPROutlook> clsPROutlook::Create(SharedObjects& shared) {
@@ -73,8 +88,11 @@ std::shared_ptr<clsPROutlook> clsPROutlook::Create(SharedObjects& shared) {
 }
 
 clsPROutlook::~clsPROutlook() {
+  // Without the tracker no button can be moved or answered.
+  if (const auto controller = shared_.gController) controller->ListenTo({});
   m_olMail.Clear();
-  m_olInspector.Clear();
+  m_olInspector.reset();
+  unready_.clear();
   m_olInspectors.Clear();
   m_olNameSpace = {};
   m_olApp.Clear();
@@ -103,6 +121,8 @@ void clsPROutlook::SetApp(const office::Application& application) {
   if (application) {
     steps.RunTwice([&] { SetNameSpace(application.GetNamespace(L"MAPI")); });
     steps.RunTwice([&] { SetInspectors({}); });
+    // Windows whose buttons were heard before the user switched the add-in off.
+    HearOpenWindow();
   }
   steps.ThrowFirst();
 }
@@ -117,8 +137,28 @@ office::Inspectors clsPROutlook::Inspectors() {
   return {};
 }
 
+office::Inspector clsPROutlook::Inspector() const {
+  return m_olInspector ? m_olInspector->inspector : office::Inspector();
+}
+
 void clsPROutlook::SetInspector(const office::Inspector& inspector) {
-  Track(m_olInspector, inspector, office::kInspectorEvents, &clsPROutlook::OnInspectorEvent);
+  TrackWindow(inspector ? std::make_shared<OpenWindow>(OpenWindow{inspector, {}}) : nullptr);
+}
+
+void clsPROutlook::TrackWindow(const WindowPtr& window) {
+  const WindowPtr last = std::exchange(m_olInspector, window);
+  if (window) Watch(window);
+}
+
+// One subscription serves whatever a window is watched for.
+void clsPROutlook::Watch(const WindowPtr& window) {
+  window->events = window->inspector.Get()->Subscribe(
+      office::kInspectorEvents, [self = weak_from_this(), watched = std::weak_ptr(window)](
+                                    std::int32_t dispid, const office::Arguments&) {
+        const auto tracker = self.lock();
+        const WindowPtr open = watched.lock();
+        if (tracker && open) tracker->OnInspectorEvent(open, dispid);
+      });
 }
 
 void clsPROutlook::SetMailItem(const office::MailItem& item) {
@@ -135,89 +175,127 @@ void clsPROutlook::OnInspectorsEvent(std::int32_t dispid, const office::Argument
   }
 }
 
-void clsPROutlook::OnInspectorEvent(std::int32_t dispid, const office::Arguments&) {
-  // Activate asks for nothing.
-  if (dispid == office::kInspectorClose) InspectorClose();
+void clsPROutlook::OnInspectorEvent(const WindowPtr& window, std::int32_t dispid) {
+  if (dispid == office::kInspectorActivate) {
+    if (std::erase(unready_, window) != 0) Furnish(window, true);
+  } else if (dispid == office::kInspectorClose) {
+    std::erase(unready_, window);
+    Steps steps;
+    const auto controller = shared_.gController;
+    if (controller && controller->PostroveMenuButton().StandsIn(*window)) {
+      steps.Run([&] { LeaveHeardWindow(true); });
+    }
+    if (window == m_olInspector) steps.Run([&] { InspectorClose(); });
+    steps.ThrowFirst();
+  }
 }
 
 void clsPROutlook::OnMailEvent(std::int32_t dispid, const office::Arguments&) {
   // Send asks for nothing: only the button files a message.
   if (dispid != office::kItemClose) return;
-  Steps steps;
-  steps.Run([&] { HandOverClicks(m_olMail.object.GetInspector()); });
   SetMailItem({});
   SetInspector({});
-  steps.ThrowFirst();
 }
 
 void clsPROutlook::NewInspector(const office::Inspector& inspector) {
+  const auto window = std::make_shared<OpenWindow>(OpenWindow{inspector, {}});
   Steps steps;
-  steps.Run([&] { SetInspector(inspector); });
-  steps.Run([&] { PlaceButton(inspector); });
+  steps.Run([&] { TrackWindow(window); });
+  steps.Run([&] { Furnish(window, false); });
   steps.ThrowFirst();
 }
 
-void clsPROutlook::PlaceButton(const office::Inspector& inspector) {
-  const office::Item item = inspector.CurrentItem();
-  if (item.Class() != office::kClassMail) return;
+void clsPROutlook::Furnish(const WindowPtr& window, bool lastTry) {
+  office::CommandBar bar;
+  try {
+    if (!window->events) Watch(window);
+    bar = PlaceButton(window);
+  } catch (const Error&) {
+    // The command bars of a Word window can come late: there is one more try when it is activated.
+    if (!lastTry && window->events) unready_.push_back(window);
+    throw;
+  }
+  if (bar && window->inspector.IsWordMail()) Protect(bar, office::kBarNoChangeVisible);
+}
+
+office::CommandBar clsPROutlook::PlaceButton(const WindowPtr& window) {
+  const office::Item item = window->inspector.CurrentItem();
+  if (item.Class() != office::kClassMail) return {};
   const std::shared_ptr<clsPostrove> controller = shared_.gController;
-  if (!controller) return;  // Outlook is quitting
+  if (!controller) return {};  // Outlook is quitting
 
   controller->ItemIsSent = item.Sent();
   SetSaveType(office::kSaveTypeMsg);
-  const office::CommandBars bars = inspector.CommandBars();
+  const office::CommandBars bars = window->inspector.CommandBars();
   DeleteButtons(bars);
   const office::CommandBar bar = bars.Item(kInspectorButtonBar);
   const office::CommandBarControl control = AddButton(bar, m_olInspectors.object.Count() - 1);
   try {
-    controller->SetPostroveMenuButton(control.AsButton());
+    controller->SetPostroveMenuButton(ButtonIn(window, item, control));
   } catch (...) {
     control.Delete();  // a button that nobody listens to must not stay
     throw;
   }
-  if (inspector.IsWordMail()) {
-    bar.SetVisible(true);
-    bar.SetProtection(office::kBarNoChangeVisible);
-  }
+  return bar;
+}
+
+HeardButton clsPROutlook::ButtonIn(const WindowPtr& window, const office::Item& message,
+                                   const office::CommandBarControl& control) {
+  return HeardButton(control.AsButton(), window, message, [self = weak_from_this()] {
+    if (const auto tracker = self.lock()) tracker->LeaveHeardWindow(false);
+  });
 }
 
 void clsPROutlook::InspectorClose() {
-  const office::Inspector closing = m_olInspector.object;
+  const office::Inspector closing = m_olInspector->inspector;
   Steps steps;
-  steps.Run([&] { HandOverClicks(closing); });
   steps.Run([&] { DeleteButtons(closing.CommandBars()); });
   steps.Run([&] {
     if (!closing.IsWordMail()) return;
-    const office::CommandBar bar = closing.CommandBars().Item(kInspectorButtonBar);
-    bar.SetVisible(true);
-    bar.SetProtection(office::kBarNoProtection);
+    Protect(closing.CommandBars().Item(kInspectorButtonBar), office::kBarNoProtection);
   });
   SetInspector({});
   steps.ThrowFirst();
 }
 
-// The clicks of all buttons arrive through the one that the controller listens to. When its window
-// closes, another window's button takes its place, or the older windows' buttons would be dead.
-void clsPROutlook::HandOverClicks(const office::Inspector& closing) {
+// The window of the heard button closes, or its message does, which the window can outlive: the
+// user may decline to lose what was typed. Another window's button hears for both then; the last
+// one is heard until it has closed.
+void clsPROutlook::LeaveHeardWindow(bool closed) {
   const std::shared_ptr<clsPostrove> controller = shared_.gController;
-  if (!controller || !controller->PostroveMenuButton()) return;
-  const auto buttonOf = [](const office::Inspector& inspector) {
-    return inspector.CommandBars().FindControl(kInspectorButtonTag);
-  };
-  const office::CommandBarControl ending = buttonOf(closing);
-  const std::int32_t heard =
-      office::CommandBarControl(controller->PostroveMenuButton().Get()).InstanceId();
-  if (!ending || ending.InstanceId() != heard) return;
+  if (!controller) return;
+  const office::CommandBarButton left = controller->PostroveMenuButton().Button();
+  Describe(left, kLeft);
+  const bool moved = HearOpenWindow();
+  if (!moved && closed) controller->ListenTo({});
+  if (!moved && !closed) controller->PostroveMenuButton().ForgetMessage();
+  if (!closed) Describe(left, L"");
+}
 
+bool clsPROutlook::HearOpenWindow() {
   const office::Inspectors inspectors = m_olInspectors.object;
-  for (std::int32_t i = inspectors.Count(); i >= 1; --i) {
-    try {
-      const office::CommandBarControl other = buttonOf(inspectors.Item(i));
-      if (other && other.InstanceId() != heard) return controller->ListenTo(other.AsButton());
-    } catch (const Error&) {
-      // A window without command bars, such as a note's.
-    }
+  Steps steps;  // A window that cannot be heard, such as one that is closing, is passed over.
+  std::int32_t count = 0;
+  steps.RunTwice([&] { count = inspectors.Count(); });
+  bool heard = false;
+  for (std::int32_t i = count; i >= 1 && !heard; --i) {
+    steps.RunTwice([&] { heard = HearWindow(inspectors.Item(i)); });
   }
+  return heard;
+}
+
+bool clsPROutlook::HearWindow(const office::Inspector& inspector) {
+  const office::Item item = inspector.CurrentItem();
+  if (item.Class() != office::kClassMail) return false;
+  const office::CommandBarControl control =
+      inspector.CommandBars().FindControl(kInspectorButtonTag);
+  if (!control || control.DescriptionText() == kLeft) return false;
+  const std::shared_ptr<clsPostrove> controller = shared_.gController;
+  if (!controller) return false;
+  const auto window = std::make_shared<OpenWindow>(OpenWindow{inspector, {}});
+  Watch(window);
+  controller->ListenTo(ButtonIn(window, item, control));
+  return true;
 }
 
 void clsPROutlook::Quit() {

@@ -1,15 +1,18 @@
 #pragma once
 
 #include <memory>
+#include <vector>
 
 #include "controller/shared_objects.h"
 #include "outlook/IclsOutlook.h"
+#include "outlook/heard_button.h"
 
 namespace postrove {
 
 // The tracker: the system's single window onto Outlook. Holds the objects of IclsOutlook, listens
 // to Quit, NewInspector, the last inspector's Activate and Close and the mail item's Close and
-// Send, and puts the one button on every inspector that shows a mail item.
+// Send, and puts the one button on every inspector that shows a mail item. It also sees to it that
+// one button of an open window is heard as long as there is one.
 //
 // Its event handlers let errors out to the event sink, which drops them; what a handler must let go
 // is let go in any case. References are released in the order mail item, inspector, inspectors,
@@ -31,7 +34,7 @@ class clsPROutlook final : public IclsOutlook, public std::enable_shared_from_th
   void SetInspectors(const office::Inspectors& inspectors) override;
   office::Inspectors Inspectors() override;
   void SetInspector(const office::Inspector& inspector) override;
-  office::Inspector Inspector() const override { return m_olInspector.object; }
+  office::Inspector Inspector() const override;
   void SetMailItem(const office::MailItem& item) override;
   office::MailItem MailItem() const override { return m_olMail.object; }
   void SetApptItem(const office::Item&) override {}
@@ -60,28 +63,40 @@ class clsPROutlook final : public IclsOutlook, public std::enable_shared_from_th
 
   using Handler = void (clsPROutlook::*)(std::int32_t dispid, const office::Arguments& arguments);
 
+  using WindowPtr = std::shared_ptr<OpenWindow>;
+
   explicit clsPROutlook(SharedObjects& shared) : shared_(shared) {}
 
   // Replaces what is held by `object` and takes its events; Nothing just lets go.
   template <class T>
   void Track(Tracked<T>& held, const T& object, const office::Guid& events, Handler handler);
+  void TrackWindow(const WindowPtr& window);
+  void Watch(const WindowPtr& window);
 
   void OnApplicationEvent(std::int32_t dispid, const office::Arguments& arguments);
   void OnInspectorsEvent(std::int32_t dispid, const office::Arguments& arguments);
-  void OnInspectorEvent(std::int32_t dispid, const office::Arguments& arguments);
+  void OnInspectorEvent(const WindowPtr& window, std::int32_t dispid);
   void OnMailEvent(std::int32_t dispid, const office::Arguments& arguments);
 
   void NewInspector(const office::Inspector& inspector);
   void InspectorClose();
   void Quit();
-  void PlaceButton(const office::Inspector& inspector);
-  void HandOverClicks(const office::Inspector& closing);
+
+  void Furnish(const WindowPtr& window, bool lastTry);
+  office::CommandBar PlaceButton(const WindowPtr& window);
+  HeardButton ButtonIn(const WindowPtr& window, const office::Item& message,
+                       const office::CommandBarControl& control);
+  void LeaveHeardWindow(bool closed);
+  bool HearOpenWindow();
+  bool HearWindow(const office::Inspector& inspector);
 
   SharedObjects& shared_;
   Tracked<office::Application> m_olApp;
   office::NameSpace m_olNameSpace;
   Tracked<office::Inspectors> m_olInspectors;
-  Tracked<office::Inspector> m_olInspector;  // the one opened last
+  WindowPtr m_olInspector;  // the one opened last
+  // Windows without a button, because they were not ready for it when they opened.
+  std::vector<WindowPtr> unready_;
   Tracked<office::MailItem> m_olMail;
   std::int32_t saveType_ = 0;
 };

@@ -1,13 +1,14 @@
 #pragma once
 
+#include <algorithm>
 #include <deque>
+#include <iterator>
 #include <map>
 #include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "outlook/office/ids.h"
 #include "outlook/office/object.h"
 #include "shared/error.h"
 
@@ -15,6 +16,21 @@
 // functions, one log of every call, events raised by interface and number, and the n-th call made
 // to fail.
 namespace postrove::testing {
+
+// Of the Outlook and Office type libraries, apart from the product's own list: a wrong number there
+// cannot agree with itself.
+namespace facts {
+constexpr office::Guid Id(std::uint32_t first) {
+  return {first, 0, 0, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
+}
+inline constexpr office::Guid kApplicationEvents = Id(0x0006304E),
+                              kInspectorsEvents = Id(0x00063079), kInspectorEvents = Id(0x0006307D),
+                              kItemEvents = Id(0x0006303A), kButtonEvents = Id(0x000C0351),
+                              kButton = Id(0x000C030E), kMailItem = Id(0x00063034);
+inline constexpr std::int32_t kQuit = 61447, kNewInspector = 61441, kActivate = 61441,
+                              kDeactivate = 61446, kClose = 61448, kItemClose = 61444,
+                              kItemSend = 61445, kClick = 1;
+}  // namespace facts
 
 class FakeObject;
 using FakePtr = std::shared_ptr<FakeObject>;
@@ -83,18 +99,27 @@ class FakeObject : public office::Object, public std::enable_shared_from_this<Fa
     return office::Subscription(std::make_unique<Advised>(shared_from_this(), sink));
   }
 
-  // Raises an event to every live sink of that interface; what a handler throws is dropped, as the
-  // real event sink does.
-  void Raise(const office::Guid& events, std::int32_t dispid,
-             const office::Arguments& arguments = {}) {
+  // Raises an event to every live sink of that interface that is not among those `told` of it; what
+  // a handler throws is dropped, as the real event sink does.
+  using Told = std::vector<std::shared_ptr<const void>>;
+  void Raise(const office::Guid& events, std::int32_t dispid, const office::Arguments& arguments,
+             Told& told) {
     const auto sinks = sinks_;
     for (const auto& sink : sinks) {
-      if (!(sink->events == events)) continue;
+      if (!(sink->events == events) || std::find(told.begin(), told.end(), sink) != told.end()) {
+        continue;
+      }
+      told.push_back(sink);
       try {
         sink->handler(dispid, arguments);
       } catch (const Error&) {
       }
     }
+  }
+  void Raise(const office::Guid& events, std::int32_t dispid,
+             const office::Arguments& arguments = {}) {
+    Told told;
+    Raise(events, dispid, arguments, told);
   }
 
   // The host released it: every use fails from now on, also from within one of its own functions.
@@ -161,10 +186,10 @@ class FakeOutlook {
     FakePtr window, bars, bar, controls, item;
     std::deque<FakePtr> buttons;               // controls with the inspector button's tag
     std::vector<office::Arguments> additions;  // arguments of each Controls.Add
+    bool ready = true;                         // its command bars are there
   };
 
-  std::shared_ptr<Inspector> Open(bool sent, std::int32_t itemClass = office::kClassMail,
-                                  bool word = false) {
+  std::shared_ptr<Inspector> Open(bool sent, std::int32_t itemClass = 43, bool word = false) {
     auto inspector = std::make_shared<Inspector>();
     Inspector& parts = *inspector;
     parts.window = Make(L"Inspector");
@@ -172,10 +197,7 @@ class FakeOutlook {
     parts.bar = Make(L"Bar");
     parts.controls = Make(L"Controls");
     parts.item = Make(L"Item");
-    parts.item->interfaces = {office::kMailItem};
-    parts.item->functions[L"GetInspector"] = [&parts](const office::Arguments&) {
-      return office::Value(parts.window);
-    };
+    parts.item->interfaces = {facts::kMailItem};
     parts.item->properties = {{L"Class", itemClass}, {L"Sent", sent},
                               {L"Subject", L""},     {L"Body", L""},
                               {L"SenderName", L""},  {L"SentOnBehalfOfName", L""},
@@ -188,8 +210,11 @@ class FakeOutlook {
     parts.item->properties[L"Attachments"] = attachments;
     parts.item->properties[L"Recipients"] = recipients;
     parts.window->properties = {{L"CurrentItem", parts.item},
-                                {L"CommandBars", parts.bars},
                                 {L"EditorType", std::int32_t{word ? 4 : 2}}};
+    parts.window->functions[L"CommandBars"] = [&parts](const office::Arguments&) {
+      if (!parts.ready) throw Error(5, L"CommandBars", L"There are none.");
+      return office::Value(parts.bars);
+    };
     parts.window->functions[L"IsWordMail"] = [word](const office::Arguments&) {
       return office::Value(word);
     };
@@ -232,11 +257,10 @@ class FakeOutlook {
 
   FakePtr AddButton(Inspector& parts, const std::wstring& tag) {
     const FakePtr button = Make(L"Button");
-    button->interfaces = {office::kCommandBarButton};
-    button->properties = {{L"Caption", L""},   {L"Style", 0},
-                          {L"FaceId", 0},      {L"Tag", tag},
-                          {L"OnAction", L""},  {L"BeginGroup", false},
-                          {L"Visible", false}, {L"InstanceId", ++lastInstance_}};
+    button->interfaces = {facts::kButton};
+    button->properties = {
+        {L"Caption", L""},  {L"Style", 0},          {L"FaceId", 0},      {L"Tag", tag},
+        {L"OnAction", L""}, {L"BeginGroup", false}, {L"Visible", false}, {L"DescriptionText", L""}};
     button->functions[L"Delete"] = [&parts, raw = button.get()](const office::Arguments&) {
       std::erase_if(parts.buttons, [raw](const FakePtr& one) { return one.get() == raw; });
       return office::Value();
@@ -245,21 +269,64 @@ class FakeOutlook {
     return button;
   }
 
-  void RaiseNew(const std::shared_ptr<Inspector>& inspector) {
-    inspectors->Raise(office::kInspectorsEvents, office::kInspectorsNewInspector,
+  using InspectorPtr = std::shared_ptr<Inspector>;
+
+  void RaiseNew(const InspectorPtr& inspector) {
+    inspectors->Raise(facts::kInspectorsEvents, facts::kNewInspector,
                       {office::Value(inspector->window)});
+  }
+  void Activate(const InspectorPtr& inspector) {
+    if (active) active->window->Raise(facts::kInspectorEvents, facts::kDeactivate);
+    active = inspector;
+    inspector->window->Raise(facts::kInspectorEvents, facts::kActivate);
+  }
+  // The message is about to close, the window closes: either can come alone.
+  void CloseMessage(const InspectorPtr& inspector) {
+    inspector->item->Raise(facts::kItemEvents, facts::kItemClose, {false});
+  }
+  void CloseWindow(const InspectorPtr& inspector) {
+    inspector->window->Raise(facts::kInspectorEvents, facts::kClose);
+  }
+  // The window is gone: every use of its objects fails.
+  void TakeAway(const InspectorPtr& inspector) {
+    std::erase(open, inspector);
+    if (active == inspector) active = nullptr;
+    for (const FakePtr& button : std::exchange(inspector->buttons, {})) button->Release();
+    for (const FakePtr& part : {inspector->window, inspector->bars, inspector->bar,
+                                inspector->controls, inspector->item}) {
+      part->Release();
+    }
+  }
+  void Quit() { app->Raise(facts::kApplicationEvents, facts::kQuit); }
+
+  // Reaches every listener of every button with the tag, also one that listens since a moment.
+  void Click(const InspectorPtr& inspector) {
+    ++clicks;
+    const FakePtr clicked = inspector->buttons.at(0);
+    const office::Value tag = clicked->properties[L"Tag"];
+    FakeObject::Told told;
+    std::size_t before = 0;
+    do {
+      before = told.size();
+      std::vector<FakePtr> targets;
+      for (const InspectorPtr& one : open) {
+        std::copy_if(one->buttons.begin(), one->buttons.end(), std::back_inserter(targets),
+                     [&](const FakePtr& button) { return button->properties[L"Tag"] == tag; });
+      }
+      for (const FakePtr& target : targets) {
+        target->Raise(facts::kButtonEvents, facts::kClick, {office::Value(clicked), false}, told);
+      }
+    } while (told.size() != before);
   }
 
   FakePtr Make(std::wstring name) { return std::make_shared<FakeObject>(log, std::move(name)); }
 
   FakeLog log;
   FakePtr app, nameSpace, inspectors;
-  std::vector<std::shared_ptr<Inspector>> open;
-  std::shared_ptr<Inspector> active;
+  std::vector<InspectorPtr> open;
+  InspectorPtr active;
   std::wstring lastNamespace;
-
- private:
-  std::int32_t lastInstance_ = 0;
+  std::uint32_t clicks = 0;
 };
 
 }  // namespace postrove::testing

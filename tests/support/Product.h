@@ -39,6 +39,7 @@ class Product {
         database(std::make_shared<FakeDatabase>()),
         utility(std::make_shared<FakeSharedUtil>()),
         forms(std::make_shared<ScriptedFormHost>()) {
+    forms->inputTime = [this] { return outlook.clicks; };
     shared.gDatabase = database;
     shared.gUtility = utility;
     utility->AddFolder(kAppData);
@@ -62,8 +63,7 @@ class Product {
   void Click() {
     const auto mail = outlook.Open(true);
     outlook.RaiseNew(mail);
-    mail->buttons.at(0)->Raise(office::kCommandBarButtonEvents, office::kButtonClick,
-                               {office::Value(mail->buttons.at(0)), false});
+    outlook.Click(mail);
   }
 
   clsPostrove& Controller() { return *shared.gController; }

@@ -45,6 +45,9 @@ class ScriptedFormHost : public forms::FormHost {
   void SendTab(forms::Form& form) override { actions.push_back(L"tab " + form.Name()); }
   void SetWaitCursor(bool on) override { waiting += on ? 1 : -1; }
 
+  std::uint32_t InputTime() const override { return inputTime(); }
+
+  std::function<std::uint32_t()> inputTime = [] { return 0u; };
   std::vector<std::wstring> shown;
   std::vector<std::wstring> actions;
   int waiting = 0;

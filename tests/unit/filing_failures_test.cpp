@@ -58,16 +58,16 @@ class Failures : public Filing {
     if (part == kOffice) log.failAt = n;
     if (part == kFiles && n != 0) product_->utility->FailFileOperation(n);
     if (part == kDatabase && n != 0) product_->database->FailOperation(n);
-    Press(*mail_);
+    Press(mail_);
     if (part == kOffice) return static_cast<int>(log.calls.size());
     if (part == kFiles) return product_->utility->FileOperations() - files;
     if (part == kDisk) return 2;
     return static_cast<int>(product_->database->Statements().size() - statements);
   }
 
-  void Press(FakeOutlook::Inspector& mail) {
+  void Press(const FakeOutlook::InspectorPtr& mail) {
     shown_ = closed_ = false;
-    mail.buttons.at(0)->Raise(office::kCommandBarButtonEvents, office::kButtonClick, {});
+    product_->outlook.Click(mail);
     product_->outlook.log.failAt = 0;
     EXPECT_EQ(product_->forms->waiting, 0);
   }
@@ -155,7 +155,7 @@ class Failures : public Filing {
     Story next = story;
     if (next.kind == kOverwriteCancelled) next.kind = kOverwrite;
     product_->forms->everyone = [this, next](forms::Form& form) { Act(form, next); };
-    Press(*mail_);
+    Press(mail_);
     EXPECT_TRUE(closed_);
     ASSERT_EQ(saved_.size(), 1u);
     EXPECT_EQ(At(saved_[0]), "message");
@@ -207,11 +207,10 @@ TEST_F(Failures, TheHostTakesItsObjectsAway) {
       Open(false);
       product_->utility->AnswerTheRest();
       const auto takeAway = [this, quits] {
-        if (quits)
-          return product_->outlook.app->Raise(office::kApplicationEvents, office::kApplicationQuit);
+        if (quits) return product_->outlook.Quit();
         const auto mail = mail_;
-        mail->item->Raise(office::kItemEvents, office::kItemClose, {false});
-        mail->window->Raise(office::kInspectorEvents, office::kInspectorClose);
+        product_->outlook.CloseMessage(mail);
+        product_->outlook.CloseWindow(mail);
         mail->item->Release();
         mail->window->Release();
       };
@@ -239,7 +238,7 @@ TEST_F(Failures, TheHostTakesItsObjectsAway) {
         if (moment == kDialog || form.Name() == L"frmFolderMessage") takeAway();
         Act(form, {kPlain, false, false});
       };
-      Press(*mail_);
+      Press(mail_);
       const bool writes = moment == kSaveAs || moment == kSend;
       EXPECT_EQ(saved_.size(), writes ? 1u : 0u);
       EXPECT_EQ(At(kPath), writes ? "message" : moment == kQuestion ? "old" : "");
@@ -263,11 +262,11 @@ TEST_F(Failures, AnotherWindowsButtonDuringTheDialog) {
   product_->forms->everyone = [&](forms::Form& form) {
     ++dialogs;
     product_->outlook.active = draft;
-    mail_->buttons.at(0)->Raise(office::kCommandBarButtonEvents, office::kButtonClick, {});
+    product_->outlook.Click(mail_);
     EXPECT_EQ(product_->forms->actions.back(), L"front frmPostrove");
     Act(form, {kPlain, true, false});
   };
-  Press(*mail_);
+  Press(mail_);
   EXPECT_EQ(dialogs, 1);
   EXPECT_EQ(saved_, std::vector<std::wstring>{kPath});
   EXPECT_EQ(sent_, 0);
@@ -321,7 +320,7 @@ TEST_F(Failures, BadInputIsCleanedOrRefusedAndNothingGoesElsewhere) {
         closed_ = dialog.IsUnloaded();
         dialog.Unload();
       };
-      Press(*mail_);
+      Press(mail_);
       const bool refused = one.saved.empty();
       EXPECT_EQ(saved_, refused ? std::vector<std::wstring>() : std::vector{one.saved});
       EXPECT_EQ(sent_, refused || sent ? 0 : 1);

@@ -39,7 +39,7 @@ class Filing : public ::testing::Test {
       EXPECT_EQ(saved_.size(), recipients_ ? 1u : 0u) << "sent before it was written";
       ++sent_;
       // Outlook closes the window while it sends.
-      mail_->item->Raise(office::kItemEvents, office::kItemClose, {false});
+      product_->outlook.CloseMessage(mail_);
       return office::Value();
     };
     product_->outlook.RaiseNew(mail_);
@@ -59,8 +59,7 @@ class Filing : public ::testing::Test {
     });
     for (const ScriptedFormHost::User& answer : answers_) product_->forms->Expect(answer);
     answers_.clear();
-    mail_->buttons.at(0)->Raise(office::kCommandBarButtonEvents, office::kButtonClick,
-                                {office::Value(mail_->buttons.at(0)), false});
+    product_->outlook.Click(mail_);
     EXPECT_TRUE(product_->forms->Finished());
     EXPECT_EQ(product_->forms->waiting, 0);
   }

@@ -112,7 +112,7 @@ TEST_F(Filing, WhatASubjectProposes) {
     const auto click = [this](const std::wstring& subject, bool asks) {
       mail_->item->properties[L"Subject"] = subject;
       if (asks) product_->utility->ExpectMessage();
-      mail_->buttons.at(0)->Raise(office::kCommandBarButtonEvents, office::kButtonClick, {});
+      product_->outlook.Click(mail_);
     };
     std::wstring shown = L"none";
     product_->forms->everyone = [&](forms::Form& form) {
@@ -204,7 +204,7 @@ TEST_F(Filing, BrowsingNamesTheFolderThatQuillionHas) {
       EXPECT_EQ(dialog.txtSaveFolder.Text(), L"D:\\Filed\\");
       dialog.Unload();
     });
-    mail_->buttons.at(0)->Raise(office::kCommandBarButtonEvents, office::kButtonClick, {});
+    product_->outlook.Click(mail_);
     EXPECT_EQ(product_->utility->BrowsePrompts().back(),
               std::wstring(shared ? L"The Quillion Project Folder is C:\\\r\n" : L"") +
                   L"Select a folder to save the Email in:");
@@ -353,7 +353,7 @@ TEST_F(Filing, TheCloseButtonClosesWithoutSaving) {
     form.Find(L"cmdPostrove", forms::kCloseButton).UserClicked();
     EXPECT_TRUE(form.IsUnloaded());
   });
-  mail_->buttons.at(0)->Raise(office::kCommandBarButtonEvents, office::kButtonClick, {});
+  product_->outlook.Click(mail_);
   EXPECT_TRUE(saved_.empty());
   EXPECT_EQ(sent_, 0);
 }
@@ -367,7 +367,7 @@ TEST_F(Filing, TheActiveWindowsMessageIsFiledWithItsOwnState) {
     EXPECT_EQ(form.Find(L"cmdPostrove", forms::kMainButton).Text(), L"Save");
     form.UserClosed();
   });
-  draft->buttons.at(0)->Raise(office::kCommandBarButtonEvents, office::kButtonClick, {});
+  product_->outlook.Click(draft);
 }
 
 TEST_F(Filing, AWindowThatOpensDuringTheDialogChangesNothing) {
@@ -382,26 +382,6 @@ TEST_F(Filing, AWindowThatOpensDuringTheDialogChangesNothing) {
     });
     EXPECT_EQ(saved_.size(), 1u);
     EXPECT_EQ(sent_, sent ? 0 : 1);
-  }
-}
-
-TEST_F(Filing, OlderWindowsButtonsWorkAfterTheNewestWindowClosed) {
-  Open(true);
-  for (const bool filedBefore : {false, true}) {
-    const auto reply = product_->outlook.Open(false);
-    product_->outlook.RaiseNew(reply);
-    if (filedBefore) {
-      product_->shared.gOutlook->SetMailItem(office::MailItem(reply->item));
-      reply->item->Raise(office::kItemEvents, office::kItemClose, {false});
-    } else {
-      reply->window->Raise(office::kInspectorEvents, office::kInspectorClose);
-    }
-    reply->buttons.clear();
-    product_->outlook.active = mail_;
-    EXPECT_EQ(mail_->buttons.at(0)->SinkCount(), 1u);
-    product_->forms->Expect([](forms::Form& form) { form.UserClosed(); });
-    mail_->buttons.at(0)->Raise(office::kCommandBarButtonEvents, office::kButtonClick, {});
-    EXPECT_TRUE(product_->forms->Finished());
   }
 }
 
@@ -477,7 +457,7 @@ TEST_F(Filing, UnusableWindowsAreReportedInWords) {
   Open(true);
   const auto click = [this] {
     product_->utility->ExpectMessage(MessageAnswer::Ok);
-    mail_->buttons.at(0)->Raise(office::kCommandBarButtonEvents, office::kButtonClick, {});
+    product_->outlook.Click(mail_);
   };
   product_->outlook.Open(true, 26);  // an appointment is in front
   click();

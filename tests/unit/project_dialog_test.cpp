@@ -53,7 +53,7 @@ class ProjectDialog : public ::testing::Test {
         form.Unload();
       });
     }
-    mail_->buttons.at(0)->Raise(office::kCommandBarButtonEvents, office::kButtonClick, {});
+    product_.outlook.Click(mail_);
     EXPECT_TRUE(product_.forms->Finished());
     EXPECT_EQ(product_.forms->waiting, 0);
   }
@@ -419,9 +419,7 @@ TEST_F(ProjectDialog, GoesWithOutlook) {
   for (const bool early : {true, false}) {
     for (const bool inQuestion : {true, false}) {
       Start();
-      const auto quit = [this] {
-        product_.outlook.app->Raise(office::kApplicationEvents, office::kApplicationQuit);
-      };
+      const auto quit = [this] { product_.outlook.Quit(); };
       product_.utility->ExpectMessage(MessageAnswer::Yes,
                                       inQuestion ? quit : std::function<void()>());
       product_.Controller().ProjectNumber = early ? L"17" : L"";
@@ -439,7 +437,7 @@ TEST_F(ProjectDialog, GoesWithOutlook) {
           form.Find(L"cmdProjInfo", forms::kProjInfoSave).UserClicked();
         });
       }
-      mail_->buttons.at(0)->Raise(office::kCommandBarButtonEvents, office::kButtonClick, {});
+      product_.outlook.Click(mail_);
       EXPECT_TRUE(product_.forms->Finished());
       EXPECT_TRUE(saved_.empty());
       EXPECT_TRUE(writes_.empty());

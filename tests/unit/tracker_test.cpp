@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <array>
+#include <random>
 
 #include "gtest/gtest.h"
 #include "support/Product.h"
@@ -18,7 +20,7 @@ TEST(Tracker, PutsOneFormattedButtonOnAMailInspector) {
       product.Start();
       product.outlook.Open(true);
       product.outlook.Open(true);
-      const auto inspector = product.outlook.Open(sent, office::kClassMail, word);
+      const auto inspector = product.outlook.Open(sent, 43, word);
       product.outlook.AddButton(*inspector, kTag);  // left behind by a crash
       product.outlook.AddButton(*inspector, kTag);
       product.outlook.AddButton(*inspector, L"another add-in");
@@ -59,29 +61,27 @@ TEST(Tracker, OtherItemsOnlyReplaceTheTrackedInspector) {
               (std::vector<std::wstring>{L"Inspector.Subscribe", L"Inspector.CurrentItem",
                                          L"Item.Class"}));
   }
-  EXPECT_EQ(mail->window->SinkCount(), 0u);
 }
 
 TEST(Tracker, ClosingLetsGo) {
   Product product;
   product.Start();
-  const auto first = product.outlook.Open(true, office::kClassMail, true);
+  const auto first = product.outlook.Open(true, 43, true);
   product.outlook.RaiseNew(first);
-  first->window->Raise(office::kInspectorEvents, office::kInspectorActivate);
+  product.outlook.Activate(first);
   EXPECT_EQ(product.shared.gOutlook->Inspector().Get(), first->window);
-  first->window->Raise(office::kInspectorEvents, office::kInspectorClose);
+  product.outlook.CloseWindow(first);
   EXPECT_TRUE(first->buttons.empty());
   EXPECT_EQ(first->bar->properties.at(L"Protection"), Value(0));
   EXPECT_FALSE(product.shared.gOutlook->Inspector());
-  EXPECT_EQ(first->window->SinkCount(), 0u);
 
   const auto second = product.outlook.Open(true);
   product.outlook.RaiseNew(second);
   product.shared.gOutlook->SetMailItem(office::MailItem(second->item));
-  second->item->Raise(office::kItemEvents, office::kItemSend, {false});
+  second->item->Raise(facts::kItemEvents, facts::kItemSend, {false});
   EXPECT_TRUE(product.shared.gOutlook->MailItem());
   EXPECT_TRUE(product.shared.gOutlook->Inspector());
-  second->item->Raise(office::kItemEvents, office::kItemClose, {false});
+  product.outlook.CloseMessage(second);
   EXPECT_FALSE(product.shared.gOutlook->MailItem());
   EXPECT_FALSE(product.shared.gOutlook->Inspector());
 }
@@ -120,7 +120,7 @@ TEST(Tracker, QuitReleasesByVersion) {
     product.Start();
     const auto inspector = product.outlook.Open(false);
     product.outlook.RaiseNew(inspector);
-    product.outlook.app->Raise(office::kApplicationEvents, office::kApplicationQuit);
+    product.outlook.Quit();
     EXPECT_FALSE(product.shared.gController);
     EXPECT_EQ(product.shared.gOutlook == nullptr, one.releasesTracker);
     const auto late = product.outlook.Open(false);  // a window that opens while Outlook quits
@@ -141,36 +141,174 @@ TEST(Tracker, QuitAfterADisconnectionReleasesInEveryVersion) {
   Product product(L"16.0.0.4266");
   product.Start();
   product.shared.gController.reset();
-  product.outlook.app->Raise(office::kApplicationEvents, office::kApplicationQuit);
+  product.outlook.Quit();
   EXPECT_FALSE(product.shared.gOutlook);
   EXPECT_EQ(product.outlook.app->SinkCount() + product.outlook.inspectors->SinkCount(), 0u);
 }
 
-// Makes each call of loading and of one new inspector fail in turn: the next mail still gets its
-// one button, and the last listener is the only one.
-TEST(Tracker, NoSingleFailureCostsTheNextMailItsButton) {
-  Product probe;
-  probe.Start();
-  probe.outlook.RaiseNew(probe.outlook.Open(false, office::kClassMail, true));
-  const int calls = static_cast<int>(probe.outlook.log.calls.size());
-  ASSERT_GT(calls, 15);
-  for (int n = 1; n <= calls; ++n) {
+// Makes each call of loading, of windows that open and of one that closes fail in turn.
+TEST(Tracker, NoSingleFailureCostsAButton) {
+  std::size_t calls = 0;
+  for (std::size_t n = 0; n <= calls; ++n) {
     SCOPED_TRACE(::testing::Message() << "call " << n);
     Product product;
-    product.outlook.log.failAt = n;
+    FakeOutlook& outlook = product.outlook;
+    outlook.log.failAt = static_cast<int>(n);
     product.Create();
     try {
-      product.shared.gOutlook->SetApp(office::Application(product.outlook.app));
+      product.shared.gOutlook->SetApp(office::Application(outlook.app));
     } catch (const Error&) {
     }
-    const auto failing = product.outlook.Open(false, office::kClassMail, true);
-    product.outlook.RaiseNew(failing);
-    EXPECT_LE(failing->buttons.size(), 1u);
-    const auto next = product.outlook.Open(true);
-    product.outlook.RaiseNew(next);
-    ASSERT_EQ(next->buttons.size(), 1u);
-    EXPECT_EQ(next->buttons[0]->SinkCount(), 1u);
-    for (const FakePtr& button : failing->buttons) EXPECT_EQ(button->SinkCount(), 0u);
+    const auto open = [&](bool word) {
+      const auto window = outlook.Open(true, 43, word);
+      outlook.RaiseNew(window);
+      for (const FakePtr& button : window->buttons) EXPECT_EQ(button->SinkCount(), 1u);
+      outlook.Activate(window);
+      EXPECT_EQ(window->buttons.size(), 1u);
+      return window;
+    };
+    const auto first = open(true);
+    const auto second = open(false);
+    outlook.CloseWindow(second);
+    EXPECT_EQ(second->window->SinkCount(), 0u);
+    ASSERT_EQ(first->buttons.size(), 1u);
+    EXPECT_EQ(first->buttons[0]->SinkCount(), 1u);
+    if (n == 0) calls = outlook.log.calls.size();
+  }
+  EXPECT_GT(calls, 60u);
+}
+
+// Up to four windows and a user who does things in any order.
+class Desk {
+ public:
+  // `late`: command bars are there from the first Activate on. `silent`: the Close of a window does
+  // not come, that of its message does.
+  Desk(unsigned seed, bool late, bool silent) : random_(seed), late_(late), silent_(silent) {
+    product_.Start();
+    product_.forms->everyone = [this](forms::Form& form) {
+      shown_.push_back(dynamic_cast<forms::frmPostrove&>(form).txtSaveAsName.Text());
+      if (Pick(2) == 0) ActOnWindow();
+      form.Unload();
+    };
+  }
+
+  void Act() {
+    const bool clicks = Pick(3) == 0;
+    clicks ? ClickOne() : ActOnWindow();
+    Check();
+  }
+
+  void End() {
+    if (Pick(2) == 0) {
+      outlook_.Quit();
+    } else {
+      product_.shared.gOutlook.reset();  // OnBeginShutdown
+    }
+    for (const auto& window : outlook_.open) {
+      EXPECT_EQ(window->window->SinkCount() + window->item->SinkCount(), 0u);
+      for (const FakePtr& button : window->buttons) EXPECT_EQ(button.use_count(), 1);
+    }
+  }
+
+ private:
+  using Window = FakeOutlook::InspectorPtr;
+
+  std::size_t Pick(std::size_t count) { return random_() % count; }
+  Window Any() {
+    return outlook_.open.empty() ? nullptr : outlook_.open[Pick(outlook_.open.size())];
+  }
+  static std::wstring Subject(const FakeOutlook::Inspector& window) {
+    return office::ToText(window.item->properties[L"Subject"]);
+  }
+  static bool IsMail(const Window& window) {
+    return window->item->properties[L"Class"] == Value(43);
+  }
+
+  void ClickOne() {
+    const Window window = Any();
+    if (!window || window->buttons.empty()) return;
+    Activate(window);
+    const std::wstring subject = Subject(*window);
+    story_ += L"click " + subject + L", ";
+    shown_.clear();
+    outlook_.Click(window);
+    EXPECT_EQ(shown_, std::vector<std::wstring>{subject}) << text::ToUtf8(story_);
+  }
+
+  void ActOnWindow() {
+    const Window window = Any();
+    const std::size_t action = Pick(4);
+    if (!window || (action == 0 && outlook_.open.size() < 4)) return Open();
+    if (action == 1) return Activate(window);
+    story_ += (action == 2 ? L"keep " : L"close ") + Subject(*window) + L", ";
+    outlook_.CloseMessage(window);
+    if (action != 2) Close(window);
+  }
+
+  void Open() {
+    const Window before = outlook_.active;
+    const std::int32_t item = std::array{43, 43, 40, 44}[Pick(4)];
+    const Window window = outlook_.Open(Pick(2) == 0, item, Pick(2) == 0);
+    window->item->properties[L"Subject"] = std::to_wstring(++opened_);
+    window->ready = item != 44 && !late_;
+    story_ += L"open " + Subject(*window) + (item == 43 ? L", " : L" (no mail), ");
+    outlook_.active = before;
+    outlook_.RaiseNew(window);
+    if (Pick(4) != 0) Activate(window);
+  }
+
+  void Activate(const Window& window) {
+    if (outlook_.active == window) return;
+    story_ += L"activate " + Subject(*window) + L", ";
+    window->ready = window->item->properties[L"Class"] != Value(44);
+    outlook_.Activate(window);
+  }
+
+  void Close(const Window& window) {
+    for (const FakePtr& button : window->buttons) gone_.push_back(button);
+    if (!silent_) {
+      gone_.insert(gone_.end(), {window->window, window->item});
+      outlook_.CloseWindow(window);
+    }
+    outlook_.TakeAway(window);
+    if (!outlook_.active && !outlook_.open.empty()) Activate(outlook_.open.back());
+  }
+
+  // Every button that can be seen is heard through one of them, and nothing is held of a window
+  // that has gone. One that goes in silence can be held while there is no other.
+  void Check() {
+    SCOPED_TRACE(text::ToUtf8(story_));
+    std::size_t buttons = 0, listeners = 0, held = 0;
+    for (const Window& window : outlook_.open) {
+      EXPECT_EQ(window->buttons.size(), IsMail(window) && window->ready ? 1u : 0u);
+      for (const FakePtr& button : window->buttons) {
+        ++buttons;
+        listeners += button->SinkCount();
+      }
+    }
+    EXPECT_EQ(listeners, buttons > 0 ? 1u : 0u);
+    for (const auto& thing : gone_) {
+      if (const auto alive = thing.lock()) held += silent_ ? buttons * alive->SinkCount() : 1;
+    }
+    EXPECT_EQ(held, 0u);
+  }
+
+  std::mt19937 random_;
+  const bool late_, silent_;
+  Product product_;
+  FakeOutlook& outlook_ = product_.outlook;
+  std::vector<std::wstring> shown_;  // names that the dialogs proposed
+  std::vector<std::weak_ptr<FakeObject>> gone_;
+  int opened_ = 0;
+  std::wstring story_;
+};
+
+TEST(Tracker, EveryButtonFilesTheActiveMessageOnceWhateverOpensAndCloses) {
+  for (unsigned seed = 0; seed < 200 && !HasFailure(); ++seed) {
+    SCOPED_TRACE(seed);
+    Desk desk(seed, seed % 2 != 0, seed / 2 % 2 != 0);
+    for (int step = 0; step < 40 && !HasFailure(); ++step) desk.Act();
+    desk.End();
   }
 }
 

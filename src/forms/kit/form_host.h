@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 namespace postrove::forms {
 
 class Control;
@@ -35,6 +37,10 @@ class FormHost {
   // The wait cursor. It is on until it was switched off as often as on; a form shown meanwhile
   // has the usual cursor while it is up.
   virtual void SetWaitCursor(bool on) = 0;
+
+  // Tells what the user does from what was done before: the same as long as the thread handles one
+  // input.
+  virtual std::uint32_t InputTime() const = 0;
 };
 
 }  // namespace postrove::forms

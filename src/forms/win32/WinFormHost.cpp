@@ -95,6 +95,8 @@ class WinFormHost final : public FormHost {
     ApplyCursor();
   }
 
+  std::uint32_t InputTime() const override { return static_cast<std::uint32_t>(GetMessageTime()); }
+
  private:
   void ApplyCursor() const {
     SetCursor(LoadCursorW(nullptr, surroundings_.waiting ? IDC_WAIT : IDC_ARROW));

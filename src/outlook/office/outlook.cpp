@@ -35,9 +35,12 @@ void CommandBarButton::SetOnAction(const std::wstring& action) const {
   PutText(L"OnAction", action);
 }
 void CommandBarButton::SetVisible(bool visible) const { PutBool(L"Visible", visible); }
+void CommandBarButton::SetDescriptionText(const std::wstring& text) const {
+  PutText(L"DescriptionText", text);
+}
 
 void CommandBarControl::Delete() const { Held().Call(L"Delete"); }
-std::int32_t CommandBarControl::InstanceId() const { return Long(L"InstanceId"); }
+std::wstring CommandBarControl::DescriptionText() const { return Text(L"DescriptionText"); }
 CommandBarButton CommandBarControl::AsButton() const {
   return CommandBarButton(Held().As(kCommandBarButton));
 }
@@ -98,7 +101,6 @@ std::int32_t MailItem::RecipientCount() const {
   if (!recipients) throw Error(kObjectNotSet, L"Recipients", L"The message has no recipients.");
   return ToLong(recipients->Get(L"Count"));
 }
-Inspector MailItem::GetInspector() const { return Inspector(Part(L"GetInspector")); }
 void MailItem::SaveAs(const std::wstring& path, std::int32_t type) const {
   Held().Call(L"SaveAs", {path, type});
 }

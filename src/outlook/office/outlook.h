@@ -44,14 +44,14 @@ class CommandBarButton : public Wrapper {
   void SetTag(const std::wstring& tag) const;
   void SetOnAction(const std::wstring& action) const;
   void SetVisible(bool visible) const;
+  void SetDescriptionText(const std::wstring& text) const;  // which no user sees
 };
 
 class CommandBarControl : public Wrapper {
  public:
   using Wrapper::Wrapper;
   void Delete() const;
-  // A number that no other control has.
-  std::int32_t InstanceId() const;
+  std::wstring DescriptionText() const;
   // The same control through its button interface. Throws Error when it is not a button.
   CommandBarButton AsButton() const;
 };
@@ -95,8 +95,6 @@ class Attachments : public Wrapper {
   Attachment Item(std::int32_t index) const;  // from 1 on
 };
 
-class Inspector;
-
 class MailItem : public Item {
  public:
   using Item::Item;
@@ -118,7 +116,6 @@ class MailItem : public Item {
   std::wstring Bcc() const;
   office::Attachments Attachments() const;
   std::int32_t RecipientCount() const;
-  Inspector GetInspector() const;  // the window that shows the item
   void SaveAs(const std::wstring& path, std::int32_t type) const;
   void Send() const;
 };

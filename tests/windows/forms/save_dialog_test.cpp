@@ -38,8 +38,7 @@ class SaveDialog : public ::testing::Test {
       steps(dialog);
       if (IsWindow(dialog.Window())) dialog.Close();
     });
-    mail->buttons.at(0)->Raise(office::kCommandBarButtonEvents, office::kButtonClick,
-                               {office::Value(mail->buttons.at(0)), false});
+    product.outlook.Click(mail);
   }
 
   // Waits until the box shows the text, of which the end from `caret` on is selected.

@@ -47,6 +47,7 @@ class PicturingHost final : public FormHost {
   void DropDownList(Control& combo) override { host_->DropDownList(combo); }
   void SendTab(Form& form) override { host_->SendTab(form); }
   void SetWaitCursor(bool on) override { host_->SetWaitCursor(on); }
+  std::uint32_t InputTime() const override { return host_->InputTime(); }
 
   void Next(const std::wstring& picture, Act act) {
     path_ = folder_ + L"\\" + picture + L".bmp";
@@ -156,9 +157,7 @@ void Show(const std::shared_ptr<PicturingHost>& host, const std::string& labels,
     product.Controller().ProjFilePath = kLongFolder;
   }
   host->Next(scene.name, scene.act);
-  mail->buttons.at(0)->Raise(postrove::office::kCommandBarButtonEvents,
-                             postrove::office::kButtonClick,
-                             {postrove::office::Value(mail->buttons.at(0)), false});
+  product.outlook.Click(mail);
 }
 
 std::wstring Wide(const std::string& text) { return {text.begin(), text.end()}; }
