@@ -11,8 +11,6 @@ namespace postrove {
 
 namespace {
 
-constexpr int kLabelGap = 75;  // twips between the alert and the buttons that it follows
-
 std::wstring VersionText(const ProductVersion& version) {
   return text::FromNumber(version.major) + L"." + text::FromNumber(version.minor) + L"." +
          text::FromNumber(version.revision);
@@ -95,31 +93,30 @@ void clsPostrove::FillSaveLabels(forms::frmPostrove& form) const {
 }
 
 void clsPostrove::ArrangeByMode(forms::frmPostrove& form) const {
-  const auto moveTo = [](forms::Control& label, int left, int width) {
+  const auto moveTo = [](forms::Control& label, int left) {
     forms::Box place = label.Place();
+    place.width += place.left - left;
     place.left = left;
-    place.width = width;
     label.SetPlace(place);
   };
-  const forms::Box add = form.cmdPostrove(forms::kAddProjectButton).Place();
-  const forms::Box edit = form.cmdPostrove(forms::kEditProjectButton).Place();
-  const forms::Box project = form.cboPostrove.Place();
-  // Projects are added in Quillion where its data is shared.
+  // Projects are added in Quillion where its data is shared. Title and link then stand in the
+  // column of the fields, which tells at a glance whose projects these are.
   form.cmdPostrove(forms::kAddProjectButton).SetVisible(!useQuillion_);
-  const int title = useQuillion_ ? project.left : form.lblProjectLabel.Place().left;
-  moveTo(form.lblFormTitle, title, project.left + project.width - title);
-  moveTo(form.lblAlert,
-         useQuillion_ ? form.txtSaveFolder.Place().left : edit.left + add.width + kLabelGap,
-         add.width);
+  const int margin = form.lblProjectLabel.Place().left;
+  moveTo(form.lblFormTitle, useQuillion_ ? form.cboPostrove.Place().left : margin);
+  moveTo(form.lblWebSite, useQuillion_ ? form.txtSaveAsName.Place().left : margin);
 }
 
 void clsPostrove::ArrangeForm(forms::frmPostrove& form) const {
   ArrangeByMode(form);
 
-  form.lblAlert.SetTag(L"required");
-  form.lblAlert.SetForeColor(forms::kRed);
-  form.lblAlert.SetVisible(false);
-  form.lblAlert.SetText(L"Required");
+  // A label with the tag of the required fields marks one of them.
+  for (const auto& control : form.Controls()) {
+    if (control->Kind() != forms::ControlKind::Label || control->Tag() != L"required") continue;
+    control->SetForeColor(forms::kRed);
+    control->SetVisible(false);
+    control->SetText(L"Required");
+  }
 
   if (clickedIsSent_) form.cmdPostrove(forms::kMainButton).SetText(L"Save");
 

@@ -211,6 +211,7 @@ class clsPostrove final : public forms::frmPostroveEvents,
   void frmFolderMessageEvent_FolderMessageFieldGotFocus(int Index) override;
   void frmFolderMessageEvent_FolderMessageFieldLostFocus(int Index) override;
   void frmFolderMessageEvent_FormActivate() override;
+  void frmFolderMessageEvent_FormHelp() override;
 
   // The project information dialog.
   void frmProjInfoEvent_BrowseClicked(int Index) override;
@@ -235,6 +236,7 @@ class clsPostrove final : public forms::frmPostroveEvents,
   void frmSetupEvent_SetupListClick() override;
   void frmSetupEvent_SetupListKeyPress(int& KeyAscii, const std::wstring& Text) override;
   void frmSetupEvent_SetupWebLabelClick(const std::wstring& Caption) override;
+  void frmSetupEvent_FormEscape() override;
 
  private:
   clsPostrove(SharedObjects& shared, std::shared_ptr<forms::FormHost> forms,
@@ -275,6 +277,7 @@ class clsPostrove final : public forms::frmPostroveEvents,
   // about, and never is that one replaced.
   enum class Move { Copy, UseExisting, Refused };
   Move PlanMove(const std::wstring& file, const std::wstring& folder, const std::wstring& name);
+  bool AskToMove(const std::wstring& name, const std::wstring& from, const std::wstring& to) const;
 
   // A label text, or `fallback` when the label file has none there.
   std::wstring Label(std::size_t block, std::size_t index, const std::wstring& fallback) const;
@@ -330,17 +333,13 @@ class clsPostrove final : public forms::frmPostroveEvents,
   std::wstring BrowsePrompt(BrowseTarget target) const;
   forms::Control& BrowsedField(BrowseTarget target) const;
 
-  // The line that refuses a folder for its drive, or nothing. Notes a network drive.
+  // The line that refuses a folder for its drive, or nothing. Notes whether it is a network drive,
+  // whose letter is not everybody's.
   std::wstring DriveProblem(const std::wstring& folder, const std::wstring& fieldName);
 
   // True when the folder exists, or the user had it made, perhaps under another name, which is then
   // in `folder`. False when he did not want it. Throws Error when it cannot be made.
   bool EnsureFolder(std::wstring& folder);
-
-  // Completes what is typed into a combo box by the first item that begins with it, ignoring case:
-  // the item is selected, its completed part marked, and the key becomes 0. True then; a text that
-  // no item begins with is left to the box.
-  bool CompleteTyping(forms::Control& combo, int& KeyAscii, bool& typeAhead);
 
   // The project information dialog's steps.
   void FillProjectInfo(forms::frmProjInfo& form);
@@ -376,6 +375,7 @@ class clsPostrove final : public forms::frmPostroveEvents,
   void WithSetup(const wchar_t* procedure, const std::function<void(forms::frmSetup& form)>& body);
   std::wstring CurrentDefault(int field) const;
   void FillSetup(forms::frmSetup& form);
+  void ShowSetupHint(const forms::frmSetup& form) const;
   static bool MarkSetupField(const forms::frmSetup& form, int index);
   void ChangeSharing(forms::frmSetup& form);
   void LeaveSetupField(forms::frmSetup& form, int index);
@@ -384,6 +384,7 @@ class clsPostrove final : public forms::frmPostroveEvents,
   void StoreSetupField(forms::frmSetup& form, int index);
   void ReloadDefaults();
   std::wstring ValidateDefaults(const forms::frmSetup& form) const;
+  void ReturnClicked(forms::frmSetup& form);
   void ReturnToSaveDialog(forms::frmSetup& form);
 
   SharedObjects& shared_;
@@ -416,14 +417,14 @@ class clsPostrove final : public forms::frmPostroveEvents,
   std::shared_ptr<forms::frmProjInfo> frmProjInfoEvent_;
   Project projectBefore_;  // the current project when that dialog was opened
   std::shared_ptr<forms::frmSetup> frmSetupEvent_;
+  int hintedField_ = 0;    // the setup field whose hint is shown
   int refusedField_ = -1;  // the setup field that was left with a folder which was refused
   std::wstring refusedFolder_;
   std::wstring proposedFolder_;         // what the save dialog proposed last
   bool folderMessageAnswered_ = false;  // by one of its two buttons
   bool ignoreFieldEvents_ = false;      // a press on Cancel, or a form is being filled
-  bool projectTypeAhead_ = false;       // the project box completes what is typed
   bool workUnitTypeAhead_ = false;      // the work-unit box does
-  bool networkDrive_ = false;           // the folder checked last is on a network drive
+  bool networkDrive_ = false;           // the folder checked last has such a drive's letter
   bool filling_ = false;                // the controller fills the dialog itself
   bool clicked_ = false;                // a click is being handled
   bool toldOfLetters_ = false;          // the user knows which letters the file cannot hold

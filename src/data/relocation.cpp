@@ -42,14 +42,36 @@ clsPostrove::Move clsPostrove::PlanMove(const std::wstring& file, const std::wst
         L"The folder \"" + folder +
             L"\" must begin with a drive or a server, such as C:\\Data or \\\\Server\\Data.");
   }
-  if (!utility_->FileExists(folder, name)) return Move::Copy;
+  const std::wstring before = file.substr(0, file.rfind(L'\\') + 1);
+  if (!utility_->FileExists(folder, name)) {
+    return AskToMove(name, before, folder) ? Move::Copy : Move::Refused;
+  }
   const bool use =
       utility_->ShowMessage(
-          L"The folder \"" + folder + L"\" already holds a file \"" + name +
-              L"\".\r\n\r\nDo you want to use that file from now on? The one that was "
-              L"used until now stays where it is.",
+          L"The folder " + text::Quoted(folder) + L" already holds a file " + text::Quoted(name) +
+              L".\r\n\r\nDo you want to use that file from now on? The one that was used until "
+              L"now stays in " +
+              text::Quoted(before) + L".",
           L"Existing File", MessageButtons::YesNo, MessageIcon::Question) == MessageAnswer::Yes;
   return use ? Move::UseExisting : Move::Refused;
+}
+
+// A typed folder alone must not take the office's files elsewhere.
+bool clsPostrove::AskToMove(const std::wstring& name, const std::wstring& from,
+                            const std::wstring& to) const {
+  const bool settings = name == kIniName;
+  std::wstring question = L"Do you want to move the ";
+  question += settings ? L"settings" : L"database";
+  question += L" from " + text::Quoted(from) + L" to " + text::Quoted(to) + L"?";
+  question += settings ? L"\r\n\r\nThey are kept there from now on."
+                       : L"\r\n\r\nEverybody who uses it will find it there. Ask them to close "
+                         L"Outlook first.";
+  if (networkDrive_) {
+    question += L"\r\n\r\n" + to.substr(0, 2) +
+                L" is a network drive: everybody who uses that folder needs this letter for it.";
+  }
+  return utility_->ShowMessage(question, settings ? L"Move the Settings" : L"Move the Database",
+                               MessageButtons::YesNo, MessageIcon::Question) == MessageAnswer::Yes;
 }
 
 bool clsPostrove::SetNewDbLocation(const std::wstring& folder) {
@@ -96,6 +118,7 @@ bool clsPostrove::SetNewIniLocation(const std::wstring& folder) {
     const std::wstring file = utility_->IniFile();
     const std::wstring target = folder + kIniName;
     if (text::EqualsIgnoreCase(target, LocalIniFile()) && !text::EqualsIgnoreCase(target, file)) {
+      if (!AskToMove(kIniName, file.substr(0, file.rfind(L'\\') + 1), folder)) return;
       // The local file is always there, with the way to the others: it takes over what is in use,
       // and when nothing is, because the other file cannot be read, it is in use as it stands.
       if (!settingsRead_) {

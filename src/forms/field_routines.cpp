@@ -8,8 +8,6 @@ namespace postrove {
 
 namespace {
 
-constexpr int kBackspace = 8;
-
 // What stands behind the drive in a refusal; null for a drive that will do.
 const wchar_t* DriveRefusal(DriveKind kind) {
   switch (kind) {
@@ -91,10 +89,11 @@ bool clsPostrove::BrowseFor(BrowseTarget target) {
 }
 
 std::wstring clsPostrove::DriveProblem(const std::wstring& folder, const std::wstring& fieldName) {
+  networkDrive_ = false;
   if (folder.size() < 2 || folder[1] != L':') return {};
   const std::wstring drive = folder.substr(0, 2);
   const DriveKind kind = utility_->DriveType(drive + L"\\");
-  if (kind == DriveKind::Network) networkDrive_ = true;
+  networkDrive_ = kind == DriveKind::Network;
   const wchar_t* const refusal = DriveRefusal(kind);
   if (!refusal) return {};
   return L"-Drive " + drive + refusal + L"  (Select a different " + fieldName + L".)";
@@ -118,27 +117,6 @@ bool clsPostrove::EnsureFolder(std::wstring& folder) {
   refuse(drive.substr(drive.empty() ? 0 : 1));
   utility_->CreateFolder(target);
   folder = target;
-  return true;
-}
-
-bool clsPostrove::CompleteTyping(forms::Control& combo, int& KeyAscii, bool& typeAhead) {
-  const bool printable = KeyAscii >= 32 && KeyAscii <= 126;
-  if (!printable && KeyAscii != kBackspace) return false;
-  std::wstring prefix = combo.Text().substr(0, static_cast<std::size_t>(combo.SelectionStart()));
-  if (printable) {
-    prefix += static_cast<wchar_t>(KeyAscii);
-  } else if (!prefix.empty()) {
-    prefix.pop_back();
-  }
-  if (prefix.empty()) return false;  // the box takes away what is left
-  typeAhead = true;
-  forms_->DropDownList(combo);
-  const std::size_t row = text::FindStartingWith(combo.Items(), prefix);
-  if (row == std::wstring::npos) return false;
-  const auto start = static_cast<int>(prefix.size());
-  combo.SetListIndex(static_cast<int>(row));
-  combo.Select(start, static_cast<int>(combo.Text().size()) - start);
-  KeyAscii = 0;
   return true;
 }
 

@@ -47,6 +47,7 @@ frmFolderMessage::frmFolderMessage(std::weak_ptr<frmFolderMessageEvents> events)
   };
   using Events = frmFolderMessageEvents;
   onActivate = [raise] { raise(&Events::frmFolderMessageEvent_FormActivate); };
+  onHelp = [raise] { raise(&Events::frmFolderMessageEvent_FormHelp); };
   for (const int index : {0, 1}) {
     Control& field = txtFolderMessage(index);
     field.onChange = [raise, index] {

@@ -16,6 +16,7 @@ class frmFolderMessageEvents {
   virtual void frmFolderMessageEvent_FolderMessageFieldGotFocus(int Index) = 0;
   virtual void frmFolderMessageEvent_FolderMessageFieldLostFocus(int Index) = 0;
   virtual void frmFolderMessageEvent_FormActivate() = 0;
+  virtual void frmFolderMessageEvent_FormHelp() = 0;
 
  protected:
   ~frmFolderMessageEvents() = default;

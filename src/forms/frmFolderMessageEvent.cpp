@@ -1,8 +1,22 @@
 #include "controller/clsPostrove.h"
 #include "forms/kit/guards.h"
+#include "forms/web_site.h"
+#include "shared/text.h"
 
 // The controller's handlers of the folder message dialog's events, and how it asks through it.
 namespace postrove {
+
+namespace {
+
+// Without the ending of a message file.
+std::size_t StemLength(std::wstring_view name) {
+  constexpr std::wstring_view kEnding = L".msg";
+  if (name.size() < kEnding.size()) return name.size();
+  const std::size_t stem = name.size() - kEnding.size();
+  return text::EqualsIgnoreCase(name.substr(stem), kEnding) ? stem : name.size();
+}
+
+}  // namespace
 
 std::wstring clsPostrove::AskFolderMessage(const std::wstring& caption, const std::wstring& message,
                                            const std::wstring& name,
@@ -50,7 +64,17 @@ void clsPostrove::frmFolderMessageEvent_FolderMessageFieldLostFocus(int) {}
 
 void clsPostrove::frmFolderMessageEvent_FormActivate() {
   const std::shared_ptr<forms::frmFolderMessage> form = frmFolderMessageEvent_;
-  if (form) forms_->SetFocus(form->txtFolderMessage(1));
+  if (!form) return;
+  // What is typed replaces the name; the ending of a file stays.
+  forms::Control& name = form->txtFolderMessage(1);
+  forms_->SetFocus(name);
+  name.Select(0, static_cast<int>(StemLength(name.Text())));
+}
+
+void clsPostrove::frmFolderMessageEvent_FormHelp() {
+  Reporting(*utility_, L"clsPostrove", L"frmFolderMessageEvent_FormHelp()", [this] {
+    utility_->OpenDocument(std::wstring(forms::kWebSite) + L"/PostroveHelp_files/messages.htm");
+  });
 }
 
 }  // namespace postrove

@@ -17,6 +17,16 @@ constexpr int kFieldHeight = 345;
 constexpr int kButtonHeight = 390;
 constexpr int kButtonGap = 105;
 
+// The markers stand in a column of their own, behind the fields and the project's buttons.
+constexpr int kAlertWidth = 780;
+constexpr int kAlertGap = 75;
+constexpr int kAlertLeft = kInnerRight - kAlertWidth;
+constexpr int kFieldRight = kAlertLeft - kAlertGap;
+
+constexpr int kProjectTop = 705;
+constexpr int kFolderTop = 1770;
+constexpr int kNameTop = 2205;
+
 // The label stands on the line of its field's text.
 Box LabelBox(int fieldTop) { return {kMargin, fieldTop + 60, kFieldLeft - kMargin - 60, 240}; }
 
@@ -31,7 +41,6 @@ frmPostrove::frmPostrove(std::weak_ptr<frmPostroveEvents> events)
       txtSaveFolder(Find(L"txtSaveFolder")),
       lblNameLabel(Find(L"lblFieldLabel", kNameLabel)),
       txtSaveAsName(Find(L"txtSaveAsName")),
-      lblAlert(Find(L"lblAlert")),
       rtfFieldHints(Find(L"rtfFieldHints")),
       lblVersion(Find(L"lblVersion")),
       lblWebSite(Find(L"lblWebSite")) {
@@ -50,53 +59,56 @@ Control& frmPostrove::Design() {
   title.fontPoints = 12;
   title.anchors = kLeft | kTop | kRight;
 
-  const int projectTop = 705;
-  Add(ControlKind::Label, L"lblFieldLabel", kProjectLabel, LabelBox(projectTop), L"Project: ")
+  DesignFields();
+  DesignFoot();
+  return title;
+}
+
+Control& frmPostrove::AddButton(int index, Box place, const wchar_t* caption, const wchar_t* tip,
+                                unsigned anchors) {
+  Control& button = Add(ControlKind::CommandButton, L"cmdPostrove", index, place, caption);
+  button.anchors = anchors;
+  button.SetToolTip(tip);
+  return button;
+}
+
+void frmPostrove::DesignFields() {
+  Add(ControlKind::Label, L"lblFieldLabel", kProjectLabel, LabelBox(kProjectTop), L"Project: ")
       .choosesKey = true;
   Control& project = Add(ControlKind::ComboBox, L"cboPostrove", -1,
-                         {kFieldLeft, projectTop, kInnerRight - kFieldLeft, kFieldHeight});
+                         {kFieldLeft, kProjectTop, kFieldRight - kFieldLeft, kFieldHeight});
   project.anchors = kLeft | kTop | kRight;
   project.SetToolTip(L"Choose the project, or type the first letters of its name.");
 
-  const int projectButtonsTop = 1140;
-  const int projectButtonWidth = 1500;
-  const int editLeft = kFieldLeft + projectButtonWidth + kButtonGap;
-  Add(ControlKind::CommandButton, L"cmdPostrove", kAddProjectButton,
-      {kFieldLeft, projectButtonsTop, projectButtonWidth, kButtonHeight}, L"&Add Project...")
-      .SetToolTip(L"Add a project to the list");
-  Add(ControlKind::CommandButton, L"cmdPostrove", kEditProjectButton,
-      {editLeft, projectButtonsTop, projectButtonWidth, kButtonHeight}, L"&Edit Project...")
-      .SetToolTip(L"Edit the name and the folder of this project");
-  Control& alert =
-      Add(ControlKind::Label, L"lblAlert", -1,
-          {editLeft + projectButtonWidth + 75, projectButtonsTop + 75, 1500, 240}, L"Required");
-  alert.SetForeColor(kRed);
-  alert.SetVisible(false);
-
-  const int folderTop = 1770;
   const int browseWidth = 435;
-  Add(ControlKind::Label, L"lblFieldLabel", kFolderLabel, LabelBox(folderTop), L"Save &Folder: ");
-  Control& folder =
-      Add(ControlKind::TextBox, L"txtSaveFolder", -1,
-          {kFieldLeft, folderTop, kInnerRight - browseWidth - 60 - kFieldLeft, kFieldHeight});
+  const int browseLeft = kFieldRight - browseWidth;
+  Add(ControlKind::Label, L"lblFieldLabel", kFolderLabel, LabelBox(kFolderTop), L"Save &Folder: ");
+  Control& folder = Add(ControlKind::TextBox, L"txtSaveFolder", -1,
+                        {kFieldLeft, kFolderTop, browseLeft - 60 - kFieldLeft, kFieldHeight});
   folder.anchors = kLeft | kTop | kRight;
   folder.SetTag(L"required");
   folder.SetToolTip(L"The folder that the message is saved in. Click the Folder button to browse.");
-  Control& browse = Add(ControlKind::CommandButton, L"cmdPostrove", kBrowseFolderButton,
-                        {kInnerRight - browseWidth, folderTop - 15, browseWidth, kFieldHeight + 30},
-                        L"&Browse...");
-  browse.anchors = kTop | kRight;
-  browse.icon = kFolderIcon;
-  browse.SetToolTip(L"Browse for a folder");
+  AddButton(kBrowseFolderButton, {browseLeft, kFolderTop - 15, browseWidth, kFieldHeight + 30},
+            L"&Browse...", L"Browse for a folder", kTop | kRight)
+      .icon = kFolderIcon;
 
-  const int nameTop = 2205;
-  Add(ControlKind::Label, L"lblFieldLabel", kNameLabel, LabelBox(nameTop), L"File &Name: ");
+  Add(ControlKind::Label, L"lblFieldLabel", kNameLabel, LabelBox(kNameTop), L"File &Name: ");
   Control& name = Add(ControlKind::TextBox, L"txtSaveAsName", -1,
-                      {kFieldLeft, nameTop, kInnerRight - kFieldLeft, kFieldHeight});
+                      {kFieldLeft, kNameTop, kFieldRight - kFieldLeft, kFieldHeight});
   name.anchors = kLeft | kTop | kRight;
   name.SetTag(L"required");
   name.SetToolTip(L"The name that the message is saved under, without an extension.");
 
+  for (const auto& [index, top] : {std::pair{kFolderLabel, kFolderTop}, {kNameLabel, kNameTop}}) {
+    Control& alert = Add(ControlKind::Label, L"lblAlert", index,
+                         {kAlertLeft, top + 60, kAlertWidth, 240}, L"Required");
+    alert.anchors = kTop | kRight;
+    alert.SetTag(L"required");
+  }
+}
+
+// Behind the fields the main button comes first: whoever types needs nothing else.
+void frmPostrove::DesignFoot() {
   Control& hints = Add(ControlKind::RichTextBox, L"rtfFieldHints", -1,
                        {kMargin, 2745, kInnerRight - kMargin, 915});
   hints.anchors = kLeft | kTop | kRight | kBottom;
@@ -105,25 +117,34 @@ Control& frmPostrove::Design() {
   hints.SetBackColor(kSystemInfoBack);
 
   const int buttonsTop = 3840;
-  const auto addButton = [&](int index, int left, int width, const wchar_t* caption,
-                             const wchar_t* tip, unsigned anchors) -> Control& {
-    Control& button = Add(ControlKind::CommandButton, L"cmdPostrove", index,
-                          {left, buttonsTop, width, kButtonHeight}, caption);
-    button.anchors = anchors;
-    button.SetToolTip(tip);
-    return button;
-  };
-  const int closeLeft = kInnerRight - 1260;
-  const int mainLeft = closeLeft - kButtonGap - 1770;
-  Control& main = addButton(kMainButton, mainLeft, 1770, L"Send and Save",
-                            L"Save the message in the folder", kRight | kBottom);
+  const int buttonWidth = 1260;
+  const int closeLeft = kInnerRight - buttonWidth;
+  const int mainWidth = 1770;
+  const int mainLeft = closeLeft - kButtonGap - mainWidth;
+  Control& main = AddButton(kMainButton, {mainLeft, buttonsTop, mainWidth, kButtonHeight},
+                            L"Send and Save", L"Save the message in the folder", kRight | kBottom);
   main.isDefault = true;
   main.choosesKey = true;
-  addButton(kCloseButton, closeLeft, 1260, L"&Close", L"Close without saving", kRight | kBottom)
+  AddButton(kCloseButton, {closeLeft, buttonsTop, buttonWidth, kButtonHeight}, L"&Close",
+            L"Close without saving", kRight | kBottom)
       .isCancel = true;
-  addButton(kDefaultsButton, kMargin, 1260, L"&Defaults...", L"Set up the defaults of Postrove",
-            kLeft | kBottom);
-  addButton(kHelpButton, kMargin + 1260 + kButtonGap, 1260, L"&Help", L"Show Help", kLeft | kBottom)
+
+  // The project's buttons end with its field, so that the markers stand behind them as well.
+  const int projectButtonsTop = 1140;
+  const int projectButtonWidth = 1500;
+  const int editLeft = kFieldRight - projectButtonWidth;
+  AddButton(kAddProjectButton,
+            {editLeft - kButtonGap - projectButtonWidth, projectButtonsTop, projectButtonWidth,
+             kButtonHeight},
+            L"&Add Project...", L"Add a project to the list", kTop | kRight);
+  AddButton(kEditProjectButton, {editLeft, projectButtonsTop, projectButtonWidth, kButtonHeight},
+            L"&Edit Project...", L"Edit the name and the folder of this project", kTop | kRight);
+
+  AddButton(kDefaultsButton, {kMargin, buttonsTop, buttonWidth, kButtonHeight}, L"&Defaults...",
+            L"Set up the defaults of Postrove", kLeft | kBottom);
+  AddButton(kHelpButton,
+            {kMargin + buttonWidth + kButtonGap, buttonsTop, buttonWidth, kButtonHeight}, L"&Help",
+            L"Show Help", kLeft | kBottom)
       .isHelp = true;
 
   Control& webSite =
@@ -135,7 +156,6 @@ Control& frmPostrove::Design() {
   Control& version =
       Add(ControlKind::Label, L"lblVersion", -1, {kMargin, kHeight - 300, 3300, 300});
   version.anchors = kLeft | kBottom;
-  return title;
 }
 
 void frmPostrove::Connect(std::weak_ptr<frmPostroveEvents> events) {

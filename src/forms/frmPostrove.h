@@ -41,7 +41,7 @@ enum PostroveButton {
   kEditProjectButton = 8,
 };
 
-// Labels of the array lblFieldLabel.
+// Labels of the array lblFieldLabel; kFolderLabel and kNameLabel of lblAlert as well.
 enum PostroveLabel { kProjectLabel = 0, kFolderLabel = 1, kNameLabel = 2 };
 
 // The save dialog. It does no work: every control event goes to the events object.
@@ -57,14 +57,19 @@ class frmPostrove : public Form {
   Control& txtSaveFolder;
   Control& lblNameLabel;  // lblFieldLabel(2)
   Control& txtSaveAsName;
-  Control& lblAlert;
   Control& rtfFieldHints;
   Control& lblVersion;
   Control& lblWebSite;
+  // The markers of the required fields, by the label of the field.
+  Control& lblAlert(int index) const { return Find(L"lblAlert", index); }
   Control& cmdPostrove(int index) const { return Find(L"cmdPostrove", index); }
 
  private:
   Control& Design();
+  void DesignFields();
+  void DesignFoot();
+  Control& AddButton(int index, Box place, const wchar_t* caption, const wchar_t* tip,
+                     unsigned anchors);
   void Connect(std::weak_ptr<frmPostroveEvents> events);
 };
 

@@ -3,6 +3,7 @@
 #include "controller/clsPostrove.h"
 #include "controller/raised.h"
 #include "data/label_places.h"
+#include "forms/type_ahead.h"
 #include "forms/web_site.h"
 #include "shared/text.h"
 
@@ -13,13 +14,14 @@ namespace {
 
 constexpr int kEnter = 13;
 
+// As in the label file, with the blank behind "Hint:".
 constexpr wchar_t kProjectHint[] =
-    L"Choose the project that this e-mail belongs to, or type its name, a colon and its number.";
+    L" Choose the project that this e-mail belongs to, or type its name, a colon and its number.";
 constexpr wchar_t kNameHint[] =
-    L"The name of the file, without its ending. Characters that Windows does not allow in a file "
+    L" The name of the file, without its ending. Characters that Windows does not allow in a file "
     L"name are replaced.";
 constexpr wchar_t kFolderHint[] =
-    L"The folder that the e-mail is saved in. Click the folder button to browse for another one.";
+    L" The folder that the e-mail is saved in. Click the folder button to browse for another one.";
 
 }  // namespace
 
@@ -119,7 +121,7 @@ void clsPostrove::frmPostroveEvent_SaveFolderGotFocus() {
 
 void clsPostrove::ShowHint(std::size_t label, const wchar_t* fallback) {
   WithForm(L"ShowHint()", [&](forms::frmPostrove& form) {
-    form.rtfFieldHints.SetText(L"\r\nHint: " + Label(labels::kSaveDialog, label, fallback));
+    form.rtfFieldHints.SetText(L"\r\nHint:" + Label(labels::kSaveDialog, label, fallback));
   });
 }
 
@@ -128,7 +130,7 @@ void clsPostrove::frmPostroveEvent_ProjectComboKeyPress(int& KeyAscii) {
     if (KeyAscii == kEnter) {
       KeyAscii = 0;
       forms_->SendTab(form);
-    } else if (CompleteTyping(form.cboPostrove, KeyAscii, projectTypeAhead_)) {
+    } else if (forms::CompleteTyping(*forms_, form.cboPostrove, KeyAscii)) {
       // The folder is that of the project which the box shows.
       const int start = form.cboPostrove.SelectionStart();
       const int length = form.cboPostrove.SelectionLength();
@@ -140,7 +142,6 @@ void clsPostrove::frmPostroveEvent_ProjectComboKeyPress(int& KeyAscii) {
 
 // A text that was typed or pasted whole may name a listed project: then it is chosen.
 void clsPostrove::frmPostroveEvent_ProjectComboLostFocus() {
-  projectTypeAhead_ = workUnitTypeAhead_ = false;
   if (!typedProject_) return;
   WithForm(L"frmPostroveEvent_ProjectComboLostFocus()", [this](forms::frmPostrove& form) {
     const std::vector<std::wstring>& items = form.cboPostrove.Items();
@@ -153,13 +154,13 @@ void clsPostrove::frmPostroveEvent_ProjectComboLostFocus() {
 
 void clsPostrove::frmPostroveEvent_SaveAsNameChanged() {
   WithForm(L"frmPostroveEvent_SaveAsNameChanged()", [](forms::frmPostrove& form) {
-    CheckRequired(form.txtSaveAsName, form.lblNameLabel, form.lblAlert);
+    CheckRequired(form.txtSaveAsName, form.lblNameLabel, form.lblAlert(forms::kNameLabel));
   });
 }
 
 void clsPostrove::frmPostroveEvent_SaveFolderChanged() {
   WithForm(L"frmPostroveEvent_SaveFolderChanged()", [](forms::frmPostrove& form) {
-    CheckRequired(form.txtSaveFolder, form.lblFolderLabel, form.lblAlert);
+    CheckRequired(form.txtSaveFolder, form.lblFolderLabel, form.lblAlert(forms::kFolderLabel));
   });
 }
 
@@ -172,7 +173,7 @@ void clsPostrove::frmPostroveEvent_SaveFolderLostFocus() {}
 
 void clsPostrove::frmPostroveEvent_WebLabelClick(const std::wstring& Caption) {
   WithForm(L"frmPostroveEvent_WebLabelClick()",
-           [&](forms::frmPostrove&) { utility_->OpenDocument(Caption); });
+           [&](forms::frmPostrove&) { utility_->OpenDocument(forms::LinkTarget(Caption)); });
 }
 
 }  // namespace postrove

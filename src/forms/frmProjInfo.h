@@ -32,8 +32,7 @@ enum ProjInfoField { kProjInfoNumber = 0, kProjInfoName = 1, kProjInfoFolder = 2
 enum ProjInfoButton { kProjInfoSave = 0, kProjInfoCancel = 1, kProjInfoHelp = 2 };
 
 // The project information dialog, which adds or edits a project. It does no work: every control
-// event goes to the events object. Only its buttons end it, and its
-// title bar as Cancel.
+// event goes to the events object. Only its buttons end it, and its title bar as Cancel.
 class frmProjInfo : public Form {
  public:
   // `events` may be gone before the form: events are then dropped.

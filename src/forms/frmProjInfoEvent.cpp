@@ -186,13 +186,18 @@ void clsPostrove::frmProjInfoEvent_ProjInfoFieldChange(int Index) {
 
 void clsPostrove::frmProjInfoEvent_FormActivate() {
   WithProjectInfo(L"frmProjInfoEvent_FormActivate()", [this](forms::frmProjInfo& form) {
-    forms_->SetFocus(form.txtProjInfo(forms::kProjInfoName));
+    forms::Control& name = form.txtProjInfo(forms::kProjInfoName);
+    forms_->SetFocus(name);
+    // What is typed replaces a name that is only a proposal.
+    if (text::EqualsIgnoreCase(ProjInfoMode, kAdd)) {
+      name.Select(0, static_cast<int>(name.Text().size()));
+    }
   });
 }
 
 void clsPostrove::frmProjInfoEvent_ProjInfoWebLabelClick(const std::wstring& Caption) {
   WithProjectInfo(L"frmProjInfoEvent_ProjInfoWebLabelClick()",
-                  [&](forms::frmProjInfo&) { utility_->OpenDocument(Caption); });
+                  [&](forms::frmProjInfo&) { utility_->OpenDocument(forms::LinkTarget(Caption)); });
 }
 
 void clsPostrove::frmProjInfoEvent_ProjActiveClicked() {}

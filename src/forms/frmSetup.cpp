@@ -278,6 +278,7 @@ void frmSetup::Connect(std::weak_ptr<frmSetupEvents> events) {
   };
   using Events = frmSetupEvents;
 
+  onEscape = [raise] { raise(&Events::frmSetupEvent_FormEscape); };
   for (const auto& item : Controls()) {
     Control& control = *item;
     const int index = control.Index();

@@ -20,6 +20,7 @@ class frmSetupEvents {
   virtual void frmSetupEvent_SetupListClick() = 0;
   virtual void frmSetupEvent_SetupListKeyPress(int& KeyAscii, const std::wstring& Text) = 0;
   virtual void frmSetupEvent_SetupWebLabelClick(const std::wstring& Caption) = 0;
+  virtual void frmSetupEvent_FormEscape() = 0;
 
  protected:
   ~frmSetupEvents() = default;
@@ -54,8 +55,7 @@ enum SetupButton { kSetupReturn = 0, kSetupHelp = 1 };
 enum SetupDbType { kSetupOwnDb = 0, kSetupSiblingDb = 1 };
 
 // The defaults setup dialog. It does no work: every control event goes to the events object. Only
-// the return button ends it (Enter, Esc and the title bar press it), because its listener may
-// refuse.
+// the return button ends it (Enter and the close box press it), because its listener may refuse.
 class frmSetup : public Form {
  public:
   // `events` may be gone before the form: events are then dropped.

@@ -4,6 +4,7 @@
 #include "controller/raised.h"
 #include "data/label_places.h"
 #include "forms/kit/guards.h"
+#include "forms/type_ahead.h"
 #include "forms/web_site.h"
 #include "shared/text.h"
 
@@ -15,8 +16,6 @@ namespace {
 constexpr int kBackspace = 8;
 constexpr int kTab = 9;
 constexpr int kEnter = 13;
-constexpr int kFirstPrintable = 32;
-constexpr int kDelete = 127;
 
 constexpr wchar_t kBreak[] = L"\r\n";
 constexpr wchar_t kCorrect[] = L"Please correct the following errors... \r\n";
@@ -92,6 +91,8 @@ void clsPostrove::OpenSetup() {
   const std::shared_ptr<forms::frmPostrove> saveDialog = frmPostroveEvent_;
   const auto form = std::make_shared<forms::frmSetup>(weak_from_this());
   frmSetupEvent_ = form;
+  hintedField_ = forms::kSetupServerFolder;
+  workUnitTypeAhead_ = false;  // Esc leaves without a word
   FillWorkUnitTypes(form->cboWorkType);
   {
     const Raised opening(ignoreFieldEvents_);
@@ -99,7 +100,6 @@ void clsPostrove::OpenSetup() {
     form->optDbType(useQuillion_ ? forms::kSetupSiblingDb : forms::kSetupOwnDb).SetChecked(true);
     FillSetup(*form);
   }
-  frmSetupEvent_SetupFieldGotFocus(forms::kSetupServerFolder);
   {
     const forms::Lowered lowered(*forms_, saveDialog, lowered_);
     forms_->ShowModal(*form);
@@ -138,6 +138,7 @@ void clsPostrove::FillSetup(forms::frmSetup& form) {
   }
   ShowWord(form, WorkUnit);
   ShowSample(form);
+  ShowSetupHint(form);
 }
 
 void clsPostrove::frmSetupEvent_SetupDbTypeOptionClick() {
@@ -190,14 +191,18 @@ void clsPostrove::frmSetupEvent_SetupFieldChange(int Index) {
 }
 
 void clsPostrove::frmSetupEvent_SetupFieldGotFocus(int Index) {
-  WithSetup(L"frmSetupEvent_SetupFieldGotFocus()", [&](forms::frmSetup& form) {
-    const std::wstring word = form.cboWorkType.Text();
-    const std::wstring hint = Label(labels::kSetupDialog, static_cast<std::size_t>(Index),
-                                    FieldOf(form, Index).ToolTip());
-    form.rtfFieldHints.SetText((Index == forms::kSetupDatabase ? L"***IMPORTANT***:" : L"Hint:") +
-                               std::wstring(kBreak) +
-                               WithWord(hint, word.empty() ? WorkUnit : word));
-  });
+  hintedField_ = Index;
+  WithSetup(L"frmSetupEvent_SetupFieldGotFocus()",
+            [this](forms::frmSetup& form) { ShowSetupHint(form); });
+}
+
+void clsPostrove::ShowSetupHint(const forms::frmSetup& form) const {
+  const std::wstring word = form.cboWorkType.Text();
+  const std::wstring hint = Label(labels::kSetupDialog, static_cast<std::size_t>(hintedField_),
+                                  FieldOf(form, hintedField_).ToolTip());
+  const bool database = hintedField_ == forms::kSetupDatabase;
+  form.rtfFieldHints.SetText((database ? L"***IMPORTANT***:" : L"Hint:") + std::wstring(kBreak) +
+                             WithWord(hint, word.empty() ? WorkUnit : word));
 }
 
 void clsPostrove::frmSetupEvent_SetupFieldLostFocus(int Index) {
@@ -309,9 +314,9 @@ void clsPostrove::frmSetupEvent_SetupListClick() {
 void clsPostrove::frmSetupEvent_SetupListKeyPress(int& KeyAscii, const std::wstring&) {
   if (ignoreFieldEvents_) return;
   WithSetup(L"frmSetupEvent_SetupListKeyPress()", [&](forms::frmSetup& form) {
-    const bool printable = KeyAscii >= kFirstPrintable && KeyAscii < kDelete;
-    if (printable || (KeyAscii == kBackspace && workUnitTypeAhead_)) {
-      CompleteTyping(form.cboWorkType, KeyAscii, workUnitTypeAhead_);
+    if (forms::IsCharacter(KeyAscii) || (KeyAscii == kBackspace && workUnitTypeAhead_)) {
+      workUnitTypeAhead_ = true;
+      forms::CompleteTyping(*forms_, form.cboWorkType, KeyAscii);
     } else if (KeyAscii == kTab || KeyAscii == kEnter) {
       workUnitTypeAhead_ = false;
       if (KeyAscii == kEnter) {
@@ -337,7 +342,7 @@ void clsPostrove::frmSetupEvent_ButtonClicked(int Index) {
       utility_->OpenDocument(std::wstring(forms::kWebSite) +
                              L"/PostroveHelp_files/programsetup.htm");
     } else {
-      ReturnToSaveDialog(form);
+      ReturnClicked(form);
     }
   });
 }
@@ -365,14 +370,29 @@ std::wstring clsPostrove::ValidateDefaults(const forms::frmSetup& form) const {
   return errors;
 }
 
-// The save dialog gets the new words and projects; what the user entered there stays.
-void clsPostrove::ReturnToSaveDialog(forms::frmSetup& form) {
+void clsPostrove::ReturnClicked(forms::frmSetup& form) {
   const std::wstring errors = ValidateDefaults(form);
   if (!errors.empty()) {
     utility_->ShowMessage(kCorrect + errors, L"Invalid Form Entries", MessageButtons::Ok,
                           MessageIcon::Information);
     return;
   }
+  ReturnToSaveDialog(form);
+}
+
+// Nothing of what is not stored yet is meant: neither what is being typed nor what was emptied.
+void clsPostrove::frmSetupEvent_FormEscape() {
+  WithSetup(L"frmSetupEvent_FormEscape()", [this](forms::frmSetup& form) {
+    for (int index = forms::kSetupServerFolder; index <= forms::kSetupWorkType; ++index) {
+      forms::Control& field = FieldOf(form, index);
+      if (index == hintedField_ || field.Text().empty()) field.SetText(CurrentDefault(index));
+    }
+    ReturnToSaveDialog(form);
+  });
+}
+
+// The save dialog gets the new words and projects; what the user entered there stays.
+void clsPostrove::ReturnToSaveDialog(forms::frmSetup& form) {
   const std::shared_ptr<forms::frmPostrove> saveDialog = frmPostroveEvent_;
   SaveAsName = saveDialog->txtSaveAsName.Text();
   // A typed project is looked up when the message is saved.
@@ -413,13 +433,8 @@ void clsPostrove::ReturnToSaveDialog(forms::frmSetup& form) {
 }
 
 void clsPostrove::frmSetupEvent_SetupWebLabelClick(const std::wstring& Caption) {
-  WithSetup(L"frmSetupEvent_SetupWebLabelClick()", [&](forms::frmSetup&) {
-    try {
-      utility_->OpenDocument(Caption);
-    } catch (const Error&) {
-      utility_->OpenDocument(forms::kWebSite);  // a caption that is no address
-    }
-  });
+  WithSetup(L"frmSetupEvent_SetupWebLabelClick()",
+            [&](forms::frmSetup&) { utility_->OpenDocument(forms::LinkTarget(Caption)); });
 }
 
 }  // namespace postrove

@@ -11,6 +11,7 @@
 #include "forms/frmProjInfo.h"
 #include "forms/frmSetup.h"
 #include "forms/kit/access_key.h"
+#include "forms/type_ahead.h"
 #include "forms/web_site.h"
 #include "gtest/gtest.h"
 #include "shared/error.h"
@@ -139,6 +140,7 @@ void CheckDesign(Form& form) {
   std::map<wchar_t, std::wstring> mnemonics;
   int defaults = 0;
   int cancels = 0;
+  int helps = form.onHelp ? 1 : 0;
   const Control* before = nullptr;
   for (const auto& item : form.Controls()) {
     const Control& control = *item;
@@ -153,6 +155,7 @@ void CheckDesign(Form& form) {
     }
     defaults += control.isDefault;
     cancels += control.isCancel;
+    helps += control.isHelp;
     if (control.Kind() == ControlKind::ComboBox ||
         (control.Kind() == ControlKind::TextBox && control.tabStop)) {
       ASSERT_NE(before, nullptr);
@@ -162,6 +165,7 @@ void CheckDesign(Form& form) {
   }
   EXPECT_EQ(defaults, 1);
   EXPECT_EQ(cancels, 1);
+  EXPECT_EQ(helps, 1);
 }
 
 // Every field that Tab reaches has a key in a label before it, all that is pressed one in its own
@@ -190,29 +194,48 @@ TEST(FrmPostrove, IsDesignedForKeyboardAndScreenReader) {
   EXPECT_TRUE(form.cmdPostrove(kCloseButton).isCancel);
   EXPECT_EQ(form.txtSaveFolder.Tag(), L"required");
   EXPECT_EQ(form.txtSaveAsName.Tag(), L"required");
+
+  // Enter goes on to the next field, and whoever has filled them in is at the main button.
+  std::vector<std::string> stops;
+  for (const auto& control : form.Controls()) {
+    if (control->Kind() == ControlKind::Label || !control->tabStop) continue;
+    stops.push_back(std::string(control->Name().begin(), control->Name().end()));
+    if (control->Index() >= 0) stops.back() += ' ' + std::to_string(control->Index());
+  }
+  EXPECT_EQ(stops, (Log{"cboPostrove", "txtSaveFolder", "cmdPostrove 1", "txtSaveAsName",
+                        "cmdPostrove 0", "cmdPostrove 4", "cmdPostrove 2", "cmdPostrove 8",
+                        "cmdPostrove 3", "cmdPostrove 5"}));
 }
 
-// Keys are found for any word that stands for a project, and a text that has an "&" shows it.
+// Keys are found for any word that stands for a project and in any language, a text that has an "&"
+// shows it, and no label takes a button's key.
 TEST(FrmPostrove, FindsAFreeAccessKey) {
   const struct {
-    const wchar_t* text;
-    const wchar_t* shown;
-  } kCases[] = {{L"Project: ", L"&Project: "},
-                {L"Contract: ", L"C&ontract: "},
-                {L"R&D: ", L"&R&&D: "},
-                {L"Bench: ", L"Bench: "},
-                {L"&: ", L"&&: "},
-                {L"Site: ", L"S&ite: "},
-                {L"\u00c9tude: ", L"&\u00c9tude: "}};
+    const wchar_t *project, *folder, *shownProject, *shownFolder;
+  } kCases[] = {{L"Project: ", L"Save &Folder: ", L"&Project: ", L"Save &Folder: "},
+                {L"Contract: ", L"&Ordner: ", L"Con&tract: ", L"&Ordner: "},
+                {L"Set: ", L"&Speichern && ab: ", L"Se&t: ", L"S&peichern && ab: "},
+                {L"R&D: ", L"&&: ", L"&R&&D: ", L"&&: "},
+                {L"Bench: ", L"&Enc: ", L"Bench: ", L"E&nc: "},
+                {L"&: ", L"&Name: ", L"&&: ", L"&Name: "},
+                {L"\u00c9tude: ", L"x&", L"&\u00c9tude: ", L"x&"}};
   frmPostrove form({});
-  EXPECT_EQ(ShownCaption(form.cmdPostrove(kMainButton)), L"&Send and Save");
   for (const auto& one : kCases) {
-    form.lblProjectLabel.SetText(one.text);
-    EXPECT_EQ(ShownCaption(form.lblProjectLabel), one.shown);
+    form.lblProjectLabel.SetText(one.project);
+    form.lblFolderLabel.SetText(one.folder);
+    EXPECT_EQ(ShownCaption(form.lblProjectLabel), one.shownProject);
+    EXPECT_EQ(ShownCaption(form.lblFolderLabel), one.shownFolder);
+    for (const wchar_t* const caption : {L"Send and Save", L"Save"}) {
+      form.cmdPostrove(kMainButton).SetText(caption);
+      EXPECT_EQ(ShownCaption(form.cmdPostrove(kMainButton)), L'&' + std::wstring(caption));
+    }
   }
-  // A translated label's own key is another's already.
-  form.lblFolderLabel.SetText(L"&Speicherordner f\u00fcr R&&D: ");
-  EXPECT_EQ(ShownCaption(form.lblFolderLabel), L"S&peicherordner f\u00fcr R&&D: ");
+}
+
+TEST(TypeAhead, CompletesCharacters) {
+  for (const int key : {0x20, 0x7E, 0xA0, 0xFC, 0x3A9, 0xDE00})
+    EXPECT_TRUE(IsCharacter(key)) << key;
+  for (const int key : {8, 13, 0x1F, 0x7F, 0x9F, 0xD83D}) EXPECT_FALSE(IsCharacter(key)) << key;
 }
 
 TEST(FrmFolderMessage, AnswersByItsButtonsOnly) {
@@ -234,6 +257,7 @@ TEST(FrmFolderMessage, AnswersByItsButtonsOnly) {
       Add("lost", Index);
     }
     void frmFolderMessageEvent_FormActivate() override { Add("activate"); }
+    void frmFolderMessageEvent_FormHelp() override { Add("help"); }
   };
   const auto listener = std::make_shared<Listener>();
   frmFolderMessage form(listener);
@@ -241,6 +265,7 @@ TEST(FrmFolderMessage, AnswersByItsButtonsOnly) {
   EXPECT_EQ(form.Caption(), L" Folder Not Found");
   EXPECT_EQ(form.txtFolderMessage(1).Tag(), L"required");
   form.UserActivated();
+  form.UserAskedForHelp();
   form.txtFolderMessage(0).UserTyped(L"edited", 0, 0);
   form.txtFolderMessage(1).UserEntered();
   form.txtFolderMessage(1).UserTyped(L" name ", 6, 0);
@@ -249,8 +274,8 @@ TEST(FrmFolderMessage, AnswersByItsButtonsOnly) {
   form.cmdFolderMessage(0).UserClicked();
   form.UserClosed();
   EXPECT_EQ(form.txtFolderMessage(1).Text(), L" name ");
-  EXPECT_EQ(listener->log,
-            (Log{"activate", "got 1", "change 1", "lost 1", "down 2 1", "button 0", "button 1"}));
+  EXPECT_EQ(listener->log, (Log{"activate", "help", "got 1", "change 1", "lost 1", "down 2 1",
+                                "button 0", "button 1"}));
 }
 
 class SetupListener final : public frmSetupEvents, public Recorder {
@@ -270,6 +295,7 @@ class SetupListener final : public frmSetupEvents, public Recorder {
   void frmSetupEvent_SetupWebLabelClick(const std::wstring& Caption) override {
     Add("web", Caption);
   }
+  void frmSetupEvent_FormEscape() override { Add("escape"); }
 };
 
 TEST(FrmSetup, RaisesOneEventForEachOfItsControls) {

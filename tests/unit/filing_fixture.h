@@ -70,7 +70,7 @@ class Filing : public ::testing::Test {
 
   // The answer to a question that the next click's main button will ask.
   void AnswerFolderMessage(const std::wstring& caption, const std::wstring& name, int button) {
-    answers_.push_back([=](forms::Form& form) {
+    answers_.push_back([=, this](forms::Form& form) {
       EXPECT_EQ(form.Caption(), caption);
       auto& dialog = dynamic_cast<forms::frmFolderMessage&>(form);
       EXPECT_EQ(dialog.lblWarning().Text(),
@@ -81,7 +81,13 @@ class Filing : public ::testing::Test {
                     : L"You may:\r\n-Edit the name and click 'OK' to save the file.\r\n-Just "
                       L"click 'OK' to overwrite the existing file.\r\n-Click 'Cancel' to return "
                       L"to the Postrove form and modify the file name.");
-      if (!name.empty()) dialog.txtFolderMessage(1).UserTyped(name, 0, 0);
+      forms::Control& box = dialog.txtFolderMessage(1);
+      EXPECT_EQ(box.SelectionLength() + (box.Text().ends_with(L".msg") ? 4 : 0),
+                static_cast<int>(box.Text().size()));
+      dialog.UserAskedForHelp();
+      EXPECT_EQ(product_->utility->OpenedDocuments().back(),
+                L"https://www.postrove.example/PostroveHelp_files/messages.htm");
+      if (!name.empty()) box.UserTyped(name, 0, 0);
       dialog.cmdFolderMessage(button).UserClicked();
     });
   }

@@ -32,12 +32,19 @@ TEST_F(Filing, NewTextMessageIsWrittenThenSent) {
   mail_->item->properties[L"Subject"] = L"";
   Click([](forms::frmPostrove& dialog) {
     EXPECT_NE(dialog.cmdPostrove(0).Text(), L"Save");
-    EXPECT_TRUE(dialog.lblAlert.Visible());  // an empty subject proposes no name
+    const forms::Control& folder = dialog.lblAlert(forms::kFolderLabel);
+    const forms::Control& name = dialog.lblAlert(forms::kNameLabel);
+    EXPECT_FALSE(folder.Visible());
+    EXPECT_TRUE(name.Visible());  // an empty subject proposes no name
+    EXPECT_EQ(name.ForeColor(), forms::kRed);
     EXPECT_EQ(dialog.txtSaveAsName.BackColor(), forms::kYellow);
     TypeProject(dialog);
+    dialog.txtSaveFolder.UserTyped(L"", 0, 0);
     dialog.txtSaveAsName.UserTyped(L"Fee letter", 10, 0);
     EXPECT_EQ(dialog.txtSaveAsName.BackColor(), forms::kSystemWindow);
-    EXPECT_FALSE(dialog.lblAlert.Visible());
+    EXPECT_FALSE(name.Visible());
+    EXPECT_TRUE(folder.Visible());
+    dialog.txtSaveFolder.UserTyped(L"C:\\Corr_Out", 0, 0);
   });
   EXPECT_EQ(saved_, std::vector<std::wstring>{L"C:\\Corr_Out\\Fee letter.msg"});
   EXPECT_EQ(sent_, 1);

@@ -129,6 +129,21 @@ TEST(FormKit, RaisesTheEventsOfVisualBasic) {
          f.UserActivated();
        },
        ""},
+      {"the close box and Esc press the cancel button", [](auto& f) { f.Button().isCancel = true; },
+       [](auto& f) {
+         f.UserClosed();
+         f.UserEscaped();
+         EXPECT_FALSE(f.IsUnloaded());
+       },
+       "button0 click,button0 click,"},
+      {"Esc can mean more than the close box",
+       [](auto& f) {
+         f.Button().isCancel = true;
+         f.onEscape = [&f] { f.Option(0).SetChecked(true); };
+       },
+       [](auto& f) { f.UserEscaped(); }, "option0 click,"},
+      {"F1 presses the help button", [](auto& f) { f.Button().isHelp = true; },
+       [](auto& f) { f.UserAskedForHelp(); }, "button0 click,"},
       {"options exclude each other", [](auto& f) { f.Option(0).UserClicked(); },
        [](auto& f) {
          f.Option(1).UserClicked();
@@ -230,10 +245,6 @@ TEST(FormKit, UnloadsOnceAndCanBeRefused) {
     cancel = ++asked == 1;
     form.Unload();  // within its own event: nothing
   };
-  form.Button().isCancel = true;  // its handler decides
-  form.UserClosed();
-  EXPECT_EQ(asked, 0);
-  form.Button().isCancel = false;
   form.UserClosed();
   EXPECT_FALSE(form.IsUnloaded());
   EXPECT_EQ(view.unloads, 0);

@@ -184,7 +184,7 @@ TEST_F(ProjectData, LabelsReachTheDialogAndADamagedFileCostsNothingElse) {
     auto& dialog = dynamic_cast<forms::frmPostrove&>(form);
     EXPECT_EQ(dialog.lblFolderLabel.Text() + dialog.lblNameLabel.Text(), L"In &Folder: Call it: ");
     dialog.cboPostrove.UserEntered();
-    EXPECT_EQ(dialog.rtfFieldHints.Text(), L"\r\nHint: The Job");
+    EXPECT_EQ(dialog.rtfFieldHints.Text(), L"\r\nHint:The Job");
     dialog.UserClosed();
   });
   product_.Click();

@@ -108,6 +108,11 @@ TEST_F(ProjectDialog, AddsFromScratchAndFilesIntoTheNewFolder) {
                                                            L"New Project", L"C:\\Projects\\"}));
         EXPECT_FALSE(form.chkProjActive.Visible());
         EXPECT_EQ(product_.forms->actions.back(), L"focus txtProjInfo");
+        EXPECT_EQ(form.txtProjInfo(1).SelectionLength(), 11);
+        EXPECT_FALSE(form.lblAlert(0).Visible());
+        form.txtProjInfo(0).UserTyped(L"", 0, 0);
+        EXPECT_TRUE(form.lblAlert(0).Visible());
+        form.txtProjInfo(0).UserTyped(L"2232", 0, 0);
         form.txtProjInfo(1).UserTyped(L"", 0, 0);
         EXPECT_EQ(form.txtProjInfo(1).BackColor(), forms::kYellow);
         form.txtProjInfo(1).UserTyped(L"Bridge", 0, 0);
@@ -115,6 +120,10 @@ TEST_F(ProjectDialog, AddsFromScratchAndFilesIntoTheNewFolder) {
         form.cmdBrowse(0).UserClicked();
         form.cmdProjInfo(forms::kProjInfoHelp).UserClicked();
         EXPECT_FALSE(form.IsUnloaded());
+        EXPECT_EQ(form.rtfFieldHints.Text(), L"");
+        form.lblWebSite.SetText(L"howtouse.htm");
+        form.lblWebSite.UserClicked();
+        EXPECT_EQ(product_.utility->OpenedDocuments().back(), L"https://www.postrove.example");
         form.txtProjInfo(2).UserTyped(L"D:\\Files", 0, 0);
         Save(form);
         EXPECT_TRUE(form.IsUnloaded());
@@ -122,7 +131,7 @@ TEST_F(ProjectDialog, AddsFromScratchAndFilesIntoTheNewFolder) {
   EXPECT_EQ(product_.utility->BrowsePrompts().back(),
             L"Select the Folder for the Project Files and Emails:");
   EXPECT_TRUE(
-      product_.utility->OpenedDocuments().back().ends_with(L"/PostroveHelp_files/howtouse.htm"));
+      product_.utility->OpenedDocuments().at(0).ends_with(L"/PostroveHelp_files/howtouse.htm"));
   EXPECT_EQ(writes_, std::vector<std::wstring>{
                          sql::InsertProject({L"2232", L"Bridge", L"D:\\Files", true}, L"Access")});
   EXPECT_EQ(saved_, std::vector<std::wstring>{L"D:\\Files\\Corr_Out\\Mine.msg"});
@@ -140,6 +149,7 @@ TEST_F(ProjectDialog, EditsTheChosenProjectAndCancelTakesBack) {
     EXPECT_EQ(Fields(form),
               (std::vector<std::wstring>{L"Edit a Project", L"7", L"Harbour", L"D:\\Files\\"}));
     EXPECT_TRUE(form.chkProjActive.Visible() && form.chkProjActive.Checked());
+    EXPECT_EQ(form.txtProjInfo(1).SelectionLength(), 0);
   };
   product_.utility->ExpectMessage();  // nothing is chosen yet
   product_.utility->ExpectMessage();  // a text of no project

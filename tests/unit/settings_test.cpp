@@ -101,9 +101,10 @@ TEST_F(Settings, MovingTheDatabaseKeepsADatedCopy) {
   product_.utility->AddFile(kLocalFolder + L"Moved_By_Postrove20240512.mdb", "from this morning");
   product_.utility->AddFolder(L"S:\\");
   product_.Start();
+  product_.utility->ExpectMessage(MessageAnswer::Yes);
   product_.utility->ExpectMessage();
   Save(4, L"S:\\New");
-  EXPECT_EQ(product_.utility->Messages().at(0),
+  EXPECT_EQ(product_.utility->Messages().back(),
             (ShownMessage{L"You have changed the database location to S:\\New\\.\r\n",
                           L"Postrove Database Location Changed", MessageButtons::Ok,
                           MessageIcon::Information}));
@@ -250,6 +251,7 @@ TEST_F(Settings, MovingTheSettingsThereAndBackTakesEffectAtOnce) {
   product_.utility->AddFile(kLocalIni, "; ours\r\n[Setup]\r\nUseQuillion=0\r\nRoot=P:\\\r\n");
   product_.utility->AddFolder(L"S:\\");
   product_.Start();
+  product_.utility->ExpectMessage(MessageAnswer::Yes);
   Save(5, L"S:\\Set");
   EXPECT_EQ(product_.utility->IniFile(), L"S:\\Set\\Postrove.ini");
   EXPECT_EQ(Ini(),
@@ -257,6 +259,7 @@ TEST_F(Settings, MovingTheSettingsThereAndBackTakesEffectAtOnce) {
             "PostroveSettingsPath=S:\\Set\\\r\n");
   Save(0, L"Q:\\");
   EXPECT_EQ(Ini(L"S:\\Set\\Postrove.ini"), "; ours\r\n[Setup]\r\nUseQuillion=0\r\nRoot=Q:\\\r\n");
+  product_.utility->ExpectMessage(MessageAnswer::Yes);
   Save(5, kLocalFolder);
   EXPECT_EQ(product_.utility->IniFile(), kLocalIni);
   EXPECT_EQ(product_.Controller().Root, L"Q:\\");
@@ -265,6 +268,7 @@ TEST_F(Settings, MovingTheSettingsThereAndBackTakesEffectAtOnce) {
 TEST_F(Settings, SettingsThatAreAllDefaultsCanBeMoved) {
   product_.utility->AddFolder(L"S:\\");
   product_.Start();
+  product_.utility->ExpectMessage(MessageAnswer::Yes);
   Save(5, L"S:\\Set");
   EXPECT_EQ(Ini(L"S:\\Set\\Postrove.ini"), "[Setup]\r\nRoot=C:\\\r\n");
 }

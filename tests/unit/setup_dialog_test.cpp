@@ -1,7 +1,6 @@
 // The defaults setup dialog above the save dialog: checking and storing its fields, the two
 // databases, the way back.
 #include "data/project_sql.h"
-#include "forms/web_site.h"
 #include "gtest/gtest.h"
 #include "support/Product.h"
 
@@ -160,7 +159,12 @@ TEST_F(SetupDialog, FieldsAreStoredAsTheyAreLeft) {
         EXPECT_TRUE(utility_->FolderExists(L"P:\\Made"));
         EXPECT_FALSE(utility_->FolderExists(L"P:\\Misspelt"));
         Enter(setup, 1, L" _ ");
-        Enter(setup, 2, L"::");
+        // A press on Cancel keeps what is left from being stored; a right press is none.
+        for (const int press : {1, 2}) {
+          Controller().frmProjInfoEvent_ButtonMouseDown(1, press, 0, 0, 0);
+          Enter(setup, 2, L"::");
+          EXPECT_EQ(File(kIni).find("SubjDelim") != std::string::npos, press == 2);
+        }
         Enter(setup, 3, L"Mail");
         EXPECT_EQ(setup.txtSetup(3).Text(), L"Mail\\");
         EXPECT_EQ(setup.lblSavePathSample.Text(),
@@ -204,6 +208,10 @@ TEST_F(SetupDialog, ReturnListsWhatIsMissing) {
 }
 
 TEST_F(SetupDialog, TheWorkUnitListCompletesAndTakesNewWords) {
+  const std::string words =
+      "\xEF\xBB\xBFProject\r\nJob\r\nJoint venture\r\n\xC3\x9C"
+      "ber\r\n\xCE\xA9\r\n";
+  utility_->AddFile(kFolder + kTypes, words);
   utility_->AddFile(
       kFolder + L"Postrove.cnt",
       "2\r\nh\r\na|x\r\n[Form]\r\no|own\r\ns|shared\r\n1|1\r\n2|2\r\n3|3\r\n4|DB of a "
@@ -218,6 +226,11 @@ TEST_F(SetupDialog, TheWorkUnitListCompletesAndTakesNewWords) {
         EXPECT_EQ(setup.rtfFieldHints.Text(), L"Hint:\r\nProject");
         combo.UserTyped(L"", 0, 0);
         EXPECT_EQ(setup.lblDelimLabel(0).Text(), L"<Project No.>");
+        for (const auto& [key, word] : {std::pair{0xFC, L"\u00dcber"}, {0x3C9, L"\u03a9"}}) {
+          EXPECT_TRUE(combo.UserPressed(key));
+          EXPECT_EQ(combo.Text(), word);
+          combo.UserTyped(L"", 0, 0);
+        }
         for (const wchar_t c : std::wstring(L"jo")) EXPECT_TRUE(combo.UserPressed(c));
         EXPECT_EQ(combo.Text(), L"Job");
         EXPECT_EQ(setup.lblDelimLabel(0).Text(), L"<Job No.>");
@@ -225,11 +238,11 @@ TEST_F(SetupDialog, TheWorkUnitListCompletesAndTakesNewWords) {
         EXPECT_TRUE(combo.UserPressed(13));
         EXPECT_EQ(product_->forms->actions.back(), L"tab frmSetup");
         EXPECT_FALSE(setup.IsUnloaded());
-        combo.UserTyped(L"Matter", 6, 0);
+        combo.UserTyped(L"Jobs", 4, 0);
         EXPECT_FALSE(combo.UserPressed(8)) << "nothing is being completed";
-        combo.UserLeft();
-        EXPECT_EQ(combo.Items(),
-                  (std::vector<std::wstring>{L"Project", L"Job", L"Joint venture", L"Matter"}));
+        Enter(setup, forms::kSetupWorkType, L"Matter");
+        EXPECT_EQ(combo.Items(), (std::vector<std::wstring>{L"Project", L"Job", L"Joint venture",
+                                                            L"\u00dcber", L"\u03a9", L"Matter"}));
         EXPECT_EQ(setup.lblDelimLabel(1).Text(), L"<Matter>");
         setup.txtSetup(4).UserEntered();
         EXPECT_EQ(setup.rtfFieldHints.Text(), L"***IMPORTANT***:\r\nDB of a Matter");
@@ -238,7 +251,7 @@ TEST_F(SetupDialog, TheWorkUnitListCompletesAndTakesNewWords) {
         EXPECT_EQ(save.lblFormTitle.Text(), L"Postrove Matter EMail and File Location");
         EXPECT_EQ(save.lblProjectLabel.Text(), L"Matter: ");
       });
-  EXPECT_EQ(File(kFolder + kTypes), "Project\r\nJob\r\nJoint venture\r\nMatter\r\n");
+  EXPECT_EQ(File(kFolder + kTypes), words + "Matter\r\n");
   EXPECT_EQ(File(kIni), "[Setup]\r\nWorkUnit=Matter\r\n");
   EXPECT_EQ(product_->forms->actions.back(), L"focus cboPostrove");
 }
@@ -248,8 +261,11 @@ TEST_F(SetupDialog, OwnAndSharedDatabase) {
   utility_->AddFile(shared,
                     "[FilePathsPrj]\r\n1=S:\\Prj\r\n[Setup]\r\nSubjDelim=##\r\n"
                     "EmailFolder=Mail\\\r\n");
+  utility_->AddFile(kFolder + L"Postrove.cnt",
+                    "2\r\nh\r\n[Form]\r\no|own\r\ns|shared\r\n[Form]\r\n");
   const auto check = [](forms::frmSetup& setup, bool sibling) {
     SCOPED_TRACE(sibling);
+    EXPECT_EQ(setup.rtfFieldHints.Text(), sibling ? L"Hint:\r\nshared" : L"Hint:\r\nown");
     EXPECT_EQ(setup.optDbType(forms::kSetupSiblingDb).Checked(), sibling);
     for (const int field : {0, 4}) {
       EXPECT_EQ(setup.txtSetup(field).Locked(), sibling);
@@ -273,6 +289,7 @@ TEST_F(SetupDialog, OwnAndSharedDatabase) {
         setup.optDbType(forms::kSetupSiblingDb).UserClicked();
         check(setup, true);
         Enter(setup, 1, L"_");
+        setup.txtSetup(0).UserEntered();
         utility_->SetReadOnly(kIni);
         utility_->ExpectMessage();
         setup.optDbType(forms::kSetupOwnDb).UserClicked();
@@ -323,6 +340,16 @@ TEST_F(SetupDialog, DatabaseAndSettingsMoveFromTheirFields) {
     Enter(setup, 4, L"S:\\Taken");
     EXPECT_EQ(setup.txtSetup(4).Text(), kFolder);
     EXPECT_EQ(File(kIni), "(none)");
+    utility_->ExpectMessage(MessageAnswer::No);
+    Enter(setup, 4, L"S:\\Db");
+    EXPECT_EQ(setup.txtSetup(4).Text(), kFolder);
+    EXPECT_EQ(File(kFolder + L"Postrove.mdb"), "rows");
+    EXPECT_EQ(utility_->Messages().back(),
+              (ShownMessage{L"Do you want to move the database from \"" + kFolder +
+                                L"\" to \"S:\\Db\\\"?\r\n\r\nEverybody who uses it will find it "
+                                L"there. Ask them to close Outlook first.",
+                            L"Move the Database", MessageButtons::YesNo, MessageIcon::Question}));
+    utility_->ExpectMessage(MessageAnswer::Yes);
     utility_->ExpectMessage();
     Enter(setup, 4, L"S:\\Db");
     EXPECT_EQ(setup.txtSetup(4).Text(), L"S:\\Db\\");
@@ -345,13 +372,38 @@ TEST_F(SetupDialog, DatabaseAndSettingsMoveFromTheirFields) {
     EXPECT_EQ(setup.txtSetup(0).Text(), L"P:\\Jobs\\");
     EXPECT_EQ(setup.cboWorkType.Text(), L"Job");
     EXPECT_EQ(setup.lblDelimLabel(1).Text(), L"<Job>");
+
+    // Back again: as well a question, which tells whose letter it is.
+    utility_->SetDriveType(L"C:\\", DriveKind::Network);
+    utility_->ExpectMessage(MessageAnswer::No);
+    Enter(setup, 5, kFolder);
+    EXPECT_EQ(setup.txtSetup(5).Text(), L"S:\\Set\\");
+    EXPECT_EQ(
+        utility_->Messages().back(),
+        (ShownMessage{L"Do you want to move the settings from \"S:\\Set\\\" to \"" + kFolder +
+                          L"\"?\r\n\r\nThey are kept there from now on.\r\n\r\nC: is a network "
+                          L"drive: everybody who uses that folder needs this letter for it.",
+                      L"Move the Settings", MessageButtons::YesNo, MessageIcon::Question}));
   });
   EXPECT_NE(File(kIni).find("PostroveSettingsPath=S:\\Set\\\r\n"), std::string::npos);
 }
 
+TEST_F(SetupDialog, EscapeForgetsWhatIsNotStored) {
+  Use([&](forms::frmSetup& setup) {
+    utility_->ExpectMessage();
+    Enter(setup, 1, L"");
+    setup.txtSetup(4).UserEntered();
+    setup.txtSetup(4).UserTyped(L"S:\\Db", 5, 0);
+    setup.UserEscaped();
+    EXPECT_TRUE(setup.IsUnloaded());
+    EXPECT_EQ(setup.txtSetup(4).Text(), kFolder);
+  });
+  EXPECT_EQ(File(kIni), "(none)");
+}
+
 TEST_F(SetupDialog, BrowsedFoldersAreCheckedAndStoredAtOnce) {
   utility_->SetDriveType(L"E:\\", DriveKind::CdRom);
-  Use([&](forms::frmSetup& setup) {
+  const auto inSetup = [&](forms::frmSetup& setup) {
     for (const wchar_t* chosen : {L"", L"C:\\"}) {  // a drive has no name of a sub-folder
       utility_->ExpectBrowse(chosen);
       setup.cmdBrowse(forms::kSetupBrowseEmailFolder).UserClicked();
@@ -369,8 +421,13 @@ TEST_F(SetupDialog, BrowsedFoldersAreCheckedAndStoredAtOnce) {
     }
     for (const int field : {5, 4}) setup.txtSetup(field).UserTyped(kFolder, 0, 0);
     setup.cmdSetup(forms::kSetupHelp).UserClicked();
+    setup.lblWebSite(0).SetText(L"Http://elsewhere.example");
     for (const int site : {0, 1}) setup.lblWebSite(site).UserClicked();
     EXPECT_FALSE(setup.IsUnloaded());
+  };
+  Use(inSetup, [](forms::frmPostrove& save) {
+    save.lblWebSite.SetText(L"httpd");
+    save.lblWebSite.UserClicked();
   });
   EXPECT_EQ(File(kIni), "[Setup]\r\nEmailFolder=Mail\\\r\nRoot=P:\\Jobs\\\r\n");
   EXPECT_EQ(utility_->BrowsePrompts(),
@@ -378,10 +435,10 @@ TEST_F(SetupDialog, BrowsedFoldersAreCheckedAndStoredAtOnce) {
                 L"Select Default Email Folder:", L"Select Default Email Folder:",
                 L"Select Default Email Folder:", L"Select Default Root Folder:",
                 L"Select the Postrove Database Location:", L"Select the Settings File Location:"}));
-  const std::wstring site = forms::kWebSite;
+  const std::wstring site = L"https://www.postrove.example";
   EXPECT_EQ(utility_->OpenedDocuments(),
-            (std::vector<std::wstring>{site + L"/PostroveHelp_files/programsetup.htm", site,
-                                       L"Find Out About Quillion"}));
+            (std::vector<std::wstring>{site + L"/PostroveHelp_files/programsetup.htm",
+                                       L"Http://elsewhere.example", site, site}));
 }
 
 TEST_F(SetupDialog, WhatTheUserEnteredInTheSaveDialogStays) {
@@ -450,7 +507,7 @@ TEST_F(SetupDialog, FailingFilesLoseNothing) {
       utility_->AddFile(kIni, "[Setup]\r\nUseQuillion=0\r\nRoot=C:\\\r\n");
       utility_->AddFolder(kQuillion);
       product_->Start();
-      utility_->AnswerTheRest();
+      utility_->AnswerTheRest(MessageAnswer::Yes);
       Use([&](forms::frmSetup& setup) {
         const int before = utility_->FileOperations();
         if (n > 0) utility_->FailFileOperation(n);

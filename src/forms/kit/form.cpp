@@ -52,11 +52,28 @@ bool Form::Unload() {
   return true;
 }
 
-void Form::UserClosed() {
+bool Form::Press(bool Control::*role) {
   for (const auto& control : controls_) {
-    if (control->isCancel) return control->UserClicked();
+    if (!(control.get()->*role)) continue;
+    control->UserClicked();  // may destroy the form
+    return true;
   }
-  Unload();
+  return false;
+}
+
+void Form::UserClosed() {
+  if (!Press(&Control::isCancel)) Unload();
+}
+
+void Form::UserEscaped() {
+  if (unloaded_) return;
+  if (const auto handler = onEscape) return handler();
+  UserClosed();
+}
+
+void Form::UserAskedForHelp() {
+  if (Press(&Control::isHelp) || unloaded_) return;
+  if (const auto handler = onHelp) handler();
 }
 
 void Form::UserActivated() {

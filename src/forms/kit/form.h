@@ -51,14 +51,22 @@ class Form {
   // Expires when the form is destroyed: lets a caller of an event see whether its handler did it.
   std::weak_ptr<const void> Life() const { return life_; }
 
-  // The user closes the window by its title bar, Alt+F4 or Esc: a click of the cancel button, whose
-  // handler unloads; without such a button the same as Unload.
+  // The user closes the window by its title bar or Alt+F4: the cancel button is pressed; a form
+  // without one is unloaded.
   void UserClosed();
+
+  // Esc: onEscape is raised; a form for which that means nothing of its own is closed by it.
+  void UserEscaped();
+
+  // F1: the help button is pressed; a form without one raises onHelp.
+  void UserAskedForHelp();
 
   // The form was shown, or another form was left for it.
   void UserActivated();
 
   std::function<void()> onActivate;
+  std::function<void()> onEscape;
+  std::function<void()> onHelp;
   std::function<void(bool& cancel)> onUnload;
 
   // At most one view. Throws Error 5 when there is one already, or when the form was unloaded.
@@ -70,6 +78,8 @@ class Form {
   Control& Add(ControlKind kind, std::wstring name, int index, Box place, std::wstring text = {});
 
  private:
+  bool Press(bool Control::*role);
+
   const std::wstring name_;
   const int width_;
   const int height_;

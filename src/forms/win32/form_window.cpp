@@ -318,13 +318,13 @@ void FormWindow::PressEnter() {
 void FormWindow::PressEscape() {
   ControlWindow* const focused = Focused();
   if (focused && focused->ListIsDown()) return focused->CloseListBy(VK_ESCAPE);
-  if (focused && focused->Pressed(VK_ESCAPE)) return;
   const HostDpiScope host;
-  if (form_) form_->UserClosed();
+  if (form_) form_->UserEscaped();
 }
 
 void FormWindow::PressHelp() {
-  if (ControlWindow* const help = ButtonFor(&Control::isHelp)) help->Click();
+  const HostDpiScope host;
+  if (form_) form_->UserAskedForHelp();
 }
 
 void FormWindow::Close() {

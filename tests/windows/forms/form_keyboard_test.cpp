@@ -76,9 +76,9 @@ TEST_F(FormKeyboard, OpensWithItsFirstFieldActive) {
 TEST_F(FormKeyboard, TabsThroughTheFieldsInOrder) {
   Use([&](Dialog& dialog) {
     for (const Control* control :
-         {&form.cmdPostrove(kAddProjectButton), &form.cmdPostrove(kEditProjectButton),
-          &form.txtSaveFolder, &form.cmdPostrove(kBrowseFolderButton), &form.txtSaveAsName,
+         {&form.txtSaveFolder, &form.cmdPostrove(kBrowseFolderButton), &form.txtSaveAsName,
           &form.cmdPostrove(kMainButton), &form.cmdPostrove(kCloseButton),
+          &form.cmdPostrove(kAddProjectButton), &form.cmdPostrove(kEditProjectButton),
           &form.cmdPostrove(kDefaultsButton), &form.cmdPostrove(kHelpButton), &form.lblWebSite,
           &form.cboPostrove}) {
       PostMessageW(dialog.Focus(), WM_KEYDOWN, VK_TAB, 1);
@@ -89,8 +89,8 @@ TEST_F(FormKeyboard, TabsThroughTheFieldsInOrder) {
   const Events events = UserEvents();
   ASSERT_EQ(events.size(), 22u);
   EXPECT_EQ((Events{events.begin(), events.begin() + 6}),
-            (Events{"cboPostrove lost", "cmdPostrove2 got", "cmdPostrove2 lost", "cmdPostrove8 got",
-                    "cmdPostrove8 lost", "txtSaveFolder got"}));
+            (Events{"cboPostrove lost", "txtSaveFolder got", "txtSaveFolder lost",
+                    "cmdPostrove1 got", "cmdPostrove1 lost", "txtSaveAsName got"}));
 }
 
 // A field learns that it was left before the button acts on what it held.
@@ -198,13 +198,13 @@ TEST_F(FormKeyboard, GivesKeysToTheModelBeforeTheText) {
     dialog.Type(form.cboPostrove, L"axb");
     WaitForEvent("cboPostrove change ab");
     dialog.Press(form.cboPostrove, VK_RETURN);
-    WaitForEvent("cmdPostrove2 got");
+    WaitForEvent("txtSaveFolder got");
   });
   EXPECT_EQ(keys, (std::vector<int>{'a', 'x', 'b', 13}));
   EXPECT_FALSE(log.Has("cmdPostrove0 click"));
   const Events events = UserEvents();
   EXPECT_EQ((Events{events.end() - 3, events.end()}),
-            (Events{"enter", "cboPostrove lost", "cmdPostrove2 got"}));
+            (Events{"enter", "cboPostrove lost", "txtSaveFolder got"}));
 }
 
 // A press on Cancel is known before the field that is being left would check itself.
@@ -249,6 +249,7 @@ TEST(FolderMessage, IsCancelledByItsTitleBar) {
   Record(form, log);
   form.txtFolderMessage(0).SetText(L"The file \r\n\"a\"\r\n already exists.");
   form.onActivate = [&] { host->SetFocus(form.txtFolderMessage(1)); };
+  form.onHelp = [&] { log.Add("help"); };
   const DialogUser user([&] {
     const Dialog dialog(form.Caption());
     WaitFor("the name's focus", [&] { return log.Has("txtFolderMessage1 got"); });
@@ -257,6 +258,8 @@ TEST(FolderMessage, IsCancelledByItsTitleBar) {
     dialog.Type(form.txtFolderMessage(0), L"q");
     dialog.Type(form.txtFolderMessage(1), L" ");
     WaitFor("the typed blank", [&] { return form.txtFolderMessage(1).Text().front() == L' '; });
+    dialog.Press(form.txtFolderMessage(1), VK_F1);
+    WaitFor("the help", [&] { return log.Has("help"); });
     PostMessageW(dialog.Window(), WM_SYSCOMMAND, SC_CLOSE, 0);
     dialog.WaitForEnd();
   });
@@ -305,7 +308,6 @@ TEST(OptionButtons, AreChosenByTheArrowKeysAndNotByTheFirstFocus) {
   Control& sibling = form.optDbType(kSetupSiblingDb);
   sibling.SetChecked(true);
   Record(form, log);
-  form.cmdSetup(kSetupReturn).onClick = [&] { form.Unload(); };
   const auto marked = [](const Dialog& dialog, const Control& option) {
     return SendMessageW(dialog.Item(option), BM_GETCHECK, 0, 0) == BST_CHECKED;
   };
@@ -320,9 +322,13 @@ TEST(OptionButtons, AreChosenByTheArrowKeysAndNotByTheFirstFocus) {
     WaitFor("the marks", [&] { return marked(dialog, own) && !marked(dialog, sibling); });
     dialog.Press(own, VK_TAB);
     dialog.WaitForFocus(form.txtSetup(kSetupDatabase));
-    dialog.Press(form.txtSetup(kSetupDatabase), VK_ESCAPE);
+    WaitFor("the field", [&] { return log.Has("txtSetup4 got"); });
+    dialog.Close();
   });
   host->ShowModal(form);
+  const Events all = log.All();
+  EXPECT_EQ((Events{all.end() - 4, all.end()}),
+            (Events{"txtSetup4 lost", "cmdSetup0 got", "cmdSetup0 click", "unload"}));
   EXPECT_TRUE(own.Checked());
   EXPECT_FALSE(sibling.Checked());
 }
@@ -359,8 +365,7 @@ void CheckKeyboard(Form& form, const std::vector<Stop>& stops, Control& cancel) 
       dialog.WaitForFocus(stops[i].control);
     }
     done = true;
-    PostMessageW(dialog.Focus(), WM_KEYDOWN, VK_ESCAPE, 1);
-    dialog.WaitForEnd();
+    dialog.Close();
   });
   host->ShowModal(form);
 }

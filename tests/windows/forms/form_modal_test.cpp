@@ -324,7 +324,7 @@ TEST_F(FormModal, RunsHandlersInTheHostsDpiMode) {
   form->cboPostrove.SetItems({L"Alpha", L"Beta"});
   OnMain() = [&] {
     note();
-    form->lblAlert.SetVisible(true);
+    form->lblAlert(kNameLabel).SetVisible(true);
     host->DropDownList(form->cboPostrove);
     note();
     EXPECT_EQ(kind(of(GetActiveWindow())), kPerMonitor);

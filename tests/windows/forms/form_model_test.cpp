@@ -67,12 +67,12 @@ TEST_F(FormModel, AppliesEveryLaterChange) {
         form.txtSaveFolder.SetLocked(true);
         form.rtfFieldHints.SetText(L"\r\nHint: x");
         form.lblVersion.SetText(L"1.0 0");
-        form.lblAlert.SetVisible(true);
+        form.lblAlert(kNameLabel).SetVisible(true);
         form.cmdPostrove(kEditProjectButton).SetEnabled(false);
         form.cmdPostrove(kMainButton).SetText(L"Save");
-        Box place = form.lblAlert.Place();
+        Box place = form.lblAlert(kNameLabel).Place();
         place.left += 1440;
-        form.lblAlert.SetPlace(place);
+        form.lblAlert(kNameLabel).SetPlace(place);
         form.cboPostrove.SetItems({L"A: 1"});
         form.cboPostrove.AddItem(L"B: 2");
         form.cboPostrove.SetListIndex(1);
@@ -86,11 +86,11 @@ TEST_F(FormModel, AppliesEveryLaterChange) {
         EXPECT_NE(GetWindowLongPtrW(folder, GWL_STYLE) & ES_READONLY, 0);
         EXPECT_NE(dialog.TextOf(form.rtfFieldHints).find(L"Hint: x"), std::wstring::npos);
         EXPECT_EQ(dialog.TextOf(form.lblVersion), L"1.0 0");
-        EXPECT_TRUE(IsWindowVisible(dialog.Item(form.lblAlert)));
+        EXPECT_TRUE(IsWindowVisible(dialog.Item(form.lblAlert(kNameLabel))));
         EXPECT_FALSE(IsWindowEnabled(dialog.Item(form.cmdPostrove(kEditProjectButton))));
         EXPECT_EQ(dialog.TextOf(form.cmdPostrove(kMainButton)), L"&Save");
         EXPECT_EQ(dialog.TextOf(form.cboPostrove), L"B: 2");
-        GetWindowRect(dialog.Item(form.lblAlert), &before);
+        GetWindowRect(dialog.Item(form.lblAlert(kNameLabel)), &before);
         RECT button;
         GetWindowRect(dialog.Item(form.cmdPostrove(kEditProjectButton)), &button);
         // The design puts the marker 75 twips beside the button.
@@ -123,9 +123,9 @@ TEST_F(FormModel, ShowsReadableColors) {
   const struct {
     Color text, ground;
     COLORREF shown;
-  } kCases[] = {{kBlack, kYellow, RGB(0, 0, 0)},         {kWhite, kYellow, RGB(0, 0, 0)},
-                {kRed, kYellow, RGB(255, 0, 0)},         {kRed, kBlack, RGB(255, 255, 255)},
-                {kBlue, kBlack, RGB(255, 255, 255)},     {kBlue, kWhite, RGB(0, 102, 204)}};
+  } kCases[] = {{kBlack, kYellow, RGB(0, 0, 0)},     {kWhite, kYellow, RGB(0, 0, 0)},
+                {kRed, kYellow, RGB(255, 0, 0)},     {kRed, kBlack, RGB(255, 255, 255)},
+                {kBlue, kBlack, RGB(255, 255, 255)}, {kBlue, kWhite, RGB(0, 102, 204)}};
   Show([] {},
        [&](Dialog& dialog) {
          const HWND name = dialog.Item(form.txtSaveAsName);

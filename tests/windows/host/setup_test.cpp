@@ -120,6 +120,7 @@ TEST_F(Setup, TheDatabaseMovesOnceNobodyHasItOpen) {
   const std::wstring place = folder_.Path();
   Run([&](const Window& setup) {
     setup.Enter(L"Database Location", place);
+    Window(L"Move the Database").Press(L"Yes");
     Window(L"Postrove").Press(L"OK");
     WaitFor("the old folder", [&] { return setup.Value(L"Database Location") == kData; });
     EXPECT_EQ(Text(kIni), "(none)");
@@ -127,6 +128,7 @@ TEST_F(Setup, TheDatabaseMovesOnceNobodyHasItOpen) {
     EXPECT_FALSE(Exists(place + L"Postrove.mdb"));
     CloseHandle(inUse);
     setup.Enter(L"Database Location", place);
+    Window(L"Move the Database").Press(L"Yes");
     Window(L"Postrove Database Location Changed").Press(L"OK");
     WaitFor("the new folder", [&] { return TopDialog() && TextOf(TopDialog()) == kSetup; });
     EXPECT_EQ(setup.Value(L"Database Location"), place);
