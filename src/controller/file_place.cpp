@@ -1,5 +1,7 @@
 #include "controller/file_place.h"
 
+#include <utility>
+
 #include "shared/file_name.h"
 #include "shared/text.h"
 
