@@ -93,18 +93,20 @@ void clsPostrove::FillSaveLabels(forms::frmPostrove& form) const {
 }
 
 void clsPostrove::ArrangeByMode(forms::frmPostrove& form) const {
-  const auto moveTo = [](forms::Control& label, int left) {
+  const auto moveTo = [](forms::Control& label, int left, int width) {
     forms::Box place = label.Place();
-    place.width += place.left - left;
     place.left = left;
+    place.width = width;
     label.SetPlace(place);
   };
   // Projects are added in Quillion where its data is shared. Title and link then stand in the
   // column of the fields, which tells at a glance whose projects these are.
   form.cmdPostrove(forms::kAddProjectButton).SetVisible(!useQuillion_);
   const int margin = form.lblProjectLabel.Place().left;
-  moveTo(form.lblFormTitle, useQuillion_ ? form.cboPostrove.Place().left : margin);
-  moveTo(form.lblWebSite, useQuillion_ ? form.txtSaveAsName.Place().left : margin);
+  const int left = useQuillion_ ? form.cboPostrove.Place().left : margin;
+  const forms::Box title = form.lblFormTitle.Place();
+  moveTo(form.lblFormTitle, left, title.left + title.width - left);
+  moveTo(form.lblWebSite, left, form.lblWebSite.Place().width);
 }
 
 void clsPostrove::ArrangeForm(forms::frmPostrove& form) const {

@@ -308,6 +308,8 @@ TEST_F(SetupDialog, OwnAndSharedDatabase) {
       },
       [](forms::frmPostrove& save) {
         EXPECT_FALSE(save.cmdPostrove(forms::kAddProjectButton).Visible());
+        EXPECT_EQ(save.lblFormTitle.Place(), (forms::Box{1620, 195, 6870, 330}));
+        EXPECT_EQ(save.lblWebSite.Place(), (forms::Box{1620, 4425, 3300, 240}));
         save.cboPostrove.UserPicked(0);
         EXPECT_EQ(save.txtSaveFolder.Text(), L"S:\\Prj\\2231\\Mail\\");
       });
