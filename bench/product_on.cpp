@@ -45,8 +45,9 @@ ProductOn::ProductOn(const std::wstring& folder) {
 }
 
 std::size_t ReadBare(const clsDatabase& database) {
-  const ComPtr<ICommandText> command = ole_db::CreateCommand(
-      ConnectionCandidates(database), sql::ListProjects(database.DbType), L"ReadBare()");
+  std::vector<ConnectionCandidate> candidates = ConnectionCandidates(database);
+  const ComPtr<ICommandText> command =
+      ole_db::CreateCommand(candidates, sql::ListProjects(database.DbType), L"ReadBare()");
   ComPtr<IUnknown> result;
   Check(command->Execute(nullptr, IID_IRowset, nullptr, nullptr, result.GetAddressOf()));
   const auto rowset = Query<IRowset>(result.Get(), IID_IRowset);

@@ -16,20 +16,36 @@ constexpr std::wstring_view kPlainServices = L"-4";
 // Seconds. Outlook stands still while a server is looked for.
 constexpr std::wstring_view kConnectTimeout = L"5";
 
-ConnectionCandidate Compose(std::wstring provider, const Properties& properties) {
+std::wstring Compose(std::wstring_view provider, const Properties& properties) {
   std::wstring text = L"Provider=" + QuoteConnectionValue(provider);
   for (const auto& [name, value] : properties) {
     text.append(L";").append(name).append(L"=") += QuoteConnectionValue(value);
   }
-  return {std::move(provider), std::move(text)};
+  return text;
 }
 
 ConnectionCandidate ForAccess(std::wstring provider, const clsDatabase& database) {
-  Properties properties{{L"Data Source", database.DBFullPath}};
-  if (!database.UID.empty()) properties.emplace_back(L"User ID", database.UID);
-  properties.emplace_back(L"Password", database.Pwd);
-  properties.emplace_back(L"OLE DB Services", kPlainServices);
-  return Compose(std::move(provider), properties);
+  constexpr wchar_t kAdmin[] = L"Admin";
+  ConnectionCandidate candidate{std::move(provider), {}};
+  const auto add = [&](std::wstring_view user, std::wstring_view password,
+                       std::wstring_view databasePassword, const std::wstring& name) {
+    Properties properties{{L"Data Source", database.DBFullPath}};
+    if (!user.empty()) properties.emplace_back(L"User ID", user);
+    properties.emplace_back(L"Password", password);
+    if (!databasePassword.empty()) {
+      properties.emplace_back(L"Jet OLEDB:Database Password", databasePassword);
+    }
+    properties.emplace_back(L"OLE DB Services", kPlainServices);
+    candidate.logins.push_back({Compose(candidate.provider, properties), name});
+  };
+  const bool isAdmin = database.UID.empty() || text::EqualsIgnoreCase(database.UID, kAdmin);
+  const bool hasPassword = !database.Pwd.empty();
+  add(database.UID, database.Pwd, {},
+      L"the user " + text::Quoted(database.UID) + (hasPassword ? L" with" : L" without") +
+          L" a password");
+  if (hasPassword) add(kAdmin, {}, database.Pwd, L"Admin, with that password as the database's");
+  if (hasPassword || !isAdmin) add(kAdmin, {}, {}, L"Admin without a password");
+  return candidate;
 }
 
 ConnectionCandidate ForSqlServer(std::wstring provider, const clsDatabase& database) {
@@ -45,7 +61,8 @@ ConnectionCandidate ForSqlServer(std::wstring provider, const clsDatabase& datab
     // Without it newer column types arrive in forms that a VARIANT does not have.
     properties.emplace_back(L"DataTypeCompatibility", L"80");
   }
-  return Compose(std::move(provider), properties);
+  std::wstring connectionString = Compose(provider, properties);
+  return {std::move(provider), {{std::move(connectionString), {}}}};
 }
 
 }  // namespace

@@ -6,7 +6,6 @@
 #include <oledberr.h>
 #include <wrl/client.h>
 
-#include <atomic>
 #include <utility>
 
 #include "oledb/error.h"
@@ -16,17 +15,13 @@ namespace standin {
 using Microsoft::WRL::ComPtr;
 
 // The objects of this provider that are alive; the module cannot be unloaded while there are any.
-inline std::atomic<long> openObjects{0};
+inline long openObjects = 0;
 
 // The identifier of an interface, for headers that do not declare it for __uuidof.
 template <typename Interface>
 inline constexpr const IID* kIid = nullptr;
 template <>
 inline constexpr const IID* kIid<IClassFactory> = &IID_IClassFactory;
-template <>
-inline constexpr const IID* kIid<IPersist> = &IID_IPersist;
-template <>
-inline constexpr const IID* kIid<ISupportErrorInfo> = &IID_ISupportErrorInfo;
 template <>
 inline constexpr const IID* kIid<IDBInitialize> = &IID_IDBInitialize;
 template <>
@@ -35,8 +30,6 @@ template <>
 inline constexpr const IID* kIid<IDBCreateSession> = &IID_IDBCreateSession;
 template <>
 inline constexpr const IID* kIid<IDBCreateCommand> = &IID_IDBCreateCommand;
-template <>
-inline constexpr const IID* kIid<IGetDataSource> = &IID_IGetDataSource;
 template <>
 inline constexpr const IID* kIid<ICommandText> = &IID_ICommandText;
 template <>
@@ -48,9 +41,9 @@ inline constexpr const IID* kIid<IColumnsInfo> = &IID_IColumnsInfo;
 template <>
 inline constexpr const IID* kIid<IRowset> = &IID_IRowset;
 
-// Identity, counting and error support of an object with these interfaces. Made by Make only.
+// Identity and counting of an object with these interfaces, for one thread. Made by Give only.
 template <typename First, typename... Others>
-class ComObject : public First, public Others..., public ISupportErrorInfo {
+class ComObject : public First, public Others... {
  public:
   ComObject() { ++openObjects; }
   ComObject(const ComObject&) = delete;
@@ -65,20 +58,11 @@ class ComObject : public First, public Others..., public ISupportErrorInfo {
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
     if (!object) return E_INVALIDARG;
-    *object = nullptr;
-    if (iid == IID_IUnknown) {
-      *object = static_cast<First*>(this);
-    } else {
-      (Is<First>(iid, object) || ... || Is<Others>(iid, object)) ||
-          Is<ISupportErrorInfo>(iid, object);
-    }
+    *object = iid == IID_IUnknown ? static_cast<First*>(this) : nullptr;
+    (*object || ... || Is<Others>(iid, object)) || Is<First>(iid, object);
     if (!*object) return E_NOINTERFACE;
     AddRef();
     return S_OK;
-  }
-
-  HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID iid) override {
-    return iid == *kIid<First> || (... || (iid == *kIid<Others>)) ? S_OK : S_FALSE;
   }
 
  protected:
@@ -92,12 +76,14 @@ class ComObject : public First, public Others..., public ISupportErrorInfo {
     return true;
   }
 
-  std::atomic<ULONG> references_{0};
+  ULONG references_ = 0;
 };
 
+// Hands a new object out by one of its interfaces.
 template <typename Object, typename... Arguments>
-ComPtr<Object> Make(Arguments&&... arguments) {
-  return ComPtr<Object>(new Object(std::forward<Arguments>(arguments)...));
+HRESULT Give(REFIID iid, void** object, Arguments&&... arguments) {
+  return ComPtr<Object>(new Object(std::forward<Arguments>(arguments)...))
+      ->QueryInterface(iid, object);
 }
 
 }  // namespace standin

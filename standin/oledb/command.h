@@ -1,41 +1,34 @@
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "oledb/com_object.h"
-#include "oledb/properties.h"
+#include "oledb/odbc.h"
 
 namespace standin {
 
-class Session;
-
-// A statement and what its rows are to be like. Neither can change while a rowset of it is open.
+// A statement, which is run once or more.
 class Command : public ComObject<ICommandText, ICommandProperties> {
  public:
-  explicit Command(ComPtr<Session> session);
+  explicit Command(std::shared_ptr<Connection> connection) : connection_(std::move(connection)) {}
 
-  void RowsetOpened() { ++openRowsets_; }
-  void RowsetClosed() { --openRowsets_; }
-
-  // Also ICommand, from which ICommandText derives.
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override;
-
-  HRESULT STDMETHODCALLTYPE Cancel() override;
+  HRESULT STDMETHODCALLTYPE Cancel() override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE Execute(IUnknown* outer, REFIID iid, DBPARAMS* parameters,
                                     DBROWCOUNT* affected, IUnknown** rowset) override;
-  HRESULT STDMETHODCALLTYPE GetDBSession(REFIID iid, IUnknown** session) override;
-  HRESULT STDMETHODCALLTYPE GetCommandText(GUID* dialect, LPOLESTR* text) override;
+  HRESULT STDMETHODCALLTYPE GetDBSession(REFIID, IUnknown**) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetCommandText(GUID*, LPOLESTR*) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE SetCommandText(REFGUID dialect, LPCOLESTR text) override;
 
-  HRESULT STDMETHODCALLTYPE GetProperties(const ULONG count, const DBPROPIDSET asked[],
-                                          ULONG* gotCount, DBPROPSET** got) override;
+  HRESULT STDMETHODCALLTYPE GetProperties(const ULONG, const DBPROPIDSET[], ULONG*,
+                                          DBPROPSET**) override {
+    return E_NOTIMPL;
+  }
   HRESULT STDMETHODCALLTYPE SetProperties(ULONG count, DBPROPSET sets[]) override;
 
  private:
-  ComPtr<Session> session_;
+  const std::shared_ptr<Connection> connection_;
   std::wstring text_;
-  Properties properties_;
-  std::atomic<long> openRowsets_{0};
 };
 
 }  // namespace standin

@@ -3,9 +3,9 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 
-#include "oledb/provider_class.h"
-#include "oledb/session.h"
+#include "oledb/command.h"
 
 namespace standin {
 
@@ -52,73 +52,92 @@ void CheckFile(const std::wstring& path) {
   }
 }
 
+std::wstring Setting(const std::wstring& file, const wchar_t* section, const wchar_t* key,
+                     const wchar_t* otherwise) {
+  wchar_t text[256];
+  GetPrivateProfileStringW(section, key, otherwise, text, static_cast<DWORD>(std::size(text)),
+                           file.c_str());
+  return text;
+}
+
 }  // namespace
 
-DataSource::DataSource()
-    : properties_(DBPROPSET_DBINIT,
-                  {{DBPROP_INIT_DATASOURCE, VT_BSTR, true, {}},
-                   {DBPROP_AUTH_USERID, VT_BSTR, true, {}},
-                   {DBPROP_AUTH_PASSWORD, VT_BSTR, true, {}},
-                   {DBPROP_AUTH_CACHE_AUTHINFO, VT_BOOL, true, {}},
-                   {DBPROP_AUTH_PERSIST_SENSITIVE_AUTHINFO, VT_BOOL, true, {}},
-                   {DBPROP_INIT_MODE, VT_I4, true, {}},
-                   {DBPROP_INIT_PROMPT, VT_I2, true, {}},
-                   {DBPROP_INIT_HWND, sizeof(void*) == 8 ? VT_I8 : VT_I4, true, {}},
-                   {DBPROP_INIT_LCID, VT_I4, true, {}},
-                   {DBPROP_INIT_OLEDBSERVICES, VT_I4, true, {}},
-                   {DBPROP_INIT_PROVIDERSTRING, VT_BSTR, true, {}}}) {}
+void DataSource::CheckLogin(const std::wstring& path) {
+  constexpr wchar_t kNone[] = L"\n";
+  const std::wstring logins = path + L".logins";
+  const std::wstring given = texts_[DBPROP_AUTH_USERID];
+  const std::wstring user = given.empty() ? L"Admin" : given;
+  const bool isAdmin = lstrcmpiW(user.c_str(), L"Admin") == 0;
+  const std::wstring password = Setting(logins, L"Users", user.c_str(), isAdmin ? L"" : kNone);
+  if (password == kNone && GetFileAttributesW(logins.c_str()) == INVALID_FILE_ATTRIBUTES) {
+    throw ProviderError(DB_SEC_E_AUTH_FAILED,
+                        L"Cannot start your application. The workgroup information file is missing "
+                        L"or opened exclusively by another user.");
+  }
+  if (password != texts_[DBPROP_AUTH_PASSWORD]) {
+    throw ProviderError(DB_SEC_E_AUTH_FAILED, L"Not a valid account name or password.");
+  }
+  const std::wstring ofDatabase = Setting(logins, L"Database", L"Password", L"");
+  // Wine's service components hand on what they do not know as it stands.
+  if (!ofDatabase.empty() &&
+      texts_[DBPROP_INIT_PROVIDERSTRING] != L"Jet OLEDB:Database Password=" + ofDatabase) {
+    throw ProviderError(DB_SEC_E_AUTH_FAILED, L"Not a valid password.");
+  }
+}
 
 HRESULT DataSource::Initialize() {
-  return Entry(IID_IDBInitialize, [&]() -> HRESULT {
+  return Entry("Initialize", [&]() -> HRESULT {
     if (connection_) return DB_E_ALREADYINITIALIZED;
-    const auto* name = std::get_if<std::wstring>(&properties_.Value(DBPROP_INIT_DATASOURCE));
-    if (!name || name->empty()) throw ProviderError(E_FAIL, L"No database file is named.");
-    const std::wstring path = FullPath(*name);
+    const std::wstring& name = texts_[DBPROP_INIT_DATASOURCE];
+    if (name.empty()) throw ProviderError(E_FAIL, L"No database file is named.");
+    const std::wstring path = FullPath(name);
     CheckFile(path);
-    const bool readOnly = properties_.Value(DBPROP_INIT_MODE) == Cell(std::int64_t{DB_MODE_READ});
-    connection_ = std::make_shared<Connection>(path, readOnly);
+    CheckLogin(path);
+    connection_ = std::make_shared<Connection>(path);
     return S_OK;
   });
-}
-
-HRESULT DataSource::Uninitialize() {
-  return Entry(IID_IDBInitialize, [&]() -> HRESULT {
-    if (openSessions_ > 0) return DB_E_OBJECTOPEN;
-    connection_.reset();
-    return S_OK;
-  });
-}
-
-HRESULT DataSource::GetProperties(ULONG count, const DBPROPIDSET asked[], ULONG* gotCount,
-                                  DBPROPSET** got) {
-  return Entry(IID_IDBProperties, [&] { return properties_.Get(count, asked, gotCount, got); });
-}
-
-HRESULT DataSource::GetPropertyInfo(ULONG, const DBPROPIDSET[], ULONG*, DBPROPINFOSET**,
-                                    OLECHAR**) {
-  return Entry(IID_IDBProperties, [] { return E_NOTIMPL; });
 }
 
 HRESULT DataSource::SetProperties(ULONG count, DBPROPSET sets[]) {
-  return Entry(IID_IDBProperties,
-               [&] { return properties_.Set(count, sets, connection_ != nullptr); });
-}
-
-HRESULT DataSource::CreateSession(IUnknown* outer, REFIID iid, IUnknown** session) {
-  return Entry(IID_IDBCreateSession, [&]() -> HRESULT {
-    if (!session) return E_INVALIDARG;
-    *session = nullptr;
-    if (outer) return DB_E_NOAGGREGATION;
-    if (!connection_) return E_UNEXPECTED;
-    return Make<Session>(this, connection_)->QueryInterface(iid, reinterpret_cast<void**>(session));
+  return Entry("SetProperties", [&]() -> HRESULT {
+    constexpr DBPROPID kTexts[] = {DBPROP_INIT_DATASOURCE, DBPROP_AUTH_USERID, DBPROP_AUTH_PASSWORD,
+                                   DBPROP_INIT_PROVIDERSTRING};
+    // Taken, and of no use here.
+    constexpr DBPROPID kOthers[] = {DBPROP_INIT_PROMPT, DBPROP_INIT_OLEDBSERVICES};
+    bool allSet = true;
+    for (ULONG i = 0; i < count; ++i) {
+      for (ULONG k = 0; k < sets[i].cProperties; ++k) {
+        DBPROP& property = sets[i].rgProperties[k];
+        const auto isOneOf = [&property](const auto& ids) {
+          return std::find(std::begin(ids), std::end(ids), property.dwPropertyID) != std::end(ids);
+        };
+        const bool isText = isOneOf(kTexts) && V_VT(&property.vValue) == VT_BSTR;
+        const bool isKnown = sets[i].guidPropertySet == DBPROPSET_DBINIT && !connection_ &&
+                             (isText || isOneOf(kOthers));
+        property.dwStatus = isKnown ? DBPROPSTATUS_OK : DBPROPSTATUS_NOTSUPPORTED;
+        allSet = allSet && isKnown;
+        if (!isText) continue;
+        const BSTR text = V_BSTR(&property.vValue);
+        texts_[property.dwPropertyID] = text ? text : L"";
+        if (faultHook) faultHook->SetProperty(property.dwPropertyID, property.vValue);
+      }
+    }
+    return allSet ? S_OK : DB_E_ERRORSOCCURRED;
   });
 }
 
-HRESULT DataSource::GetClassID(CLSID* clsid) {
-  return Entry(IID_IPersist, [&] {
-    if (!clsid) return E_INVALIDARG;
-    *clsid = kProviderClass;
-    return S_OK;
+HRESULT DataSource::CreateSession(IUnknown* outer, REFIID iid, IUnknown** session) {
+  return Entry("CreateSession", [&]() -> HRESULT {
+    if (outer) return DB_E_NOAGGREGATION;
+    if (!connection_) return E_UNEXPECTED;
+    return Give<Session>(iid, reinterpret_cast<void**>(session), connection_);
+  });
+}
+
+HRESULT Session::CreateCommand(IUnknown* outer, REFIID iid, IUnknown** command) {
+  return Entry("CreateCommand", [&]() -> HRESULT {
+    if (outer) return DB_E_NOAGGREGATION;
+    return Give<Command>(iid, reinterpret_cast<void**>(command), connection_);
   });
 }
 

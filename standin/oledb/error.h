@@ -8,6 +8,8 @@
 #include <string>
 #include <utility>
 
+#include "oledb/fault_hook.h"
+
 namespace standin {
 
 // A failure with its text. Thrown inside the provider, never across an interface.
@@ -23,18 +25,21 @@ class ProviderError {
   std::wstring text_;
 };
 
-// Makes the error the calling thread's error object, as one of the interface `iid`.
-void Publish(const ProviderError& error, REFIID iid) noexcept;
+// Makes the error the calling thread's error object.
+void Publish(const ProviderError& error) noexcept;
 
 // Runs the body of an interface's method: its result is the method's, an exception becomes an
-// HRESULT and, when it has a text, an error object. An older error object never survives.
+// HRESULT and, when it has a text, an error object. An older one is left as it is: the consumer must
+// not take it for the reason.
 template <typename Body>
-HRESULT Entry(REFIID iid, Body body) noexcept {
-  SetErrorInfo(0, nullptr);
+HRESULT Entry(const char* method, Body body) noexcept {
   try {
-    return body();
+    const HRESULT planned = faultHook ? faultHook->Enter(method) : S_OK;
+    if (FAILED(planned)) return planned;
+    const HRESULT result = body();
+    return planned != S_OK && SUCCEEDED(result) ? planned : result;
   } catch (const ProviderError& error) {
-    Publish(error, iid);
+    Publish(error);
     return error.Code();
   } catch (const std::bad_alloc&) {
     return E_OUTOFMEMORY;

@@ -1,6 +1,5 @@
 #include "oledb/com_object.h"
 #include "oledb/data_source.h"
-#include "oledb/provider_class.h"
 #include "oledb/registration.h"
 
 namespace {
@@ -12,11 +11,9 @@ HMODULE thisModule;
 class Factory : public ComObject<IClassFactory> {
  public:
   HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID iid, void** object) override {
-    return Entry(IID_IClassFactory, [&]() -> HRESULT {
-      if (!object) return E_INVALIDARG;
-      *object = nullptr;
+    return Entry("CreateInstance", [&]() -> HRESULT {
       if (outer) return CLASS_E_NOAGGREGATION;
-      return Make<DataSource>()->QueryInterface(iid, object);
+      return Give<DataSource>(iid, object);
     });
   }
 
@@ -34,20 +31,14 @@ BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, void*) {
 }
 
 STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** object) {
-  return Entry(IID_IUnknown, [&]() -> HRESULT {
-    if (!object) return E_INVALIDARG;
-    *object = nullptr;
-    if (clsid != kProviderClass) return CLASS_E_CLASSNOTAVAILABLE;
-    return Make<Factory>()->QueryInterface(iid, object);
-  });
+  if (clsid != kProviderClass) return CLASS_E_CLASSNOTAVAILABLE;
+  return Give<Factory>(iid, object);
 }
 
 STDAPI DllCanUnloadNow() { return openObjects == 0 ? S_OK : S_FALSE; }
 
 STDAPI DllRegisterServer() {
-  return Entry(IID_IUnknown, [] { return Register(thisModule); });
+  return Entry("DllRegisterServer", [] { return Register(thisModule); });
 }
 
-STDAPI DllUnregisterServer() {
-  return Entry(IID_IUnknown, [] { return Unregister(); });
-}
+STDAPI_(void) SetFaultHook(FaultHook* hook) { faultHook = hook; }

@@ -35,7 +35,8 @@ std::wstring FromUtf8(const SQLCHAR (&text)[size]) {
   return FromUtf8(std::string(reinterpret_cast<const char*>(text)));
 }
 
-// Whether a column of this ODBC type holds yes/no values, whole numbers, numbers or else texts.
+// Whether a column of this ODBC type holds yes/no values, whole numbers, numbers, bytes or else
+// texts.
 DBTYPE ProviderType(SQLSMALLINT type) {
   switch (type) {
     case SQL_BIT:
@@ -49,21 +50,12 @@ DBTYPE ProviderType(SQLSMALLINT type) {
     case SQL_FLOAT:
     case SQL_DOUBLE:
       return DBTYPE_R8;
+    case SQL_BINARY:
+    case SQL_VARBINARY:
+    case SQL_LONGVARBINARY:
+      return DBTYPE_BYTES;
     default:
       return DBTYPE_WSTR;
-  }
-}
-
-DBLENGTH ProviderSize(DBTYPE type, SQLULEN characters) {
-  switch (type) {
-    case DBTYPE_BOOL:
-      return sizeof(VARIANT_BOOL);
-    case DBTYPE_I4:
-      return sizeof(LONG);
-    case DBTYPE_R8:
-      return sizeof(double);
-    default:
-      return characters;
   }
 }
 
@@ -105,16 +97,11 @@ Connection::Environment::Environment() : OdbcHandle(SQL_HANDLE_ENV, SQL_NULL_HAN
         E_FAIL);
 }
 
-Connection::Connection(const std::wstring& path, bool readOnly)
-    : connection_(SQL_HANDLE_DBC, environment_.Get()) {
+Connection::Connection(const std::wstring& path) : connection_(SQL_HANDLE_DBC, environment_.Get()) {
   std::string text = "DRIVER={SQLite3};NoCreat=1;Timeout=5000;Database=" + UnixPath(path);
   connection_.Check(SQLDriverConnect(connection_.Get(), nullptr, Bytes(text), SQL_NTS, nullptr, 0,
                                      nullptr, SQL_DRIVER_NOPROMPT),
                     E_FAIL);
-  if (!readOnly) return;
-  const OdbcHandle statement(SQL_HANDLE_STMT, connection_.Get());
-  std::string pragma = "PRAGMA query_only=1";
-  statement.Check(SQLExecDirect(statement.Get(), Bytes(pragma), SQL_NTS), E_FAIL);
 }
 
 Connection::~Connection() { SQLDisconnect(connection_.Get()); }
@@ -145,15 +132,19 @@ DBROWCOUNT Statement::AffectedRows() const {
 }
 
 Column Statement::Describe(SQLUSMALLINT number) const {
-  SQLCHAR name[256] = {};
-  SQLSMALLINT nameLength = 0, type = 0, scale = 0, nullable = 0;
+  SQLCHAR name[256] = {}, declared[256] = {};
+  SQLSMALLINT length = 0, type = 0, scale = 0, nullable = 0;
   SQLULEN size = 0;
   statement_.Check(
       SQLDescribeCol(statement_.Get(), number, name, static_cast<SQLSMALLINT>(std::size(name)),
-                     &nameLength, &type, &size, &scale, &nullable),
+                     &length, &type, &size, &scale, &nullable),
       E_FAIL);
-  const DBTYPE ours = ProviderType(type);
-  return {FromUtf8(name), ours, ProviderSize(ours, size), nullable != SQL_NO_NULLS};
+  statement_.Check(SQLColAttribute(statement_.Get(), number, SQL_DESC_TYPE_NAME, declared,
+                                   static_cast<SQLSMALLINT>(std::size(declared)), &length, nullptr),
+                   E_FAIL);
+  const std::wstring kind = FromUtf8(declared);
+  return {FromUtf8(name), ProviderType(type), lstrcmpiW(kind.c_str(), L"MEMO") == 0,
+          lstrcmpiW(kind.c_str(), L"XML") == 0};
 }
 
 std::vector<Cell> Statement::Next() {

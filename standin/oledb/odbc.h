@@ -39,7 +39,7 @@ class OdbcHandle {
 class Connection {
  public:
   // `path` is whole, as Windows programs know it. Never makes a file. Throws ProviderError.
-  Connection(const std::wstring& path, bool readOnly);
+  explicit Connection(const std::wstring& path);
   ~Connection();
 
   SQLHANDLE Get() const { return connection_.Get(); }
@@ -55,9 +55,9 @@ class Connection {
 
 struct Column {
   std::wstring name;
-  DBTYPE type;    // BOOL, I4, R8 or WSTR
-  DBLENGTH size;  // characters of a text, bytes otherwise
-  bool isNullable;
+  DBTYPE type;      // BOOL, I4, R8, WSTR or, for binary data, BYTES
+  bool isLong;      // declared MEMO
+  bool isTextOnly;  // declared XML: not long, but only to be had as a text
 };
 
 // A statement that was run.

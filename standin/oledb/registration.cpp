@@ -6,7 +6,6 @@
 #include <string>
 
 #include "oledb/error.h"
-#include "oledb/provider_class.h"
 
 namespace standin {
 
@@ -44,16 +43,14 @@ void Write(const std::wstring& key, const wchar_t* value, const std::wstring& te
   }
 }
 
-bool IsOurs(const std::wstring& owner) {
-  return lstrcmpiW(owner.c_str(), ClassText().c_str()) == 0;
-}
-
 }  // namespace
 
 HRESULT Register(HMODULE module) {
   if (!IsWine()) return HRESULT_FROM_WIN32(ERROR_NOT_SUPPORTED);
   const std::wstring owner = Owner();
-  if (!owner.empty() && !IsOurs(owner)) return HRESULT_FROM_WIN32(ERROR_ALREADY_EXISTS);
+  if (!owner.empty() && lstrcmpiW(owner.c_str(), ClassText().c_str()) != 0) {
+    return HRESULT_FROM_WIN32(ERROR_ALREADY_EXISTS);
+  }
   wchar_t path[MAX_PATH];
   const DWORD length = GetModuleFileNameW(module, path, MAX_PATH);
   if (length == 0 || length == MAX_PATH) return HRESULT_FROM_WIN32(ERROR_FILENAME_EXCED_RANGE);
@@ -66,16 +63,6 @@ HRESULT Register(HMODULE module) {
   Write(kNameKey, nullptr, kTitle);
   Write(kNameKey + L"\\CLSID", nullptr, ClassText());
   return S_OK;
-}
-
-HRESULT Unregister() {
-  const auto remove = [](const std::wstring& key) {
-    const LSTATUS status = RegDeleteTreeW(HKEY_LOCAL_MACHINE, key.c_str());
-    return status == ERROR_FILE_NOT_FOUND ? S_OK : HRESULT_FROM_WIN32(status);
-  };
-  const HRESULT name = IsOurs(Owner()) ? remove(kNameKey) : S_OK;
-  const HRESULT classes = remove(ClassKey());
-  return FAILED(name) ? name : classes;
 }
 
 }  // namespace standin

@@ -4,60 +4,55 @@
 #include <memory>
 #include <vector>
 
-#include "oledb/accessor.h"
 #include "oledb/com_object.h"
 #include "oledb/odbc.h"
 
 namespace standin {
 
-class Command;
-
-// The rows of a statement, forward only. Rows handed out live until the consumer releases them, and
-// unless DBPROP_CANHOLDROWS was set the next ones can only be had afterwards.
+// The rows of a statement, forward only: those handed out must be released before the next ones can
+// be had. A column of bookmarks stands before those of the statement. A long column is given as a
+// text only, a binary one not at all.
 class Rowset : public ComObject<IRowset, IAccessor, IColumnsInfo> {
  public:
-  Rowset(ComPtr<Command> command, std::unique_ptr<Statement> statement, bool canHoldRows);
+  explicit Rowset(std::unique_ptr<Statement> statement) : statement_(std::move(statement)) {}
   ~Rowset() override;
 
-  HRESULT STDMETHODCALLTYPE AddRefRows(DBCOUNTITEM count, const HROW rows[],
-                                       DBREFCOUNT references[], DBROWSTATUS status[]) override;
+  HRESULT STDMETHODCALLTYPE AddRefRows(DBCOUNTITEM, const HROW[], DBREFCOUNT[],
+                                       DBROWSTATUS[]) override {
+    return E_NOTIMPL;
+  }
   HRESULT STDMETHODCALLTYPE GetData(HROW row, HACCESSOR accessor, void* data) override;
   HRESULT STDMETHODCALLTYPE GetNextRows(HCHAPTER chapter, DBROWOFFSET offset, DBROWCOUNT count,
                                         DBCOUNTITEM* obtained, HROW** rows) override;
   HRESULT STDMETHODCALLTYPE ReleaseRows(DBCOUNTITEM count, const HROW rows[],
                                         DBROWOPTIONS options[], DBREFCOUNT references[],
                                         DBROWSTATUS status[]) override;
-  HRESULT STDMETHODCALLTYPE RestartPosition(HCHAPTER chapter) override;
+  HRESULT STDMETHODCALLTYPE RestartPosition(HCHAPTER) override { return E_NOTIMPL; }
 
-  HRESULT STDMETHODCALLTYPE AddRefAccessor(HACCESSOR accessor, DBREFCOUNT* references) override;
+  HRESULT STDMETHODCALLTYPE AddRefAccessor(HACCESSOR, DBREFCOUNT*) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE CreateAccessor(DBACCESSORFLAGS flags, DBCOUNTITEM count,
                                            const DBBINDING bindings[], DBLENGTH rowSize,
                                            HACCESSOR* accessor, DBBINDSTATUS status[]) override;
-  HRESULT STDMETHODCALLTYPE GetBindings(HACCESSOR accessor, DBACCESSORFLAGS* flags,
-                                        DBCOUNTITEM* count, DBBINDING** bindings) override;
+  HRESULT STDMETHODCALLTYPE GetBindings(HACCESSOR, DBACCESSORFLAGS*, DBCOUNTITEM*,
+                                        DBBINDING**) override {
+    return E_NOTIMPL;
+  }
   HRESULT STDMETHODCALLTYPE ReleaseAccessor(HACCESSOR accessor, DBREFCOUNT* references) override;
 
   HRESULT STDMETHODCALLTYPE GetColumnInfo(DBORDINAL* count, DBCOLUMNINFO** columns,
                                           OLECHAR** names) override;
-  HRESULT STDMETHODCALLTYPE MapColumnIDs(DBORDINAL count, const DBID ids[],
-                                         DBORDINAL ordinals[]) override;
+  HRESULT STDMETHODCALLTYPE MapColumnIDs(DBORDINAL, const DBID[], DBORDINAL[]) override {
+    return E_NOTIMPL;
+  }
 
  private:
-  struct Row {
-    std::vector<Cell> cells;
-    DBREFCOUNT references;
-  };
+  DBBINDSTATUS Check(const DBBINDING& binding, DBLENGTH rowSize) const;
 
-  // Changes the references of each row by one, as both AddRefRows and ReleaseRows do.
-  HRESULT CountRows(bool up, DBCOUNTITEM count, const HROW rows[], DBREFCOUNT references[],
-                    DBROWSTATUS status[]);
-
-  ComPtr<Command> command_;
-  std::unique_ptr<Statement> statement_;
-  bool canHoldRows_;
-  Accessors accessors_;
-  std::map<HROW, Row> rows_;
-  HROW last_ = 0;
+  const std::unique_ptr<Statement> statement_;
+  std::map<HACCESSOR, std::vector<DBBINDING>> accessors_;
+  std::map<HROW, std::vector<Cell>> rows_;
+  HACCESSOR lastAccessor_ = 0;
+  HROW lastRow_ = 0;
   bool isAtEnd_ = false;
 };
 

@@ -8,86 +8,96 @@
 namespace postrove {
 namespace {
 
-using testing::FakeDatabase;
 using ::testing::HasSubstr;
-using ::testing::StartsWith;
 
-FakeDatabase Access(const std::wstring& provider = L"Microsoft.Jet.OLEDB.4.0") {
-  FakeDatabase database;
-  database.DbType = L"Access";
-  database.Provider = provider;
-  database.DbName = L"Postrove.mdb";
-  database.UID = L"admin";
-  database.DBPath = L"C:\\Data\\";
-  database.DBFullPath = L"C:\\Data\\Postrove.mdb";
-  database.DBServer = database.DBFullPath;
-  return database;
-}
-
-FakeDatabase SqlServer(const std::wstring& provider) {
-  FakeDatabase database;
-  database.DbType = L"SQLServer";
+// The ways to a database of a provider, user and password that are set.
+std::vector<ConnectionCandidate> Candidates(const std::wstring& type, const std::wstring& provider,
+                                            const std::wstring& user = L"admin",
+                                            const std::wstring& password = {}) {
+  testing::FakeDatabase database;
+  const bool server = text::EqualsIgnoreCase(type, L"SQLServer");
+  database.DbType = type;
   database.Provider = provider;
   database.DbName = L"Quillion";
-  database.UID = L"QLN";
-  database.Pwd = L"xbt";
-  database.DBPath = L"SERVER\\INSTANCE";
-  database.DBFullPath = L"Quillion.mdb";
+  database.UID = user;
+  database.Pwd = password;
+  database.DBPath = server ? L"SERVER\\A" : L"C:\\Data\\";
+  database.DBFullPath = server ? L"Quillion.mdb" : L"C:\\Data\\Postrove.mdb";
   database.DBServer = database.DBFullPath;
-  return database;
+  return ConnectionCandidates(database);
 }
 
 TEST(ConnectionString, TheProviderDecidesWhichOthersFollow) {
+  const std::wstring jet = L"Microsoft.Jet.OLEDB.4.0", ace = L"Microsoft.ACE.OLEDB.12.0";
+  const std::wstring newer = L"Microsoft.ACE.OLEDB.16.0";
   const struct {
     std::wstring type;
     std::wstring configured;
     std::vector<std::wstring> expected;
   } kCases[] = {
-      {L"Access",
-       L"Microsoft.Jet.OLEDB.4.0",
-       {L"Microsoft.Jet.OLEDB.4.0", L"Microsoft.ACE.OLEDB.16.0", L"Microsoft.ACE.OLEDB.12.0"}},
-      {L"access",
-       L" microsoft.jet.oledb.4.0 ",
-       {L"microsoft.jet.oledb.4.0", L"Microsoft.ACE.OLEDB.16.0", L"Microsoft.ACE.OLEDB.12.0"}},
-      {L"",
-       L"",
-       {L"Microsoft.Jet.OLEDB.4.0", L"Microsoft.ACE.OLEDB.16.0", L"Microsoft.ACE.OLEDB.12.0"}},
-      {L"Access", L"Microsoft.ACE.OLEDB.12.0", {L"Microsoft.ACE.OLEDB.12.0"}},
-      {L"SQLServer", L"Microsoft.Jet.OLEDB.4.0", {L"MSOLEDBSQL", L"SQLOLEDB"}},
+      {L"Access", jet, {jet, newer, ace}},
+      {L"access", L" microsoft.jet.oledb.4.0 ", {L"microsoft.jet.oledb.4.0", newer, ace}},
+      {L"", L"", {jet, newer, ace}},
+      {L"Access", ace, {ace}},
+      {L"SQLServer", jet, {L"MSOLEDBSQL", L"SQLOLEDB"}},
       {L"sqlserver", L"", {L"MSOLEDBSQL", L"SQLOLEDB"}},
       {L"SQLSERVER", L"SQLOLEDB", {L"SQLOLEDB"}},
       {L"SQLServer", L"MSOLEDBSQL19", {L"MSOLEDBSQL19"}},
   };
   for (const auto& c : kCases) {
-    FakeDatabase database = Access(c.configured);
-    database.DbType = c.type;
     std::vector<std::wstring> providers;
-    for (const ConnectionCandidate& candidate : ConnectionCandidates(database)) {
-      EXPECT_THAT(candidate.connectionString, StartsWith(L"Provider=" + candidate.provider + L";"));
+    for (const ConnectionCandidate& candidate : Candidates(c.type, c.configured)) {
+      EXPECT_TRUE(candidate.logins.at(0).connectionString.starts_with(L"Provider=" +
+                                                                      candidate.provider + L";"));
       providers.push_back(candidate.provider);
     }
     EXPECT_EQ(c.expected, providers) << text::ToUtf8(c.type + L" " + c.configured);
   }
+  const std::wstring message = NoProviderText(Candidates(L"Access", jet), 64);
+  EXPECT_THAT(message, HasSubstr(L"64-bit"));
+  EXPECT_THAT(message, HasSubstr(jet + L", " + newer + L", " + ace));
 }
 
 TEST(ConnectionString, NamesEverythingThatConnectingTakes) {
-  const auto first = [](const FakeDatabase& database) {
-    return ConnectionCandidates(database).front().connectionString;
+  const std::wstring file = L"Provider=P;Data Source=\"C:\\Data\\Postrove.mdb\";";
+  const std::wstring end = L";OLE DB Services=-4";
+  const std::wstring admin = file + L"User ID=Admin;Password=" + end;
+  const std::wstring server = L";Data Source=\"SERVER\\A\";Initial Catalog=Quillion;";
+  const std::wstring login = L"User ID=QLN;Password=xbt;Connect Timeout=5";
+  const struct {
+    const wchar_t* type;
+    const wchar_t* provider;
+    const wchar_t* user;
+    const wchar_t* password;
+    std::vector<std::wstring> expected;
+  } kCases[] = {
+      {L"Access", L"P", L"admin", L"", {file + L"User ID=admin;Password=" + end}},
+      {L"Access", L"P", L"", L"", {file + L"Password=" + end}},
+      {L"Access", L"P", L"QLN", L"", {file + L"User ID=QLN;Password=" + end, admin}},
+      {L"Access",
+       L"P",
+       L"QLN",
+       L"x;t",
+       {file + L"User ID=QLN;Password=\"x;t\"" + end,
+        file + L"User ID=Admin;Password=;Jet OLEDB:Database Password=\"x;t\"" + end, admin}},
+      {L"SQLServer",
+       L"MSOLEDBSQL",
+       L"QLN",
+       L"xbt",
+       {L"Provider=MSOLEDBSQL" + server + login + L";DataTypeCompatibility=80"}},
+      {L"SQLServer", L"SQLOLEDB", L"QLN", L"xbt", {L"Provider=SQLOLEDB" + server + login}},
+      {L"SQLServer",
+       L"SQLOLEDB",
+       L"",
+       L"xbt",
+       {L"Provider=SQLOLEDB" + server + L"Integrated Security=SSPI;Connect Timeout=5"}},
   };
-  EXPECT_EQ(
-      first(Access()),
-      L"Provider=Microsoft.Jet.OLEDB.4.0;Data Source=\"C:\\Data\\Postrove.mdb\";User ID=admin;"
-      L"Password=;OLE DB Services=-4");
-  const std::wstring server = L";Data Source=\"SERVER\\INSTANCE\";Initial Catalog=Quillion;";
-  EXPECT_EQ(first(SqlServer(L"MSOLEDBSQL")),
-            L"Provider=MSOLEDBSQL" + server +
-                L"User ID=QLN;Password=xbt;Connect Timeout=5;DataTypeCompatibility=80");
-  EXPECT_EQ(first(SqlServer(L"SQLOLEDB")),
-            L"Provider=SQLOLEDB" + server + L"User ID=QLN;Password=xbt;Connect Timeout=5");
-  FakeDatabase trusted = SqlServer(L"SQLOLEDB");
-  trusted.UID.clear();
-  EXPECT_EQ(first(trusted),
-            L"Provider=SQLOLEDB" + server + L"Integrated Security=SSPI;Connect Timeout=5");
+  for (const auto& c : kCases) {
+    std::vector<std::wstring> strings;
+    const auto candidates = Candidates(c.type, c.provider, c.user, c.password);
+    for (const Login& one : candidates.at(0).logins) strings.push_back(one.connectionString);
+    EXPECT_EQ(c.expected, strings);
+  }
 }
 
 // A value that begins with a quote ends at the same quote, one that is doubled stands for itself.
@@ -104,20 +114,8 @@ TEST(ConnectionString, NoTextBreaksOutOfItsValue) {
       {L"\"both\" 'both'", L"\"\"\"both\"\" 'both'\""},
   };
   for (const auto& [text, quoted] : cases) EXPECT_EQ(QuoteConnectionValue(text), quoted);
-  FakeDatabase odd = Access(L"Pro;");
-  odd.DBFullPath = odd.UID = odd.Pwd = L"a;b";
-  EXPECT_EQ(
-      ConnectionCandidates(odd).front().connectionString,
-      L"Provider=\"Pro;\";Data Source=\"a;b\";User ID=\"a;b\";Password=\"a;b\";OLE DB Services=-4");
-}
-
-TEST(ConnectionString, AMissingProviderIsNamedWithTheWidth) {
-  const std::wstring message = NoProviderText(ConnectionCandidates(Access()), 64);
-  for (const wchar_t* part :
-       {L"64-bit",
-        L"Microsoft.Jet.OLEDB.4.0, Microsoft.ACE.OLEDB.16.0, Microsoft.ACE.OLEDB.12.0"}) {
-    EXPECT_THAT(message, HasSubstr(part));
-  }
+  EXPECT_TRUE(Candidates(L"Access", L"Pro;")[0].logins[0].connectionString.starts_with(
+      L"Provider=\"Pro;\";"));
 }
 
 }  // namespace

@@ -1,6 +1,9 @@
 #define DBINITCONSTANTS  // the property sets and DBGUID_DEFAULT are defined here
 #include "shared/win32/ole_db_command.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "shared/error.h"
 #include "shared/win32/ole_db.h"
 #include "shared/win32/ole_db_error.h"
@@ -13,21 +16,36 @@ namespace {
 // Seconds. Outlook stands still while a statement runs.
 constexpr LONG kStatementTimeout = 30;
 
+// Any COM class could stand in the settings and be loaded: only one that is registered as an OLE DB
+// provider is asked for its factory, which the service components would not look at.
+HRESULT CheckRegistration(const CLSID& id) {
+  wchar_t text[39];
+  StringFromGUID2(id, text, static_cast<int>(std::size(text)));
+  HKEY key = nullptr;
+  const LSTATUS found = RegOpenKeyExW(
+      HKEY_CLASSES_ROOT, (L"CLSID\\" + std::wstring(text) + L"\\OLE DB Provider").c_str(), 0,
+      KEY_QUERY_VALUE, &key);
+  if (found != ERROR_SUCCESS) return REGDB_E_CLASSNOTREG;
+  RegCloseKey(key);
+  return S_OK;
+}
+
 // Fails when the name or its class is not registered, or the library is not there or not for
 // programs of this width. Nothing is asked of the provider itself.
 HRESULT FindProvider(const std::wstring& name) {
   CLSID id{};
-  const HRESULT result = CLSIDFromProgID(name.c_str(), &id);
+  HRESULT result = CLSIDFromProgID(name.c_str(), &id);
+  if (SUCCEEDED(result)) result = CheckRegistration(id);
   if (FAILED(result)) return result;
   ComPtr<IClassFactory> factory;
   return CoGetClassObject(id, CLSCTX_INPROC_SERVER, nullptr, IID_IClassFactory,
                           reinterpret_cast<void**>(factory.GetAddressOf()));
 }
 
-const ConnectionCandidate& FindCandidate(const std::vector<ConnectionCandidate>& candidates,
-                                         const wchar_t* source) {
+ConnectionCandidate& FindCandidate(std::vector<ConnectionCandidate>& candidates,
+                                   const wchar_t* source) {
   HRESULT result = REGDB_E_CLASSNOTREG;
-  for (const ConnectionCandidate& candidate : candidates) {
+  for (ConnectionCandidate& candidate : candidates) {
     result = FindProvider(candidate.provider);
     if (SUCCEEDED(result)) return candidate;
   }
@@ -48,6 +66,22 @@ ComPtr<IDBInitialize> Connect(const std::wstring& connectionString, const wchar_
   return dataSource;
 }
 
+// Only a login that is refused leads to the next. The one that is accepted goes to the front.
+ComPtr<IDBInitialize> LogIn(std::vector<Login>& logins, const wchar_t* source) {
+  std::wstring refused = L"The project database refuses every login:";
+  for (auto login = logins.begin(); login != logins.end(); ++login) {
+    try {
+      const ComPtr<IDBInitialize> dataSource = Connect(login->connectionString, source);
+      std::rotate(logins.begin(), login, login + 1);
+      return dataSource;
+    } catch (const Error& error) {
+      if (error.Number() != DB_SEC_E_AUTH_FAILED || logins.size() == 1) throw;
+      refused += L"\r\n- " + login->name + L": " + error.Description();
+    }
+  }
+  throw Error(DB_SEC_E_AUTH_FAILED, source, refused);
+}
+
 // Not every provider has the property; a statement then takes as long as it takes.
 void LimitTime(ICommandText* command) {
   ComPtr<ICommandProperties> properties;
@@ -66,11 +100,11 @@ void LimitTime(ICommandText* command) {
 
 }  // namespace
 
-ComPtr<ICommandText> CreateCommand(const std::vector<ConnectionCandidate>& candidates,
+ComPtr<ICommandText> CreateCommand(std::vector<ConnectionCandidate>& candidates,
                                    const std::wstring& statement, const wchar_t* source) {
-  const ConnectionCandidate& candidate = FindCandidate(candidates, source);
+  ConnectionCandidate& candidate = FindCandidate(candidates, source);
   ForgetErrors();
-  const ComPtr<IDBInitialize> dataSource = Connect(candidate.connectionString, source);
+  const ComPtr<IDBInitialize> dataSource = LogIn(candidate.logins, source);
   const auto sessions = Query<IDBCreateSession>(dataSource.Get(), IID_IDBCreateSession, source);
   ComPtr<IUnknown> session;
   Check(sessions->CreateSession(nullptr, IID_IDBCreateCommand, session.GetAddressOf()), source);

@@ -60,6 +60,9 @@ std::wstring ProviderText() {
 void ForgetErrors() { SetErrorInfo(0, nullptr); }
 
 void Check(HRESULT result, const wchar_t* source) {
+  if (result == DB_S_STOPLIMITREACHED) {
+    throw Error(E_FAIL, source, L"The database stopped before the last row.");
+  }
   if (SUCCEEDED(result)) return;
   std::wstring description = ProviderText();
   if (description.empty()) description = SystemMessage(static_cast<DWORD>(result));

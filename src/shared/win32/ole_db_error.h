@@ -11,7 +11,8 @@ void ForgetErrors();
 
 // Throws Error for a failed `result`: its number is the HRESULT, its source `source`, its
 // description what the provider left on this thread, each of several texts on a line of its own;
-// else the system's text. Call it directly after the call that gave the result.
+// else the system's text. Also, with E_FAIL, for the success that means that rows are missing. Call
+// it directly after the call that gave the result.
 void Check(HRESULT result, const wchar_t* source);
 
 // An interface of an object. Throws Error as Check does when the object does not have it.

@@ -2,11 +2,14 @@
 
 #include <wrl/client.h>
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <limits>
+#include <utility>
 
 #include "shared/error.h"
+#include "shared/text.h"
 #include "shared/win32/ole_db.h"
 #include "shared/win32/ole_db_error.h"
 #include "shared/win32/variant.h"
@@ -21,12 +24,7 @@ constexpr std::size_t kBlock = 256;
 struct Column {
   DBORDINAL ordinal;
   std::wstring name;
-};
-
-// What the provider writes for one column of a row.
-struct Field {
-  Variant value;
-  DBSTATUS status = DBSTATUS_E_UNAVAILABLE;
+  bool asText;  // a long column, or one that the provider does not give as a VARIANT
 };
 
 // Memory that the provider allocated for the caller.
@@ -34,36 +32,54 @@ template <typename T>
 class TaskMemory {
  public:
   TaskMemory() = default;
-  ~TaskMemory() { CoTaskMemFree(data_); }
+  ~TaskMemory() { Free(); }
   TaskMemory(const TaskMemory&) = delete;
   TaskMemory& operator=(const TaskMemory&) = delete;
 
+  void Free() { CoTaskMemFree(std::exchange(data_, nullptr)); }
+
   T** Out() { return &data_; }
+  const T* Get() const { return data_; }
   const T& operator[](std::size_t i) const { return data_[i]; }
 
  private:
   T* data_ = nullptr;
 };
 
+// What the provider writes for one column of a row: a VARIANT, or a text and its length in bytes.
+struct Field {
+  Variant value;
+  TaskMemory<wchar_t> text;
+  DBLENGTH length = 0;
+  DBSTATUS status = DBSTATUS_E_UNAVAILABLE;
+};
+
+[[noreturn]] void ThrowUnreadable(const Column& column, DBSTATUS status, const wchar_t* source) {
+  throw Error(kTypeMismatch, source,
+              L"A value of the column \"" + column.name + L"\" cannot be read (status " +
+                  text::FromNumber(status) + L").");
+}
+
 class Accessor {
  public:
-  Accessor(IRowset* rowset, const std::vector<Column>& columns, const wchar_t* source)
+  // Columns that the provider refuses to give as a VARIANT become texts.
+  Accessor(IRowset* rowset, std::vector<Column>& columns, const wchar_t* source)
       : accessor_(Query<IAccessor>(rowset, IID_IAccessor, source)) {
-    std::vector<DBBINDING> bindings(columns.size());
+    std::vector<DBBINDSTATUS> states(columns.size(), DBBINDSTATUS_OK);
+    if (SUCCEEDED(Create(columns, states))) return;
+    const auto refused = [](DBBINDSTATUS state) { return state != DBBINDSTATUS_OK; };
+    const bool named = std::any_of(states.begin(), states.end(), refused);
     for (std::size_t i = 0; i < columns.size(); ++i) {
-      DBBINDING& binding = bindings[i];
-      binding.iOrdinal = columns[i].ordinal;
-      binding.obValue = i * sizeof(Field) + offsetof(Field, value);
-      binding.obStatus = i * sizeof(Field) + offsetof(Field, status);
-      binding.dwPart = DBPART_VALUE | DBPART_STATUS;
-      binding.dwMemOwner = DBMEMOWNER_CLIENTOWNED;
-      binding.eParamIO = DBPARAMIO_NOTPARAM;
-      binding.cbMaxLen = sizeof(VARIANT);
-      binding.wType = DBTYPE_VARIANT;
+      if (!named || refused(states[i])) columns[i].asText = true;
     }
-    Check(accessor_->CreateAccessor(DBACCESSOR_ROWDATA, bindings.size(), bindings.data(),
-                                    columns.size() * sizeof(Field), &handle_, nullptr),
-          source);
+    ForgetErrors();
+    const HRESULT result = Create(columns, states);
+    const auto unreadable = std::find_if(states.begin(), states.end(), refused);
+    if (FAILED(result) && unreadable != states.end()) {
+      ThrowUnreadable(columns[static_cast<std::size_t>(unreadable - states.begin())], *unreadable,
+                      source);
+    }
+    Check(result, source);
   }
   ~Accessor() { accessor_->ReleaseAccessor(handle_, nullptr); }
   Accessor(const Accessor&) = delete;
@@ -72,6 +88,26 @@ class Accessor {
   HACCESSOR Handle() const { return handle_; }
 
  private:
+  HRESULT Create(const std::vector<Column>& columns, std::vector<DBBINDSTATUS>& states) {
+    std::vector<DBBINDING> bindings(columns.size());
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+      DBBINDING& binding = bindings[i];
+      const bool asText = columns[i].asText;
+      binding.iOrdinal = columns[i].ordinal;
+      binding.obValue =
+          i * sizeof(Field) + (asText ? offsetof(Field, text) : offsetof(Field, value));
+      binding.obLength = i * sizeof(Field) + offsetof(Field, length);
+      binding.obStatus = i * sizeof(Field) + offsetof(Field, status);
+      binding.dwPart = DBPART_VALUE | DBPART_LENGTH | DBPART_STATUS;
+      binding.dwMemOwner = DBMEMOWNER_CLIENTOWNED;
+      binding.eParamIO = DBPARAMIO_NOTPARAM;
+      binding.cbMaxLen = asText ? sizeof(wchar_t*) : sizeof(VARIANT);
+      binding.wType = asText ? DBTYPE_WSTR | DBTYPE_BYREF : DBTYPE_VARIANT;
+    }
+    return accessor_->CreateAccessor(DBACCESSOR_ROWDATA, bindings.size(), bindings.data(),
+                                     columns.size() * sizeof(Field), &handle_, states.data());
+  }
+
   const ComPtr<IAccessor> accessor_;
   HACCESSOR handle_ = DB_INVALID_HACCESSOR;
 };
@@ -94,6 +130,7 @@ class RowBlock {
         rowset_->GetNextRows(DB_NULL_HCHAPTER, 0, DBROWCOUNT{kBlock}, &count_, &rows);
     Check(result, source);
     ended_ = result == DB_S_ENDOFROWSET;
+    if (count_ == 0 && !ended_) Check(DB_S_STOPLIMITREACHED, source);
     return count_ > 0;
   }
 
@@ -122,19 +159,18 @@ std::vector<Column> ColumnsOf(IRowset* rowset, const wchar_t* source) {
   for (DBORDINAL i = 0; i < count; ++i) {
     constexpr DBORDINAL kBookmark = 0;
     if (found[i].iOrdinal == kBookmark) continue;
-    columns.push_back({found[i].iOrdinal, found[i].pwszName ? found[i].pwszName : L""});
+    columns.push_back({found[i].iOrdinal, found[i].pwszName ? found[i].pwszName : L"",
+                       (found[i].dwFlags & DBCOLUMNFLAGS_ISLONG) != 0});
   }
   return columns;
 }
 
-[[noreturn]] void ThrowUnreadable(const Column& column, const wchar_t* source) {
-  throw Error(kTypeMismatch, source,
-              L"A value of the column \"" + column.name + L"\" cannot be read.");
-}
-
 Cell ToCell(Field& field, const Column& column, const wchar_t* source) {
   if (field.status == DBSTATUS_S_ISNULL) return {};
-  if (field.status != DBSTATUS_S_OK) ThrowUnreadable(column, source);
+  if (field.status != DBSTATUS_S_OK) ThrowUnreadable(column, field.status, source);
+  if (column.asText) {
+    return std::wstring(field.text.Get() ? field.text.Get() : L"", field.length / sizeof(wchar_t));
+  }
   Variant& value = field.value;
   switch (value->vt) {
     case VT_EMPTY:
@@ -175,7 +211,7 @@ Cell ToCell(Field& field, const Column& column, const wchar_t* source) {
     default:
       break;
   }
-  ThrowUnreadable(column, source);
+  ThrowUnreadable(column, DBSTATUS_E_CANTCONVERTVALUE, source);
 }
 
 // `fields`, one for each column, are the room that the provider writes to; what the row before left
@@ -185,6 +221,7 @@ void ReadRow(IRowset* rowset, HROW row, const Accessor& accessor,
              const wchar_t* source) {
   for (Field& field : fields) {
     VariantClear(field.value.Get());
+    field.text.Free();
     field.status = DBSTATUS_E_UNAVAILABLE;
   }
   const HRESULT result = rowset->GetData(row, accessor.Handle(), fields.data());
@@ -199,7 +236,7 @@ void ReadRow(IRowset* rowset, HROW row, const Accessor& accessor,
 }  // namespace
 
 void ReadRows(IRowset* rowset, const std::function<void(Row& row)>& visit, const wchar_t* source) {
-  const std::vector<Column> columns = ColumnsOf(rowset, source);
+  std::vector<Column> columns = ColumnsOf(rowset, source);
   const Accessor accessor(rowset, columns, source);
   std::vector<Field> fields(columns.size());
   Row cells;

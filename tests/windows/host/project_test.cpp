@@ -18,7 +18,7 @@ using Texts = std::vector<std::wstring>;
 
 // Every row as "number|name|folder|active".
 Texts Table() {
-  Statement rows(std::make_shared<Connection>(run::kDatabase, true),
+  Statement rows(std::make_shared<Connection>(run::kDatabase),
                  L"SELECT [Project Number] || '|' || [Project Name] || '|' || ProjFilePath || '|' "
                  L"|| Active FROM Project ORDER BY ProjectID");
   Texts table;
