@@ -273,12 +273,12 @@ TEST_F(Failures, AnotherWindowsButtonDuringTheDialog) {
   // Under a message box that comes before the dialog as well.
   product_->outlook.active = mail_;
   product_->database->FailOperation(1);
-  product_->utility->ExpectMessage(MessageAnswer::Ok, [this] { Press(*mail_); });
+  product_->utility->ExpectMessage(MessageAnswer::Ok, [this] { Press(mail_); });
   product_->forms->everyone = [&](forms::Form& form) {
     ++dialogs;
     form.UserClosed();
   };
-  Press(*mail_);
+  Press(mail_);
   EXPECT_EQ(dialogs, 2);
 }
 

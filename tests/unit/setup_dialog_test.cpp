@@ -484,6 +484,7 @@ TEST_F(SetupDialog, SettingsThatCannotBeReadAreNotStoredOver) {
         utility_->ExpectMessage();
         Enter(setup, 0, L"P:\\Jobs");
       } else if (what == LocalAgain) {
+        utility_->ExpectMessage(MessageAnswer::Yes);  // whether to move
         Enter(setup, 5, kFolder);
       }
       const wchar_t* const shown[] = {L"", L"P:\\", L"P:\\Jobs\\"};
