@@ -5,14 +5,25 @@ source "$here/lib/common.sh"
 source "$here/lib/chroot32.sh"
 source "$here/lib/wine.sh"
 
+word=Project labels=$root/resources/Postrove.cnt
+while [[ $# -gt 1 ]]; do
+  case $1 in
+    --word) word=$2 ;;
+    --labels) labels=$(realpath -- "$2") ;;
+    *) break ;;
+  esac
+  shift 2
+done
 if [[ $# -ne 1 || $1 == -* ]]; then
   cat <<'HELP'
-screenshots.sh FOLDER: leaves a picture of every dialog in every state there, as PNG files: at 100, 150
-and 200 %, and in high contrast. Sets up and builds what is missing.
+screenshots.sh [--word WORD] [--labels FILE] FOLDER: leaves a picture of every dialog in every state
+there, as PNG files: at 100, 150 and 200 %, and in high contrast. WORD stands for a project in labels;
+FILE is another label file than the shipped one. Sets up and builds what is missing.
 HELP
   [[ ${1:-} == --help ]] && exit 0
   exit 2
 fi
+[[ -r $labels ]] || die "cannot read $labels"
 mkdir -p -- "$1"
 folder=$(realpath -- "$1")
 
@@ -50,8 +61,8 @@ pictures() {
   local suffix=$1 picture
   rm -rf "$work"
   mkdir -p "$work"
-  wine_run x64 wine "$root/build/win64/tests/windows/forms/show_form.exe" all \
-    "$(windows_path "$root/resources/Postrove.cnt")" "$(windows_path "$work")" </dev/null
+  wine_run x64 wine "$root/build/win64/scripts/pictures/show_form.exe" all \
+    "$(windows_path "$labels")" "$word" "$(windows_path "$work")" </dev/null
   for picture in "$work"/*.bmp; do
     convert "$picture" "$folder/$(basename "${picture%.bmp}")-$suffix.png"
   done

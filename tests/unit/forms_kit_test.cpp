@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "forms/kit/form.h"
+#include "forms/kit/form_layout.h"
 #include "gtest/gtest.h"
 #include "shared/error.h"
 
@@ -262,6 +262,55 @@ TEST(FormKit, CanUnloadAfterAHandlerThatThrew) {
   EXPECT_FALSE(form.IsUnloaded());
   form.onUnload = nullptr;
   EXPECT_TRUE(form.Unload());
+}
+
+// A caption moves what stands on its right: columns stay columns and fields keep their width.
+TEST(FormKit, GivesCaptionsTheirRoom) {
+  class Columns : public Form {
+   public:
+    Columns() : Form(L"Columns", 3000, 2000, true) {
+      Add(ControlKind::Label, L"wide", -1, {100, 0, 400, 200});
+      Add(ControlKind::TextBox, L"field", -1, {600, 0, 2300, 300}).anchors |= kRight;
+      Add(ControlKind::Label, L"short", -1, {100, 400, 400, 200});
+      Add(ControlKind::CommandButton, L"help", -1, {100, 1600, 400, 300}).anchors = kLeft | kBottom;
+      Add(ControlKind::CommandButton, L"ok", -1, {2400, 1600, 500, 300}).anchors = kRight | kBottom;
+    }
+  } form;
+  const struct {
+    int wide, help, room;  // what the captions need, and the screen has
+    int extra;             // the form is larger by that, in both directions
+    int width;
+    Box label, field, button;
+  } kCases[] = {
+      {0, 0, 9000, 0, 3000, {100, 400, 400, 200}, {600, 0, 2300, 300}, {2400, 1600, 500, 300}},
+      {600, 0, 9000, 10, 3200, {100, 400, 600, 200}, {800, 0, 2310, 300}, {2610, 1610, 500, 300}},
+      {0, 700, 9000, 0, 3300, {100, 400, 400, 200}, {600, 0, 2600, 300}, {2700, 1600, 500, 300}},
+      {9000, 0, 9000, 0, 4500, {100, 400, 1900, 200}, {2100, 0, 2300, 300}, {3900, 1600, 500, 300}},
+      // The screen has 3,100; the field lends what is missing, and the hints of the whole form.
+      {9000,
+       0,
+       3100,
+       -9000,
+       4000,
+       {100, 400, 1400, 200},
+       {1600, 0, 1400, 300},
+       {2500, 1000, 500, 300}},
+  };
+  for (const auto& one : kCases) {
+    SCOPED_TRACE(one.width);
+    const auto needs = [&](const Control& control) {
+      if (control.Name() == L"short") return 450 * (one.wide > 0);
+      return control.Name() == L"wide" ? one.wide : control.Name() == L"help" ? one.help : 0;
+    };
+    const FormLayout layout(form, needs, one.room);
+    const auto place = [&](const wchar_t* name) {
+      return layout.Place(form.Find(name), layout.Width() + one.extra, 2000 + one.extra);
+    };
+    EXPECT_EQ(layout.Width(), one.width);
+    EXPECT_TRUE(place(L"short") == one.label);
+    EXPECT_TRUE(place(L"field") == one.field);
+    EXPECT_TRUE(place(L"ok") == one.button);
+  }
 }
 
 // Every event's handler may destroy the form that raises it; the sanitizers see what is touched

@@ -25,26 +25,38 @@ bool IsLetter(wchar_t unit) {
          (unit >= L'a' && unit <= L'z') || unit >= 0xC0;
 }
 
-// The caption with its own mark, or one that it chooses; takes the letter.
-std::wstring Mark(const Control& control, std::wstring& taken) {
-  const std::wstring& caption = control.Text();
+// A caption and the letter that it marks itself, if any.
+struct Caption {
   std::wstring plain;
   wchar_t own = 0;
-  for (std::size_t i = 0; i < caption.size(); ++i) {
-    const bool marks = !control.choosesKey && caption[i] == L'&' && i + 1 < caption.size();
-    if (marks && caption[++i] != L'&') own = text::Fold(caption[i]);
-    plain += caption[i];
+};
+
+Caption Read(const Control& control) {
+  if (control.choosesKey || !HasKey(control)) return {control.Text()};
+  const std::wstring& raw = control.Text();
+  Caption caption;
+  for (std::size_t i = 0; i < raw.size(); ++i) {
+    if (raw[i] == L'&' && i + 1 < raw.size() && raw[++i] != L'&') {
+      caption.own = text::Fold(raw[i]);
+    }
+    caption.plain += raw[i];
   }
+  return caption;
+}
+
+// The caption with its own mark, or with one that it chooses; takes the letter.
+std::wstring Mark(const Control& control, std::wstring& taken) {
   const auto isFree = [&](wchar_t unit) {
     return IsLetter(unit) && taken.find(text::Fold(unit)) == std::wstring::npos;
   };
-  if (!control.choosesKey && (!own || isFree(own))) {
-    if (own) taken += own;
-    return caption;
+  const Caption caption = Read(control);
+  if (!control.choosesKey && (!caption.own || isFree(caption.own))) {
+    if (caption.own) taken += caption.own;
+    return control.Text();
   }
   std::wstring shown;
   bool marked = false;
-  for (const wchar_t unit : plain) {
+  for (const wchar_t unit : caption.plain) {
     if (!marked && isFree(unit)) {
       marked = true;
       taken += text::Fold(unit);
@@ -70,5 +82,7 @@ std::wstring ShownCaption(const Control& control) {
   }
   return control.Text();
 }
+
+std::wstring PlainCaption(const Control& control) { return Read(control).plain; }
 
 }  // namespace postrove::forms

@@ -13,4 +13,7 @@ namespace postrove::forms {
 // these a mark comes before a choice.
 std::wstring ShownCaption(const Control& control);
 
+// The caption as it is read: without the marks of keys.
+std::wstring PlainCaption(const Control& control);
+
 }  // namespace postrove::forms

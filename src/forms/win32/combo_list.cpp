@@ -72,22 +72,15 @@ void ControlWindow::WidenList() {
   const std::vector<std::wstring>& items = control_->Items();
   std::size_t longest = 0;
   for (const std::wstring& item : items) longest = std::max(longest, item.size());
-  const HDC dc = GetDC(list_);
-  if (!dc) return;
-  const HGDIOBJ before =
-      SelectObject(dc, reinterpret_cast<HFONT>(SendMessageW(window_, WM_GETFONT, 0, 0)));
+  const TextRuler ruler(window_);
   LONG widest = 0;
   std::size_t measured = 0;
   for (const std::wstring& item : items) {
     if (item.size() < longest - longest / 4) continue;
-    SIZE size = {};
-    const std::size_t length = std::min(item.size(), kCharacters);
-    GetTextExtentPoint32W(dc, item.c_str(), static_cast<int>(length), &size);
+    const SIZE size = ruler.Measure(item.substr(0, kCharacters), DT_SINGLELINE | DT_NOPREFIX);
     widest = std::max(widest, size.cx);
     if (++measured == kPortion) break;
   }
-  SelectObject(dc, before);
-  ReleaseDC(list_, dc);
   widest += GetSystemMetrics(SM_CXVSCROLL) + 4 * GetSystemMetrics(SM_CXEDGE);
   RECT box;
   GetWindowRect(window_, &box);

@@ -4,7 +4,6 @@
 #include <richedit.h>
 #include <windowsx.h>
 
-#include <cstdlib>
 #include <utility>
 
 #include "forms/kit/access_key.h"
@@ -30,7 +29,11 @@ Look LookOf(const Control& control, const wchar_t* richEditClass) {
   switch (control.Kind()) {
     case ControlKind::Label:
       // Without SS_NOTIFY the mouse passes through, and no tool tip comes up.
-      return {WC_STATICW, SS_LEFT | SS_NOTIFY | (control.mnemonic ? 0u : SS_NOPREFIX), 0};
+      // What has no room is shown by an ellipsis, or in several lines by breaking long words.
+      return {WC_STATICW,
+              SS_LEFT | SS_NOTIFY | (control.mnemonic ? 0u : SS_NOPREFIX) |
+                  (control.multiLine ? SS_EDITCONTROL : SS_ENDELLIPSIS),
+              0};
     case ControlKind::TextBox:
       return {WC_EDITW, lines, frame};
     case ControlKind::ComboBox:
@@ -55,23 +58,6 @@ Look LookOf(const Control& control, const wchar_t* richEditClass) {
 bool TakesFocus(const Control& control) {
   return control.tabStop && control.Kind() != ControlKind::Frame &&
          (control.Kind() != ControlKind::Label || control.link);
-}
-
-COLORREF ToColorRef(Color color) {
-  constexpr Color kSystem = 0x80000000;
-  return color & kSystem ? GetSysColor(static_cast<int>(color & 0xFF)) : color & 0xFFFFFF;
-}
-
-int Brightness(COLORREF color) {
-  return (GetRValue(color) * 3 + GetGValue(color) * 6 + GetBValue(color)) / 10;
-}
-
-// The colours of a form are meant for dark text on a light ground; a scheme of the system can be
-// the other way round, on a part of what a control shows.
-COLORREF Readable(COLORREF text, COLORREF back) {
-  constexpr int kContrast = 100;
-  if (std::abs(Brightness(text) - Brightness(back)) >= kContrast) return text;
-  return Brightness(back) >= 128 ? RGB(0, 0, 0) : RGB(255, 255, 255);
 }
 
 int ShiftState() {
@@ -99,7 +85,8 @@ void ControlWindow::Create(HWND dialog, int id, bool group, const WindowParts& p
   dialog_ = dialog;
   module_ = parts.module;
   link_ = control.link;
-  multiLine_ = control.multiLine || kind_ == ControlKind::RichTextBox;
+  multiLine_ =
+      kind_ == ControlKind::RichTextBox || (kind_ == ControlKind::TextBox && control.multiLine);
   DWORD style = WS_CHILD | look.style;
   if (control.Visible()) style |= WS_VISIBLE;
   if (!control.Enabled()) style |= WS_DISABLED;
@@ -153,25 +140,8 @@ void ControlWindow::Apply(Property property) {
       if (edit_) SendMessageW(edit_, EM_SETREADONLY, control_->Locked(), 0);
       return;
     case Property::BackColor:
-      if (kind_ == ControlKind::RichTextBox) {
-        SendMessageW(window_, EM_SETBKGNDCOLOR, 0,
-                     static_cast<LPARAM>(ToColorRef(control_->BackColor())));
-      }
-      [[fallthrough]];
     case Property::ForeColor:
-      if (kind_ == ControlKind::RichTextBox) {
-        CHARFORMATW format = {};
-        format.cbSize = sizeof format;
-        format.dwMask = CFM_COLOR;
-        format.crTextColor =
-            Readable(ToColorRef(control_->ForeColor()), ToColorRef(control_->BackColor()));
-        for (const WPARAM range : {SCF_DEFAULT, SCF_ALL}) {
-          SendMessageW(window_, EM_SETCHARFORMAT, range, reinterpret_cast<LPARAM>(&format));
-        }
-      }
-      RedrawWindow(window_, nullptr, nullptr,
-                   RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
-      return;
+      return ApplyColors();
     case Property::Items:
       return EmptyList();
     case Property::ItemAdded:
@@ -198,6 +168,7 @@ void ControlWindow::SetWindowTextNow() {
     const int start = control_->SelectionStart();
     SendMessageW(edit_, EM_SETSEL, static_cast<WPARAM>(start), start + control_->SelectionLength());
   }
+  ShowPathEnd();
 }
 
 void ControlWindow::SetFont(Fonts& fonts) {
@@ -208,7 +179,7 @@ void ControlWindow::SetFont(Fonts& fonts) {
   if (edit_ && !control_->border)
     SendMessageW(edit_, EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, 0);
   unitsPerInch_ = fonts.Pixels(kTwipsPerInch);
-  if (edit_ && !multiLine_) MeasureLine(font);
+  if (edit_ && !multiLine_) lineHeight_ = TextRuler(edit_).LineHeight();
   if (control_->icon) LoadIcon(fonts);
 }
 
@@ -254,6 +225,7 @@ void ControlWindow::MoveTo(const RECT& place, int listHeight) {
   if (kind_ == ControlKind::ComboBox) {
     SendMessageW(edit_, EM_SETSEL, start, static_cast<LPARAM>(end));
   }
+  ShowPathEnd();
 }
 
 void ControlWindow::Focus(bool selectAll) {
@@ -305,21 +277,6 @@ void ControlWindow::Click() {
   if (control_) control_->UserClicked();
 }
 
-HBRUSH ControlWindow::Colors(HDC dc) {
-  if (!control_) return nullptr;
-  const COLORREF back = ToColorRef(control_->BackColor());
-  if (control_->Enabled()) {
-    ::SetTextColor(dc, Readable(ToColorRef(control_->ForeColor()), back));
-  }
-  ::SetBkColor(dc, back);
-  if (!brush_ || back != brushColor_) {
-    if (brush_) DeleteObject(brush_);
-    brush_ = CreateSolidBrush(back);
-    brushColor_ = back;
-  }
-  return brush_;
-}
-
 bool ControlWindow::Pressed(int key) {
   TakePick();
   if (!control_) return false;
@@ -357,10 +314,14 @@ LRESULT ControlWindow::Handle(HWND window, UINT message, WPARAM wParam, LPARAM l
       if (window != edit_ || multiLine_) break;
       return HandleFrame(message, wParam, lParam);
     case WM_SETFOCUS:
-    case WM_KILLFOCUS:
+    case WM_KILLFOCUS: {
       PostMessageW(dialog_, kFocusMoved, 0, 0);
       if (link_) InvalidateRect(window, nullptr, TRUE);
-      break;
+      const LRESULT result = Pass(window, message, wParam, lParam);
+      // Where the user comes back to from another window, the caret stays where it was.
+      if (IsChild(dialog_, reinterpret_cast<HWND>(wParam))) ShowPathEnd();
+      return result;
+    }
     case WM_CHAR: {
       if (wParam == VK_RETURN) return SendMessageW(dialog_, kEnterPressed, 0, 0);
       if (wParam == VK_ESCAPE || wParam == VK_TAB) return 0;

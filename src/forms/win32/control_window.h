@@ -43,13 +43,21 @@ class ControlWindow {
   void LetGo() { control_ = nullptr; }
 
   HWND Window() const { return window_; }
-  bool Has(HWND window) const;  // its window or a part of it
+  HWND Field() const { return edit_ ? edit_ : window_; }  // what takes the focus
+  bool Has(HWND window) const;                            // its window or a part of it
   bool IsButton() const { return kind_ == ControlKind::CommandButton; }
   bool IsLink() const { return link_; }
+  bool HasCaption() const;
 
   void Apply(Property property);
   void SetFont(Fonts& fonts);
   void MoveTo(const RECT& place, int listHeight);
+
+  // The width in twips that the whole caption needs; 0 for what has none or wraps it.
+  int CaptionWidth(const Fonts& fonts) const;
+
+  // The model's tool tip; before it the whole text when the window cannot show all of it.
+  std::wstring Tip(const Fonts& fonts) const;
 
   // Gives the window the focus, and as Windows' dialogs do selects all of its text on request.
   void Focus(bool selectAll);
@@ -60,6 +68,9 @@ class ControlWindow {
 
   // A notification of the window.
   void Command(UINT code);
+
+  // The system's colours are others now.
+  void FollowColors();
 
   // Prepares for painting and answers the background; null lets Windows choose.
   HBRUSH Colors(HDC dc);
@@ -87,13 +98,15 @@ class ControlWindow {
   void PaintFocus();
   void LoadIcon(Fonts& fonts);
 
+  bool IsCut(const Fonts& fonts) const;
+  void ApplyColors();
   void SetWindowTextNow();
   void SetSelectionNow();
 
   // The text field (text_field.cpp).
   void ReadCaret();
   void ReadText();
-  void MeasureLine(HFONT font);
+  void ShowPathEnd();
   LRESULT HandleFrame(UINT message, WPARAM wParam, LPARAM lParam);
   void PaintAroundLine();
 

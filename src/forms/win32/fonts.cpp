@@ -14,10 +14,11 @@ constexpr int kTwipsPerInch = 1440;
 
 }  // namespace
 
-Fonts::Fonts(unsigned dpi) : dpi_(dpi), message_(MessageFont(dpi)) {
+Fonts::Fonts(unsigned dpi, int percent) : message_(MessageFont(dpi)) {
   const int designed = MulDiv(kDesignedPoints, static_cast<int>(dpi), kPointsPerInch);
   const int height = std::max(std::abs(static_cast<int>(message_.lfHeight)), designed);
-  layoutDpi_ = MulDiv(static_cast<int>(dpi), height, designed);
+  layoutDpi_ = MulDiv(static_cast<int>(dpi), height, designed) * percent / 100;
+  message_.lfHeight = message_.lfHeight * percent / 100;
 }
 
 HFONT Fonts::Get(int points, bool bold, bool underline) {
@@ -37,5 +38,27 @@ HFONT Fonts::Get(int points, bool bold, bool underline) {
 
 int Fonts::Pixels(int twips) const { return MulDiv(twips, layoutDpi_, kTwipsPerInch); }
 int Fonts::Twips(int pixels) const { return MulDiv(pixels, kTwipsPerInch, layoutDpi_); }
+
+TextRuler::TextRuler(HWND window)
+    : window_(window),
+      dc_(GetDC(window)),
+      before_(SelectObject(dc_, reinterpret_cast<HFONT>(SendMessageW(window, WM_GETFONT, 0, 0)))) {}
+
+TextRuler::~TextRuler() {
+  SelectObject(dc_, before_);
+  ReleaseDC(window_, dc_);
+}
+
+SIZE TextRuler::Measure(const std::wstring& text, UINT format, int width) const {
+  RECT area = {0, 0, width, 0};
+  DrawTextW(dc_, text.c_str(), static_cast<int>(text.size()), &area, format | DT_CALCRECT);
+  return {area.right, area.bottom};
+}
+
+int TextRuler::LineHeight() const {
+  TEXTMETRICW metrics = {};
+  GetTextMetricsW(dc_, &metrics);
+  return metrics.tmHeight;
+}
 
 }  // namespace postrove::forms

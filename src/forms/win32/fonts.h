@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace postrove::forms {
@@ -10,7 +11,8 @@ namespace postrove::forms {
 // The fonts of one dialog at one scaling: the system's message font and its variants.
 class Fonts {
  public:
-  explicit Fonts(unsigned dpi);
+  // `percent`: of the usual size, on a screen that is too small for it.
+  explicit Fonts(unsigned dpi, int percent = 100);
 
   // The font belongs to this object. A size of 0 is that of the message font; null, the built-in
   // font, when the system has none left.
@@ -32,10 +34,27 @@ class Fonts {
     std::unique_ptr<std::remove_pointer_t<HFONT>, Deleter> font;
   };
 
-  unsigned dpi_;
   LOGFONTW message_;
   int layoutDpi_;
   std::vector<Entry> entries_;
+};
+
+// Measures texts as a window shows them, in pixels and in the font that it was given.
+class TextRuler {
+ public:
+  explicit TextRuler(HWND window);
+  ~TextRuler();
+  TextRuler(const TextRuler&) = delete;
+  TextRuler& operator=(const TextRuler&) = delete;
+
+  // `format` as for DrawText; with line breaks the text is wrapped at `width`.
+  SIZE Measure(const std::wstring& text, UINT format, int width = 0) const;
+  int LineHeight() const;
+
+ private:
+  HWND window_;
+  HDC dc_;
+  HGDIOBJ before_;
 };
 
 }  // namespace postrove::forms

@@ -1,11 +1,12 @@
 #include "forms/win32/form_window.h"
 
+#include <commctrl.h>
+
 #include <algorithm>
 #include <cwchar>
 #include <utility>
 
 #include "forms/win32/dpi.h"
-#include "forms/win32/form_size.h"
 #include "forms/win32/guard.h"
 #include "shared/error.h"
 
@@ -14,9 +15,6 @@ namespace {
 
 constexpr UINT kDpiChanged = 0x02E0;  // WM_DPICHANGED, for headers that do not have it
 constexpr int kFirstId = 100;         // above IDOK and its like, which mean something to Windows
-constexpr int kListTwips = 3600;
-constexpr int kTipTwips = 4500;
-constexpr int kLendableTwips = 600;
 
 // As in Visual Basic a form hears of its activation when it is shown and when another form is left
 // for it, not after a message box or another program: the focus is then where it was.
@@ -49,19 +47,26 @@ void FormWindow::Show() {
   const HWND owner = ModalOwner::Choose();
   RECT ownerPlace = {};
   if (owner) GetWindowRect(owner, &ownerPlace);
-  // Made where it will be shown, to have that monitor's scaling.
-  CreateWindowExW(exStyle_, kClassName, form_->Caption().c_str(), style_, ownerPlace.left,
-                  ownerPlace.top, 0, 0, owner, nullptr, surroundings_.module, this);
+  // Made where it will be shown, to have that monitor's scaling and work area.
+  CreateWindowExW(exStyle_, kClassName, form_->Caption().c_str(), style_,
+                  (ownerPlace.left + ownerPlace.right) / 2,
+                  (ownerPlace.top + ownerPlace.bottom) / 2, 0, 0, owner, nullptr,
+                  surroundings_.module, this);
   if (!window_) {
     throw Error(HRESULT_FROM_WIN32(GetLastError()), form_->Name(),
                 L"The window of the form could not be made");
   }
   CreateControls();
   tips_.Create(window_, surroundings_.module);
-  for (const auto& control : controls_) tips_.Set(control->Window(), control->Model()->ToolTip());
+  for (const auto& control : controls_) {
+    tips_.Add(control->Window());
+    if (control->Field() != control->Window()) tips_.Add(control->Field());
+  }
+  accessibility_.BeDialog(window_);
+  accessibility_.Describe(window_, MessageText());
   SetDpi(WindowDpi(window_));
   PlaceWindow();
-  Layout();
+  Arrange();
   SendMessageW(window_, WM_CHANGEUISTATE, MAKEWPARAM(UIS_INITIALIZE, 0), 0);
   owner_.Disable(window_);
   ShowDefaultButton();
@@ -86,69 +91,6 @@ void FormWindow::CreateControls() {
   }
 }
 
-// The size of the window around a client area in twips, which is at least as designed.
-SIZE FormWindow::SizeAround(SIZE twips) const {
-  const SIZE client = {fonts_->Pixels(std::max<int>(twips.cx, form_->Width())),
-                       fonts_->Pixels(std::max<int>(twips.cy, form_->Height()))};
-  const RECT frame = FrameAround(client, style_, exStyle_, dpi_);
-  return {frame.right - frame.left, frame.bottom - frame.top};
-}
-
-// As large as the user left it, centred on the owner, and within the work area of its monitor.
-void FormWindow::PlaceWindow() {
-  const HWND owner = GetWindow(window_, GW_OWNER);
-  const RECT work = WorkArea(owner ? owner : window_);
-  RECT around = work;
-  if (owner && IsWindowVisible(owner) && !IsIconic(owner)) GetWindowRect(owner, &around);
-  SIZE size = SizeAround(form_->Resizable() ? RememberedSize(form_->Name()) : SIZE());
-  size.cx = std::min(size.cx, work.right - work.left);
-  size.cy = std::min(size.cy, work.bottom - work.top);
-  const auto place = [](LONG low, LONG high, LONG extent, LONG from, LONG to) {
-    return std::max(from, std::min((low + high - extent) / 2, to - extent));
-  };
-  SetWindowPos(window_, nullptr, place(around.left, around.right, size.cx, work.left, work.right),
-               place(around.top, around.bottom, size.cy, work.top, work.bottom), size.cx, size.cy,
-               SWP_NOZORDER | SWP_NOACTIVATE);
-}
-
-void FormWindow::SetDpi(unsigned dpi) {
-  dpi_ = dpi;
-  // The old fonts go when no window uses them any more.
-  const auto old = std::exchange(fonts_, std::make_unique<Fonts>(dpi));
-  for (const auto& control : controls_) control->SetFont(*fonts_);
-  tips_.SetFont(fonts_->Get(0, false, false), fonts_->Pixels(kTipTwips));
-}
-
-void FormWindow::Layout() {
-  if (!form_ || !fonts_) return;
-  RECT client;
-  GetClientRect(window_, &client);
-  const int extraWidth =
-      std::max(0, static_cast<int>(client.right) - fonts_->Pixels(form_->Width()));
-  // On a low screen the hints give some of their room.
-  const int extraHeight =
-      std::max(-fonts_->Pixels(kLendableTwips),
-               static_cast<int>(client.bottom) - fonts_->Pixels(form_->Height()));
-  for (const auto& control : controls_) LayOut(*control, extraWidth, extraHeight);
-}
-
-void FormWindow::LayOut(ControlWindow& control, int extraWidth, int extraHeight) {
-  const Control& model = *control.Model();
-  const Box& box = model.Place();
-  // Edges, not sizes, are rounded: what is aligned in the design stays so.
-  RECT place = {fonts_->Pixels(box.left), fonts_->Pixels(box.top),
-                fonts_->Pixels(box.left + box.width), fonts_->Pixels(box.top + box.height)};
-  if (model.anchors & kRight) {
-    place.right += extraWidth;
-    if (!(model.anchors & kLeft)) place.left += extraWidth;
-  }
-  if (model.anchors & kBottom) {
-    place.bottom += extraHeight;
-    if (!(model.anchors & kTop)) place.top += extraHeight;
-  }
-  control.MoveTo(place, fonts_->Pixels(kListTwips));
-}
-
 void FormWindow::Run() {
   while (form_ && window_) {
     MSG message;
@@ -167,27 +109,6 @@ void FormWindow::Run() {
   // Without a window a refusal to unload cannot hold.
   if (form_) std::exchange(form_, nullptr)->Detach();
   for (const auto& control : controls_) control->LetGo();
-}
-
-bool FormWindow::IsKeyOfDialog(MSG& message) {
-  if (message.hwnd != window_ && !IsChild(window_, message.hwnd)) {
-    return IsDialogMessageW(window_, &message);
-  }
-  // To Windows' dialogs a letter that the control with the focus has no use for is an access key,
-  // also without Alt: it would press a button.
-  if (message.message == WM_CHAR) return false;
-  if (message.message != WM_KEYDOWN) return IsDialogMessageW(window_, &message);
-  // What the key before did to the focus is told before this one counts.
-  Guarded([this] { SettleFocus(); });
-  void (FormWindow::*press)() = nullptr;
-  if (message.wParam == VK_RETURN) press = &FormWindow::PressEnter;
-  if (message.wParam == VK_ESCAPE) press = &FormWindow::PressEscape;
-  if (message.wParam == VK_F1) press = &FormWindow::PressHelp;
-  if (!press) return IsDialogMessageW(window_, &message);
-  // A key still held down from a message box before must not answer this dialog too.
-  constexpr LPARAM kRepeated = 1 << 30;
-  if (!(message.lParam & kRepeated)) Guarded([&] { (this->*press)(); });
-  return true;
 }
 
 ControlWindow* FormWindow::WindowOf(const Control& control) const {
@@ -216,11 +137,34 @@ void FormWindow::ControlChanged(Control& control, Property property) {
   ControlWindow* const window = WindowOf(control);
   if (!window || !window_) return;
   window->Apply(property);
-  if (property == Property::ToolTip) tips_.Set(window->Window(), control.ToolTip());
-  if (property != Property::Place) return;
-  Layout();
-  // Controls that move over each other one by one leave pieces of their old pictures behind.
-  RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+  if (property == Property::Place) return Rearrange();
+  if (property != Property::Text) return;
+  if (control.Kind() == ControlKind::RichTextBox) {
+    if (ControlWindow* const focused = Focused()) {
+      accessibility_.Describe(focused->Field(), control.Text());
+    }
+  }
+  if (!window->HasCaption()) return;
+  // It may have taken another one's key.
+  for (const auto& other : controls_) {
+    if (other->HasCaption()) other->Apply(Property::Text);
+  }
+  Rearrange();
+}
+
+// What the form has to say to its user when it is opened.
+std::wstring FormWindow::MessageText() const {
+  std::wstring text;
+  for (const auto& control : form_->Controls()) {
+    const bool message = control->Kind() == ControlKind::TextBox && control->multiLine;
+    if (message || control->Kind() == ControlKind::RichTextBox) text += control->Text();
+  }
+  return text;
+}
+
+void FormWindow::FollowColors() {
+  for (const auto& control : controls_) control->FollowColors();
+  RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
 }
 
 void FormWindow::CaptionChanged() {
@@ -235,109 +179,14 @@ void FormWindow::Unloaded() {
   End();
 }
 
-// What another program or a small monitor made of the window is not what the user chose.
-void FormWindow::KeepSize() {
-  if (!window_ || !std::exchange(sized_, false)) return;
-  const DpiAwareScope dpi;
-  RECT client;
-  GetClientRect(window_, &client);
-  RememberSize(form_->Name(), {fonts_->Twips(client.right), fonts_->Twips(client.bottom)});
-}
-
 // The window is only hidden: one of its procedures may be running. It is destroyed when the loop is
 // left, which the empty message makes sure of.
 void FormWindow::End() {
   if (!window_) return;
   owner_.Release(window_);
+  accessibility_.Forget();
   ShowWindow(window_, SW_HIDE);
   PostMessageW(window_, WM_NULL, 0, 0);
-}
-
-void FormWindow::MoveFocus(bool back) {
-  ControlWindow* const from = Focused();
-  // A combo box's text field has the focus, the combo box the place in the order.
-  const HWND next = GetNextDlgTabItem(window_, from ? from->Window() : nullptr, back);
-  if (ControlWindow* const to = Containing(next)) to->Focus(true);
-}
-
-void FormWindow::RestoreFocus() {
-  ControlWindow* const last = Containing(lastFocus_);
-  if (last && last->CanFocus()) return last->Focus(false);
-  for (const auto& control : controls_) {
-    if (control->CanFocus()) return control->Focus(true);
-  }
-}
-
-// Tells the model where the focus is now. It is done after the focus has moved, as Visual Basic
-// does it: a handler may then open windows and move the focus itself. Leaving the dialog for
-// another window is no loss of focus.
-void FormWindow::SettleFocus() {
-  ControlWindow* const now = Focused();
-  if (!form_ || !now || now == told_) return;
-  ControlWindow* const before = std::exchange(told_, nullptr);
-  ShowDefaultButton();
-  const HostDpiScope host;
-  if (before && before->Model()) before->Model()->UserLeft();
-  if (!form_ || Focused() != now || told_) return;
-  told_ = now;
-  now->Model()->UserEntered();
-}
-
-// The same before a click on a control counts. False when a handler took the focus away from it: as
-// in Visual Basic the click is then lost.
-bool FormWindow::SettleOn(const ControlWindow& control) {
-  SettleFocus();
-  const ControlWindow* const now = Focused();
-  return !now || now == &control;
-}
-
-void FormWindow::ShowDefaultButton() {
-  ControlWindow* const focused = Focused();
-  ControlWindow* const button =
-      focused && focused->IsButton() ? focused : ButtonFor(&Control::isDefault);
-  for (const auto& control : controls_) control->ShowDefault(control.get() == button);
-}
-
-// The control with the focus gets the key first. A button that is pressed by Enter takes the focus,
-// so that the field before hears of its loss and can take over its text.
-void FormWindow::PressEnter() {
-  ControlWindow* const focused = Focused();
-  const bool listDown = focused && focused->ListIsDown();
-  if (listDown) focused->CloseListBy(VK_RETURN);
-  if (focused && focused->Pressed(VK_RETURN)) return;
-  if (!form_ || listDown) return;
-  ControlWindow* const button = focused && (focused->IsButton() || focused->IsLink())
-                                    ? focused
-                                    : ButtonFor(&Control::isDefault);
-  if (!button || !button->CanFocus()) return;
-  button->Focus(false);
-  if (SettleOn(*button)) button->Click();
-}
-
-// The field keeps the focus: what was typed into it is not taken over.
-void FormWindow::PressEscape() {
-  ControlWindow* const focused = Focused();
-  if (focused && focused->ListIsDown()) return focused->CloseListBy(VK_ESCAPE);
-  const HostDpiScope host;
-  if (form_) form_->UserEscaped();
-}
-
-void FormWindow::PressHelp() {
-  const HostDpiScope host;
-  if (form_) form_->UserAskedForHelp();
-}
-
-void FormWindow::Close() {
-  // Not from under a dialog of its own, which whoever ends the program does not see.
-  if (!form_ || !IsWindowEnabled(window_)) return;
-  ControlWindow* const cancel = ButtonFor(&Control::isCancel);
-  // A button that is the default one as well takes what was typed, as with Enter.
-  if (cancel && cancel->Model()->isDefault && cancel->CanFocus()) {
-    cancel->Focus(false);
-    if (!SettleOn(*cancel) || !form_) return;
-  }
-  const HostDpiScope host;
-  form_->UserClosed();
 }
 
 void FormWindow::Command(HWND control, UINT code) {
@@ -400,14 +249,25 @@ LRESULT FormWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_DESTROY:
       owner_.Release(window);
       break;
+    case WM_SYSCOLORCHANGE:
+    case WM_THEMECHANGED:
+      FollowColors();
+      return 0;
+    case WM_NOTIFY:
+      if (const auto question = reinterpret_cast<NMHDR*>(lParam);
+          question->code == TTN_GETDISPINFOW && fonts_) {
+        const ControlWindow* const control = Containing(reinterpret_cast<HWND>(question->idFrom));
+        tips_.Answer(question, control ? control->Tip(*fonts_) : std::wstring());
+      }
+      return 0;
     case WM_SIZE:
-      if (wParam != SIZE_MINIMIZED) Layout();
+      if (wParam != SIZE_MINIMIZED) Arrange();
       return 0;
     case WM_SIZING:
       sized_ = true;
       break;
     case WM_GETMINMAXINFO:
-      if (form_ && fonts_) {
+      if (form_ && layout_) {
         const SIZE size = SizeAround({});
         const RECT work = WorkArea(window);
         reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {
@@ -419,7 +279,7 @@ LRESULT FormWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
       const RECT& place = *reinterpret_cast<const RECT*>(lParam);
       SetWindowPos(window, nullptr, place.left, place.top, place.right - place.left,
                    place.bottom - place.top, SWP_NOZORDER | SWP_NOACTIVATE);
-      Layout();
+      Arrange();
       return 0;
     }
     case WM_ACTIVATE:

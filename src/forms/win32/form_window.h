@@ -3,9 +3,13 @@
 #include <windows.h>
 
 #include <memory>
+#include <optional>
+#include <string>
 #include <vector>
 
 #include "forms/kit/form.h"
+#include "forms/kit/form_layout.h"
+#include "forms/win32/accessibility.h"
 #include "forms/win32/control_window.h"
 #include "forms/win32/fonts.h"
 #include "forms/win32/modal_owner.h"
@@ -54,18 +58,19 @@ class FormWindow final : public FormView {
  private:
   LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT HandleGuarded(UINT message, WPARAM wParam, LPARAM lParam);
-  bool IsKeyOfDialog(MSG& message);
   void CreateControls();
-  void PlaceWindow();
-  SIZE SizeAround(SIZE twips) const;
-  void KeepSize();
-  void SetDpi(unsigned dpi);
-  void Layout();
-  void LayOut(ControlWindow& control, int extraWidth, int extraHeight);
-
+  std::wstring MessageText() const;
+  void FollowColors();
+  HBRUSH Colors(HWND child, HDC dc) const;
+  void Command(HWND control, UINT code);
+  void Close();
+  void End();
   ControlWindow* Containing(HWND window) const;
   ControlWindow* Focused() const { return Containing(GetFocus()); }
+
+  // Where the focus is, and what the keys do (form_focus.cpp).
   ControlWindow* ButtonFor(bool Control::*role) const;
+  bool IsKeyOfDialog(MSG& message);
   void MoveFocus(bool back);
   void RestoreFocus();
   void SettleFocus();
@@ -74,10 +79,16 @@ class FormWindow final : public FormView {
   void PressEnter();
   void PressEscape();
   void PressHelp();
-  void Close();
-  void Command(HWND control, UINT code);
-  HBRUSH Colors(HWND child, HDC dc) const;
-  void End();
+
+  // The size of the dialog and of what is in it (form_place.cpp).
+  void SetDpi(unsigned dpi);
+  void PlaceWindow();
+  SIZE SizeAround(SIZE twips) const;
+  SIZE Room() const;
+  void MeasureCaptions();
+  void Rearrange();
+  void Arrange();
+  void KeepSize();
 
   Form* form_;
   const Surroundings& surroundings_;
@@ -87,8 +98,10 @@ class FormWindow final : public FormView {
   DWORD exStyle_ = 0;
   unsigned dpi_ = USER_DEFAULT_SCREEN_DPI;
   std::unique_ptr<Fonts> fonts_;
+  std::optional<FormLayout> layout_;
   std::vector<std::unique_ptr<ControlWindow>> controls_;
   ToolTips tips_;
+  Accessibility accessibility_;
   ControlWindow* told_ = nullptr;  // the control whose focus the model knows of
   HWND lastFocus_ = nullptr;       // where the focus returns when the window is activated
   bool activationPending_ = false;

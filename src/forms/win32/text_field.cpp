@@ -28,15 +28,13 @@ void ControlWindow::ReadText() {
   control_->UserTyped(std::move(text), static_cast<int>(start), static_cast<int>(end - start));
 }
 
-void ControlWindow::MeasureLine(HFONT font) {
-  const HDC dc = GetDC(edit_);
-  if (!dc) return;
-  const HGDIOBJ before = SelectObject(dc, font);
-  TEXTMETRICW metrics = {};
-  GetTextMetricsW(dc, &metrics);
-  SelectObject(dc, before);
-  ReleaseDC(edit_, dc);
-  lineHeight_ = metrics.tmHeight;
+// Of a path that is longer than its box the end tells more, unless the user is in it.
+void ControlWindow::ShowPathEnd() {
+  if (kind_ != ControlKind::TextBox || multiLine_ || !edit_ || GetFocus() == edit_) return;
+  const std::wstring text = TextOf(edit_);
+  if (text.find(L'\\') == std::wstring::npos) return;
+  SendMessageW(edit_, EM_SETSEL, text.size(), static_cast<LPARAM>(text.size()));
+  SendMessageW(edit_, EM_SCROLLCARET, 0, 0);
 }
 
 // A line of text stands in the middle of its field, on one height with its label: what is over

@@ -2,6 +2,8 @@
 
 #include <commctrl.h>
 
+#include <utility>
+
 namespace postrove::forms {
 
 void ToolTips::Create(HWND dialog, HINSTANCE module) {
@@ -15,7 +17,7 @@ ToolTips::~ToolTips() {
   if (window_) DestroyWindow(window_);
 }
 
-void ToolTips::Set(HWND child, const std::wstring& tip) {
+void ToolTips::Add(HWND child) {
   if (!window_ || !child) return;
   TTTOOLINFOW tool = {};
   // The size that every version of the common controls accepts.
@@ -23,11 +25,13 @@ void ToolTips::Set(HWND child, const std::wstring& tip) {
   tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
   tool.hwnd = dialog_;
   tool.uId = reinterpret_cast<UINT_PTR>(child);
-  SendMessageW(window_, TTM_DELTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
-  if (tip.empty()) return;
-  std::wstring text = tip;  // the message takes a text that it could change
-  tool.lpszText = text.data();
+  tool.lpszText = LPSTR_TEXTCALLBACKW;
   SendMessageW(window_, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+}
+
+void ToolTips::Answer(NMHDR* question, std::wstring tip) {
+  shown_ = std::move(tip);
+  reinterpret_cast<NMTTDISPINFOW*>(question)->lpszText = shown_.data();
 }
 
 void ToolTips::SetFont(HFONT font, int maxWidth) {

@@ -18,13 +18,17 @@ class ToolTips {
   // A dialog without tool tips works: failures are passed over.
   void Create(HWND dialog, HINSTANCE module);
 
-  // Sets, changes or (empty) removes the tip of a child window.
-  void Set(HWND child, const std::wstring& tip);
+  // From now on the dialog is asked for a tip by TTN_GETDISPINFO while the mouse rests on the
+  // child.
+  void Add(HWND child);
+  // Answers that; an empty tip is none.
+  void Answer(NMHDR* question, std::wstring tip);
   void SetFont(HFONT font, int maxWidth);
 
  private:
   HWND dialog_ = nullptr;
   HWND window_ = nullptr;
+  std::wstring shown_;  // is read after the answer
 };
 
 }  // namespace postrove::forms

@@ -3,13 +3,13 @@
 #include <atomic>
 #include <iostream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "dialog_user.h"
-#include "forms/frmFolderMessage.h"
 #include "forms/frmPostrove.h"
-#include "forms/frmProjInfo.h"
 #include "forms/frmSetup.h"
+#include "forms/kit/access_key.h"
 #include "forms/win32/WinFormHost.h"
 #include "gtest/gtest.h"
 #include "shared/text.h"
@@ -68,53 +68,19 @@ class FormKeyboard : public ::testing::Test {
   std::size_t end = 0;
 };
 
-TEST_F(FormKeyboard, OpensWithItsFirstFieldActive) {
-  Use([](Dialog&) {});
-  EXPECT_EQ(log.All(), (Events{"activate", "cboPostrove got", "cmdPostrove4 click", "unload"}));
-}
-
-TEST_F(FormKeyboard, TabsThroughTheFieldsInOrder) {
-  Use([&](Dialog& dialog) {
-    for (const Control* control :
-         {&form.txtSaveFolder, &form.cmdPostrove(kBrowseFolderButton), &form.txtSaveAsName,
-          &form.cmdPostrove(kMainButton), &form.cmdPostrove(kCloseButton),
-          &form.cmdPostrove(kAddProjectButton), &form.cmdPostrove(kEditProjectButton),
-          &form.cmdPostrove(kDefaultsButton), &form.cmdPostrove(kHelpButton), &form.lblWebSite,
-          &form.cboPostrove}) {
-      PostMessageW(dialog.Focus(), WM_KEYDOWN, VK_TAB, 1);
-      dialog.WaitForFocus(*control);
-    }
-    WaitFor("the last event", [&] { return log.Count() == start + 22; });
-  });
-  const Events events = UserEvents();
-  ASSERT_EQ(events.size(), 22u);
-  EXPECT_EQ((Events{events.begin(), events.begin() + 6}),
-            (Events{"cboPostrove lost", "txtSaveFolder got", "txtSaveFolder lost",
-                    "cmdPostrove1 got", "cmdPostrove1 lost", "txtSaveAsName got"}));
-}
-
 // A field learns that it was left before the button acts on what it held.
 TEST_F(FormKeyboard, EnterPressesTheDefaultButtonAfterTheFieldWasLeft) {
   Use([&](Dialog& dialog) {
+    // The key that answered a message box is still down when the dialog is active again.
+    PostMessageW(dialog.Focus(), WM_KEYDOWN, VK_RETURN, 1 | (1 << 30));
+    dialog.Type(form.cboPostrove, L"z");
+    WaitForEvent("cboPostrove change z");
     dialog.Press(form.cboPostrove, VK_RETURN);
     WaitForEvent("cmdPostrove0 click");
   });
-  EXPECT_EQ(UserEvents(), (Events{"cboPostrove lost", "cmdPostrove0 got", "cmdPostrove0 click"}));
-}
-
-TEST_F(FormKeyboard, EnterPressesTheButtonThatHasTheFocus) {
-  form.cmdPostrove(kHelpButton).onClick = [this] {
-    log.Add("help");
-    host->SetFocus(form.lblWebSite);
-  };
-  Use([&](Dialog& dialog) {
-    dialog.PressAlt(L'h');
-    WaitForEvent("help");
-    dialog.WaitForFocus(form.lblWebSite);
-    PostMessageW(dialog.Focus(), WM_KEYDOWN, VK_RETURN, 1);
-    WaitForEvent("lblWebSite click");
-  });
-  EXPECT_FALSE(log.Has("cmdPostrove0 click"));
+  EXPECT_EQ(log.All(),
+            (Events{"activate", "cboPostrove got", "cboPostrove change z", "cboPostrove lost",
+                    "cmdPostrove0 got", "cmdPostrove0 click", "cmdPostrove4 click", "unload"}));
 }
 
 // Only with Alt is a letter an access key, whatever has the focus.
@@ -132,13 +98,22 @@ TEST_F(FormKeyboard, NoPlainLetterPressesAButton) {
     PostMessageW(dialog.Focus(), WM_KEYDOWN, VK_F1, 1);
     WaitForEvent("cmdPostrove5 click");
     dialog.WaitForFocus(form.rtfFieldHints);
-    dialog.PressAlt(L's');
-    WaitForEvent("cmdPostrove0 click");
+    dialog.PressAlt(L'e');
+    WaitForEvent("cmdPostrove8 click");
+    // Enter is for what has the focus, a link as well.
+    PostMessageW(dialog.Focus(), WM_KEYDOWN, VK_RETURN, 1);
+    dialog.PressAlt(L'd');
+    WaitForEvent("cmdPostrove3 click");
+    PostMessageW(dialog.Window(), WM_NEXTDLGCTL,
+                 reinterpret_cast<WPARAM>(dialog.Item(form.lblWebSite)), TRUE);
+    dialog.WaitForFocus(form.lblWebSite);
+    PostMessageW(dialog.Focus(), WM_KEYDOWN, VK_RETURN, 1);
+    WaitForEvent("lblWebSite click");
   });
-  const Events all = UserEvents();
-  EXPECT_EQ(std::count_if(all.begin(), all.end(),
-                          [](const std::string& event) { return event.ends_with("click"); }),
-            2);
+  Events clicks = UserEvents();
+  std::erase_if(clicks, [](const std::string& event) { return !event.ends_with("click"); });
+  EXPECT_EQ(clicks, (Events{"cmdPostrove5 click", "cmdPostrove8 click", "cmdPostrove8 click",
+                            "cmdPostrove3 click", "lblWebSite click"}));
 }
 
 // What the list shows counts when it is closed, and not by Esc; what was typed is not completed.
@@ -172,16 +147,6 @@ TEST_F(FormKeyboard, TheListTakesNothingOverUnasked) {
                                   "cboPostrove change Beta: 2", "cboPostrove click"}));
 }
 
-// The key that answered a message box is still down when the dialog is active again.
-TEST_F(FormKeyboard, IgnoresAHeldDownEnter) {
-  Use([&](Dialog& dialog) {
-    PostMessageW(dialog.Focus(), WM_KEYDOWN, VK_RETURN, 1 | (1 << 30));
-    dialog.Type(form.cboPostrove, L"z");
-    WaitForEvent("cboPostrove change z");
-  });
-  EXPECT_FALSE(log.Has("cmdPostrove0 click"));
-}
-
 TEST_F(FormKeyboard, GivesKeysToTheModelBeforeTheText) {
   std::vector<int> keys;
   form.cboPostrove.onKeyPress = [&](int& key) {
@@ -199,14 +164,14 @@ TEST_F(FormKeyboard, GivesKeysToTheModelBeforeTheText) {
     WaitForEvent("cboPostrove change ab");
     dialog.Press(form.cboPostrove, VK_RETURN);
     WaitForEvent("txtSaveFolder got");
+    dialog.Press(form.txtSaveFolder, VK_ESCAPE);  // the field is not left
+    dialog.WaitForEnd();
   });
   EXPECT_EQ(keys, (std::vector<int>{'a', 'x', 'b', 13}));
-  EXPECT_FALSE(log.Has("cmdPostrove0 click"));
-  const Events events = UserEvents();
-  EXPECT_EQ((Events{events.end() - 3, events.end()}),
-            (Events{"enter", "cboPostrove lost", "txtSaveFolder got"}));
+  EXPECT_EQ(UserEvents(),
+            (Events{"cboPostrove change a", "cboPostrove change ab", "enter", "cboPostrove lost",
+                    "txtSaveFolder got", "cmdPostrove4 click", "unload"}));
 }
-
 // A press on Cancel is known before the field that is being left would check itself.
 TEST_F(FormKeyboard, MousePressComesBeforeTheLossOfFocus) {
   Control& close = form.cmdPostrove(kCloseButton);
@@ -240,35 +205,6 @@ TEST_F(FormKeyboard, ADisabledFieldPassesTheFocusOn) {
   });
 }
 
-// As by its Cancel button, which a screen reader's user finds too.
-TEST(FolderMessage, IsCancelledByItsTitleBar) {
-  const OwnerWindow owner;
-  const auto host = CreateWinFormHost(GetModuleHandleW(nullptr));
-  EventLog log;
-  frmFolderMessage form({});
-  Record(form, log);
-  form.txtFolderMessage(0).SetText(L"The file \r\n\"a\"\r\n already exists.");
-  form.onActivate = [&] { host->SetFocus(form.txtFolderMessage(1)); };
-  form.onHelp = [&] { log.Add("help"); };
-  const DialogUser user([&] {
-    const Dialog dialog(form.Caption());
-    WaitFor("the name's focus", [&] { return log.Has("txtFolderMessage1 got"); });
-    EXPECT_NE(GetWindowLongPtrW(dialog.Window(), GWL_STYLE) & WS_SYSMENU, 0);
-    EXPECT_EQ(dialog.TextOf(form.txtFolderMessage(0)), form.txtFolderMessage(0).Text());
-    dialog.Type(form.txtFolderMessage(0), L"q");
-    dialog.Type(form.txtFolderMessage(1), L" ");
-    WaitFor("the typed blank", [&] { return form.txtFolderMessage(1).Text().front() == L' '; });
-    dialog.Press(form.txtFolderMessage(1), VK_F1);
-    WaitFor("the help", [&] { return log.Has("help"); });
-    PostMessageW(dialog.Window(), WM_SYSCOMMAND, SC_CLOSE, 0);
-    dialog.WaitForEnd();
-  });
-  host->ShowModal(form);
-  EXPECT_TRUE(log.Has("cmdFolderMessage1 click"));
-  EXPECT_FALSE(log.Has("txtFolderMessage0 got"));
-  EXPECT_EQ(form.txtFolderMessage(0).Text(), L"The file \r\n\"a\"\r\n already exists.");
-}
-
 // As in Visual Basic: a field that keeps the focus, because its text was refused, keeps the button
 // from being pressed.
 TEST_F(FormKeyboard, AFieldThatTakesTheFocusBackLosesTheClick) {
@@ -299,115 +235,103 @@ TEST_F(FormKeyboard, AFieldThatTakesTheFocusBackLosesTheClick) {
   });
 }
 
-TEST(OptionButtons, AreChosenByTheArrowKeysAndNotByTheFirstFocus) {
+// An option button without the mark is no tab stop, and the first focus does not choose it.
+TEST(Keyboard, ChoosesOptionsByArrowKeysAndByClicks) {
+  class Choices : public Form {
+   public:
+    Choices() : Form(L"Choices", 3000, 2000, false) {
+      SetCaption(L"Choices");
+      Add(ControlKind::Frame, L"frame", -1, {0, 0, 2800, 900}, L"Frame");
+      Add(ControlKind::OptionButton, L"option", 0, {100, 300, 1200, 300}, L"One");
+      Add(ControlKind::OptionButton, L"option", 1, {1400, 300, 1200, 300}, L"Two");
+      Add(ControlKind::CheckBox, L"check", -1, {100, 1000, 1200, 300}, L"Check");
+      Find(L"option", 1).SetChecked(true);
+    }
+  } form;
+  EventLog log;
+  Record(form, log);
   const OwnerWindow owner;
   const auto host = CreateWinFormHost(GetModuleHandleW(nullptr));
-  EventLog log;
-  frmSetup form({});
-  Control& own = form.optDbType(kSetupOwnDb);
-  Control& sibling = form.optDbType(kSetupSiblingDb);
-  sibling.SetChecked(true);
-  Record(form, log);
-  const auto marked = [](const Dialog& dialog, const Control& option) {
-    return SendMessageW(dialog.Item(option), BM_GETCHECK, 0, 0) == BST_CHECKED;
-  };
+  const Control& one = form.Find(L"option", 0);
+  const Control& two = form.Find(L"option", 1);
+  const Control& check = form.Find(L"check");
   const DialogUser user([&] {
-    const Dialog dialog(form.Caption());
-    dialog.WaitForFocus(sibling);
-    WaitFor("the first focus", [&] { return log.Has("optDbType1 got"); });
-    EXPECT_FALSE(log.Has("optDbType0 click"));
-    dialog.Press(sibling, VK_LEFT);
-    WaitFor("the choice", [&] { return log.Has("optDbType0 click"); });
-    dialog.WaitForFocus(own);
-    WaitFor("the marks", [&] { return marked(dialog, own) && !marked(dialog, sibling); });
-    dialog.Press(own, VK_TAB);
-    dialog.WaitForFocus(form.txtSetup(kSetupDatabase));
-    WaitFor("the field", [&] { return log.Has("txtSetup4 got"); });
+    const Dialog dialog(L"Choices");
+    const auto marks = [&](bool first, bool second) {
+      WaitFor("the marks", [&] {
+        return (SendMessageW(dialog.Item(one), BM_GETCHECK, 0, 0) != 0) == first &&
+               (SendMessageW(dialog.Item(two), BM_GETCHECK, 0, 0) != 0) == second;
+      });
+    };
+    dialog.WaitForFocus(two);
+    WaitFor("the first focus", [&] { return log.Has("option1 got"); });
+    marks(false, true);
+    dialog.Press(two, VK_LEFT);
+    marks(true, false);
+    dialog.Click(two);
+    marks(false, true);
+    dialog.Press(two, VK_TAB);
+    dialog.WaitForFocus(check);
+    dialog.Click(check);
+    WaitFor("the check", [&] { return SendMessageW(dialog.Item(check), BM_GETCHECK, 0, 0); });
     dialog.Close();
   });
   host->ShowModal(form);
-  const Events all = log.All();
-  EXPECT_EQ((Events{all.end() - 4, all.end()}),
-            (Events{"txtSetup4 lost", "cmdSetup0 got", "cmdSetup0 click", "unload"}));
-  EXPECT_TRUE(own.Checked());
-  EXPECT_FALSE(sibling.Checked());
+  EXPECT_EQ(log.All(), (Events{"activate", "option1 got", "option1 lost", "option0 got",
+                               "option0 click", "option0 lost", "option1 got", "option1 click",
+                               "option1 lost", "check got", "check click", "unload"}));
 }
 
-// What Tab reaches, in this order, and the label with the key of a field; all else has its own.
-struct Stop {
-  Control& control;
-  Control& keyed;
-};
-
-// Goes through a form by Tab and then by the keys that its windows show. Links have none.
-void CheckKeyboard(Form& form, const std::vector<Stop>& stops, Control& cancel) {
+// Tab goes through the controls in their order; the key that a window shows leads to its control,
+// that of a label to the field behind it.
+TEST(Keyboard, ReachesEveryControl) {
+  frmSetup form({});
+  form.optDbType(kSetupOwnDb).SetChecked(true);
+  std::vector<const Control*> stops;
+  std::vector<std::pair<const Control*, const Control*>> keyed;
+  for (const auto& item : form.Controls()) {
+    const ControlKind kind = item->Kind();
+    const bool label = kind == ControlKind::Label && !item->link;
+    const bool stop = item->tabStop && item->Visible() && !label && kind != ControlKind::Frame &&
+                      (kind != ControlKind::OptionButton || item->Checked());
+    if (stop) stops.push_back(item.get());
+    if (stop && !keyed.empty() && !keyed.back().second) keyed.back().second = item.get();
+    if (kind == ControlKind::CommandButton) keyed.push_back({item.get(), item.get()});
+    if (label && ShownCaption(*item).find(L'&') != std::wstring::npos) {
+      keyed.push_back({item.get(), nullptr});
+    }
+  }
+  ASSERT_EQ(stops.size(), 16u);
+  ASSERT_EQ(keyed.size(), 14u);
   const OwnerWindow owner;
   const auto host = CreateWinFormHost(GetModuleHandleW(nullptr));
-  EventLog log;
-  Record(form, log);
   std::atomic<bool> done = false;
-  cancel.onClick = [&] {
+  std::atomic<bool> left = false;
+  form.txtSetup(kSetupEmailFolder).onGotFocus = [&] { left = false; };
+  form.txtSetup(kSetupEmailFolder).onLostFocus = [&] { left = true; };
+  form.cmdSetup(kSetupReturn).onClick = [&] {
     if (done) form.Unload();
   };
   const DialogUser user([&] {
     const Dialog dialog(form.Caption());
-    dialog.WaitForFocus(stops.front().control);
+    dialog.WaitForFocus(*stops.front());
     for (std::size_t i = 1; i <= stops.size(); ++i) {
       PostMessageW(dialog.Focus(), WM_KEYDOWN, VK_TAB, 1);
-      dialog.WaitForFocus(stops[i % stops.size()].control);
+      dialog.WaitForFocus(*stops[i % stops.size()]);
     }
-    for (std::size_t i = stops.size(); i-- > 0;) {
-      if (stops[i].control.link) continue;
-      const std::wstring caption = dialog.TextOf(stops[i].keyed);
-      const std::size_t mark = caption.find(L'&');
-      if (mark == std::wstring::npos) throw std::runtime_error("no key: " + text::ToUtf8(caption));
-      dialog.PressAlt(text::Fold(caption.at(mark + 1)));
-      dialog.WaitForFocus(stops[i].control);
+    for (const auto& [shown, target] : keyed) {
+      const std::wstring caption = dialog.TextOf(*shown);
+      dialog.PressAlt(text::Fold(caption.at(caption.find(L'&') + 1)));
+      dialog.WaitForFocus(*target);
     }
+    // Its title bar takes over what was typed, as the button that is default and cancel in one.
+    dialog.PressAlt(L'e');
+    dialog.WaitForFocus(form.txtSetup(kSetupEmailFolder));
     done = true;
     dialog.Close();
   });
   host->ShowModal(form);
-}
-
-TEST(Keyboard, ReachesAllOfTheProjectInformation) {
-  frmProjInfo form({});
-  std::vector<Stop> stops;
-  for (const int index : {kProjInfoNumber, kProjInfoName, kProjInfoFolder}) {
-    stops.push_back({form.txtProjInfo(index), form.lblFieldLabel(index)});
-  }
-  for (Control* const one :
-       {&form.cmdBrowse(0), &form.chkProjActive, &form.cmdProjInfo(kProjInfoSave),
-        &form.cmdProjInfo(kProjInfoCancel), &form.cmdProjInfo(kProjInfoHelp), &form.lblWebSite}) {
-    stops.push_back({*one, *one});
-  }
-  CheckKeyboard(form, stops, form.cmdProjInfo(kProjInfoCancel));
-}
-
-TEST(Keyboard, ReachesAllOfTheDefaultsSetup) {
-  frmSetup form({});
-  form.optDbType(kSetupOwnDb).SetChecked(true);
-  std::vector<Stop> stops = {{form.optDbType(kSetupOwnDb), form.optDbType(kSetupOwnDb)}};
-  const struct {
-    int field;
-    int browse;
-  } folders[] = {{kSetupDatabase, kSetupBrowseDatabase},
-                 {kSetupSettings, kSetupBrowseSettings},
-                 {kSetupServerFolder, kSetupBrowseServerFolder},
-                 {kSetupEmailFolder, kSetupBrowseEmailFolder}};
-  for (const auto& row : folders) {
-    stops.push_back({form.txtSetup(row.field), form.lblFieldLabel(row.field)});
-    stops.push_back({form.cmdBrowse(row.browse), form.cmdBrowse(row.browse)});
-  }
-  stops.push_back({form.cboWorkType, form.lblFieldLabel(kSetupWorkType)});
-  stops.push_back(
-      {form.txtSetup(kSetupProjectDelimiter), form.lblFieldLabel(kSetupDelimiterLabel)});
-  stops.push_back({form.txtSetup(kSetupSubjectDelimiter), form.lblDelimLabel(1)});
-  for (Control* const one : {&form.cmdSetup(kSetupReturn), &form.cmdSetup(kSetupHelp),
-                             &form.lblWebSite(0), &form.lblWebSite(1)}) {
-    stops.push_back({*one, *one});
-  }
-  CheckKeyboard(form, stops, form.cmdSetup(kSetupReturn));
+  EXPECT_TRUE(left);
 }
 
 }  // namespace

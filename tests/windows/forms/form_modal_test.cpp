@@ -54,44 +54,49 @@ TEST_F(FormModal, DisablesItsOwnerWhileItIsUp) {
   }
 }
 
-// A sent mail closes its inspector, the owner, while the button's handler still runs.
+// A sent mail closes its inspector, the owner, or the window that owns that, while the button's
+// handler still runs, here within a dialog on the dialog.
 TEST_F(FormModal, SurvivesTheDestructionOfItsOwner) {
-  OnMain() = [&] {
-    owner.Destroy();
-    form->txtSaveAsName.SetText(L"after");
-    log.Add("sent");
-  };
-  const DialogUser user([&] {
-    const Dialog dialog(L"Postrove");
-    ClickMain(dialog);
-    WaitFor("the handler", [&] { return log.Has("sent"); });
-    EXPECT_TRUE(IsWindowVisible(dialog.Window()));
-    EXPECT_EQ(dialog.TextOf(form->txtSaveAsName), L"after");
-    dialog.Type(form->txtSaveAsName, L"x");
-    WaitFor("the typed text", [&] { return log.Has("txtSaveAsName change xafter"); });
-    dialog.Close();
-  });
-  host->ShowModal(*form);
-  EXPECT_TRUE(form->IsUnloaded());
-}
-
-TEST_F(FormModal, SurvivesTheDestructionOfTheOwnerOfItsOwner) {
-  const HWND child = CreateWindowExW(0, L"STATIC", L"owned", WS_POPUP | WS_VISIBLE, 0, 0, 50, 50,
-                                     owner.Window(), nullptr, nullptr, nullptr);
-  SetActiveWindow(child);
-  OnMain() = [&] {
-    owner.Destroy();
-    EXPECT_FALSE(IsWindow(child));
-    form->Unload();
-  };
-  const DialogUser user([&] {
-    const Dialog dialog(L"Postrove");
-    EXPECT_EQ(GetWindow(dialog.Window(), GW_OWNER), child);
-    ClickMain(dialog);
-    dialog.WaitForEnd();
-  });
-  host->ShowModal(*form);
-  EXPECT_TRUE(form->IsUnloaded());
+  for (const bool withItsOwner : {false, true}) {
+    OwnerWindow outlook;
+    const HWND owned = CreateWindowExW(0, L"STATIC", L"owned", WS_POPUP | WS_VISIBLE, 0, 0, 50, 50,
+                                       outlook.Window(), nullptr, nullptr, nullptr);
+    const HWND inspector = withItsOwner ? owned : outlook.Window();
+    SetActiveWindow(inspector);
+    frmPostrove outer({});
+    frmFolderMessage inner({});
+    EventLog events;
+    Record(outer, events);
+    HWND window = nullptr;
+    inner.cmdFolderMessage(0).onClick = [&] {
+      outlook.Destroy();
+      EXPECT_FALSE(IsWindow(inspector));
+      inner.Unload();
+    };
+    outer.cmdPostrove(kMainButton).onClick = [&] {
+      host->ShowModal(inner);
+      EXPECT_EQ(GetActiveWindow(), window);
+      outer.txtSaveAsName.SetText(L"after");
+    };
+    const DialogUser user([&] {
+      const Dialog dialog(L"Postrove");
+      window = dialog.Window();
+      EXPECT_EQ(GetWindow(window, GW_OWNER), inspector);
+      dialog.Click(outer.cmdPostrove(kMainButton));
+      const Dialog message(inner.Caption());
+      EXPECT_EQ(GetWindow(message.Window(), GW_OWNER), window);
+      EXPECT_FALSE(IsWindowEnabled(window));
+      message.Press(inner.txtFolderMessage(1), VK_RETURN);
+      WaitFor("the handler", [&] { return events.Has("txtSaveAsName change after"); });
+      EXPECT_TRUE(IsWindowEnabled(window));
+      EXPECT_TRUE(IsWindowVisible(window));
+      EXPECT_EQ(dialog.TextOf(outer.txtSaveAsName), L"after");
+      dialog.Type(outer.txtSaveAsName, L"x");
+      WaitFor("the typed text", [&] { return events.Has("txtSaveAsName change xafter"); });
+      dialog.Close();
+    });
+    host->ShowModal(outer);
+  }
 }
 
 TEST_F(FormModal, EndsWhenItsWindowIsDestroyedByOthers) {
@@ -119,59 +124,6 @@ TEST_F(FormModal, EndsWhenItsWindowIsDestroyedByOthers) {
     EXPECT_TRUE(events.Has("unload"));
     EXPECT_TRUE(IsWindowEnabled(owner.Window()));
   }
-}
-
-TEST_F(FormModal, ShowsADialogOnTopOfADialog) {
-  frmFolderMessage inner({});
-  inner.cmdFolderMessage(0).onClick = [&] {
-    inner.Unload();
-    log.Add("answered");
-  };
-  HWND outer = nullptr;
-  OnMain() = [&] {
-    host->ShowModal(inner);
-    EXPECT_TRUE(IsWindowEnabled(outer));
-    EXPECT_EQ(GetActiveWindow(), outer);
-    log.Add("back");
-    form->Unload();
-  };
-  const DialogUser user([&] {
-    const Dialog dialog(L"Postrove");
-    outer = dialog.Window();
-    ClickMain(dialog);
-    const Dialog message(inner.Caption());
-    EXPECT_EQ(GetWindow(message.Window(), GW_OWNER), outer);
-    EXPECT_FALSE(IsWindowEnabled(outer));
-    message.Press(inner.txtFolderMessage(1), VK_RETURN);
-    message.WaitForEnd();
-    dialog.WaitForEnd();
-  });
-  host->ShowModal(*form);
-  EXPECT_TRUE(log.Has("answered"));
-  EXPECT_TRUE(log.Has("back"));
-}
-
-// The owner of both dialogs goes while the inner one is up.
-TEST_F(FormModal, NestedDialogsSurviveTheDestructionOfTheOwner) {
-  frmFolderMessage inner({});
-  inner.cmdFolderMessage(0).onClick = [&] {
-    owner.Destroy();
-    inner.Unload();
-  };
-  OnMain() = [&] {
-    host->ShowModal(inner);
-    log.Add("back");
-  };
-  const DialogUser user([&] {
-    const Dialog dialog(L"Postrove");
-    ClickMain(dialog);
-    const Dialog message(inner.Caption());
-    message.Click(inner.cmdFolderMessage(0));
-    WaitFor("the outer dialog", [&] { return log.Has("back"); });
-    EXPECT_TRUE(IsWindowEnabled(dialog.Window()));
-    dialog.Close();
-  });
-  host->ShowModal(*form);
 }
 
 TEST_F(FormModal, StaysWhileUnloadingIsRefused) {

@@ -1,12 +1,20 @@
 // Changes of the model reach the windows, and come back from them only once.
+#include <windows.h>
+
+#include <commctrl.h>
+#include <objbase.h>
+#include <richedit.h>
+
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "dialog_user.h"
 #include "forms/frmPostrove.h"
 #include "forms/win32/WinFormHost.h"
 #include "gtest/gtest.h"
+#include "shared/text.h"
 
 namespace postrove::forms {
 namespace {
@@ -42,24 +50,11 @@ class FormModel : public ::testing::Test {
   frmPostrove form{{}};
 };
 
-TEST_F(FormModel, ShowsWhatWasSetBefore) {
-  form.SetCaption(L"Postrove");
-  form.txtSaveFolder.SetText(L"P:\\Jobs");
-  form.cboPostrove.SetItems({L"A: 1", L"B: 2"});
-  form.cboPostrove.SetListIndex(1);
-  form.cmdPostrove(kEditProjectButton).SetVisible(false);
-  form.txtSaveAsName.SetEnabled(false);
-  Show([] {},
-       [&](Dialog& dialog) {
-         EXPECT_EQ(dialog.TextOf(form.txtSaveFolder), L"P:\\Jobs");
-         EXPECT_EQ(dialog.TextOf(form.cboPostrove), L"B: 2");
-         EXPECT_FALSE(IsWindowVisible(dialog.Item(form.cmdPostrove(kEditProjectButton))));
-         EXPECT_FALSE(IsWindowEnabled(dialog.Item(form.txtSaveAsName)));
-       });
-}
-
-TEST_F(FormModel, AppliesEveryLaterChange) {
+TEST_F(FormModel, ShowsWhatWasSetBeforeAndEveryLaterChange) {
   RECT before = {};
+  form.cmdPostrove(kAddProjectButton).SetVisible(false);
+  form.txtSaveAsName.SetEnabled(false);
+  form.txtSaveAsName.SetText(L"name");
   Show(
       [&] {
         form.txtSaveFolder.SetText(L"new");
@@ -76,11 +71,12 @@ TEST_F(FormModel, AppliesEveryLaterChange) {
         form.cboPostrove.SetItems({L"A: 1"});
         form.cboPostrove.AddItem(L"B: 2");
         form.cboPostrove.SetListIndex(1);
-        form.txtSaveAsName.SetBackColor(kYellow);
-        form.txtSaveAsName.SetForeColor(kRed);
       },
       [&](Dialog& dialog) {
         const HWND folder = dialog.Item(form.txtSaveFolder);
+        EXPECT_FALSE(IsWindowVisible(dialog.Item(form.cmdPostrove(kAddProjectButton))));
+        EXPECT_FALSE(IsWindowEnabled(dialog.Item(form.txtSaveAsName)));
+        EXPECT_EQ(dialog.TextOf(form.txtSaveAsName), L"name");
         EXPECT_EQ(dialog.TextOf(form.txtSaveFolder), L"new");
         EXPECT_EQ(SendMessageW(folder, EM_GETSEL, 0, 0), MAKELONG(1, 3));
         EXPECT_NE(GetWindowLongPtrW(folder, GWL_STYLE) & ES_READONLY, 0);
@@ -95,17 +91,16 @@ TEST_F(FormModel, AppliesEveryLaterChange) {
         GetWindowRect(dialog.Item(form.cmdPostrove(kEditProjectButton)), &button);
         // The design puts the marker 75 twips beside the button.
         EXPECT_GT(before.left - button.right, 90);
-
-        const HWND name = dialog.Item(form.txtSaveAsName);
-        const HDC dc = GetDC(name);
-        const auto brush = reinterpret_cast<HBRUSH>(SendMessageW(dialog.Window(), WM_CTLCOLOREDIT,
-                                                                 reinterpret_cast<WPARAM>(dc),
-                                                                 reinterpret_cast<LPARAM>(name)));
-        LOGBRUSH description = {};
-        GetObjectW(brush, sizeof description, &description);
-        EXPECT_EQ(description.lbColor, RGB(255, 255, 0));
-        EXPECT_EQ(GetTextColor(dc), RGB(255, 0, 0));
-        ReleaseDC(name, dc);
+        // Of the common controls that have the system's themes.
+        HMODULE library = nullptr;
+        GetModuleHandleExW(
+            GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+            reinterpret_cast<const wchar_t*>(
+                GetClassLongPtrW(dialog.Item(form.cmdPostrove(kMainButton)), GCLP_WNDPROC)),
+            &library);
+        wchar_t path[MAX_PATH] = {};
+        GetModuleFileNameW(library, path, MAX_PATH);
+        EXPECT_NE(text::ReplaceIgnoreCase(path, L"comctl32", L""), path);
       });
   int changes = 0;
   for (const std::string& event : log.All()) {
@@ -115,30 +110,181 @@ TEST_F(FormModel, AppliesEveryLaterChange) {
   EXPECT_EQ(changes, 2) << "a change from code is told once";
 }
 
-// Whatever colours the system has, a text can be told from its ground.
+// The text colour and the ground that a control is painted with.
+std::pair<COLORREF, COLORREF> ColorsOf(const Dialog& dialog, const Control& control) {
+  const HWND window = dialog.Item(control);
+  const HDC dc = GetDC(window);
+  const auto brush = reinterpret_cast<HBRUSH>(SendMessageW(dialog.Window(), WM_CTLCOLOREDIT,
+                                                           reinterpret_cast<WPARAM>(dc),
+                                                           reinterpret_cast<LPARAM>(window)));
+  LOGBRUSH ground = {};
+  GetObjectW(brush, sizeof ground, &ground);
+  const std::pair<COLORREF, COLORREF> colors{GetTextColor(dc), ground.lbColor};
+  ReleaseDC(window, dc);
+  return colors;
+}
+
+// Whatever colours the system has, also when they change while the dialog is open: a text can be
+// told from its ground, and a locked box from others.
 TEST_F(FormModel, ShowsReadableColors) {
   constexpr Color kWhite = 0xFFFFFF;
   constexpr Color kBlack = 0;
   constexpr Color kBlue = 0xCC6600;
   const struct {
-    Color text, ground;
-    COLORREF shown;
+    Color text;
+    COLORREF ground, shown;
   } kCases[] = {{kBlack, kYellow, RGB(0, 0, 0)},     {kWhite, kYellow, RGB(0, 0, 0)},
                 {kRed, kYellow, RGB(255, 0, 0)},     {kRed, kBlack, RGB(255, 255, 255)},
                 {kBlue, kBlack, RGB(255, 255, 255)}, {kBlue, kWhite, RGB(0, 102, 204)}};
-  Show([] {},
+  const int kParts[] = {COLOR_WINDOW, COLOR_BTNFACE, COLOR_INFOBK, COLOR_GRAYTEXT, COLOR_HOTLIGHT};
+  constexpr int kCount = 5;
+  const COLORREF kDark[kCount] = {0, 0, 0, RGB(63, 242, 63), RGB(255, 255, 0)};
+  COLORREF before[kCount];
+  for (int i = 0; i < kCount; ++i) before[i] = GetSysColor(kParts[i]);
+  Show([&] { form.txtSaveFolder.SetLocked(true); },
        [&](Dialog& dialog) {
-         const HWND name = dialog.Item(form.txtSaveAsName);
-         const HDC dc = GetDC(name);
          for (const auto& one : kCases) {
            form.txtSaveAsName.SetForeColor(one.text);
            form.txtSaveAsName.SetBackColor(one.ground);
-           SendMessageW(dialog.Window(), WM_CTLCOLOREDIT, reinterpret_cast<WPARAM>(dc),
-                        reinterpret_cast<LPARAM>(name));
-           EXPECT_EQ(GetTextColor(dc), one.shown);
+           EXPECT_EQ(ColorsOf(dialog, form.txtSaveAsName), (std::pair{one.shown, one.ground}));
          }
-         ReleaseDC(name, dc);
+         EXPECT_EQ(ColorsOf(dialog, form.txtSaveFolder).first, GetSysColor(COLOR_WINDOWTEXT));
+         SetSysColors(kCount, kParts, kDark);
+         SendMessageW(dialog.Window(), WM_SYSCOLORCHANGE, 0, 0);
+         EXPECT_EQ(ColorsOf(dialog, form.txtSaveFolder), (std::pair{kDark[3], kDark[0]}));
+         EXPECT_EQ(ColorsOf(dialog, form.lblWebSite).first, kDark[4]);
+         // Rich text answers with the ground that it had.
+         EXPECT_EQ(SendMessageW(dialog.Item(form.rtfFieldHints), EM_SETBKGNDCOLOR, 0, 0), 0);
        });
+  SetSysColors(kCount, kParts, before);
+}
+
+// The tool tip over a part of a dialog, as its window of tips asks for it.
+std::wstring TipOver(const Dialog& dialog, HWND part) {
+  TTTOOLINFOW tool = {};
+  tool.cbSize = TTTOOLINFOW_V2_SIZE;
+  tool.hwnd = dialog.Window();
+  tool.uId = reinterpret_cast<UINT_PTR>(part);
+  HWND tips = nullptr;
+  do {
+    tips = FindWindowExW(nullptr, tips, L"tooltips_class32", nullptr);
+    if (!tips) return L"none";
+  } while (GetWindowThreadProcessId(tips, nullptr) !=
+               GetWindowThreadProcessId(dialog.Window(), nullptr) ||
+           !SendMessageW(tips, TTM_GETTOOLINFOW, 0, reinterpret_cast<LPARAM>(&tool)));
+  NMTTDISPINFOW question = {};
+  question.hdr.code = TTN_GETDISPINFOW;
+  question.hdr.idFrom = tool.uId;
+  SendMessageW(dialog.Window(), WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&question));
+  return question.lpszText;
+}
+
+// A caption moves its column, the window grows; what still has no room is in the tool tip, and of a
+// path the end is seen.
+TEST_F(FormModel, GivesTextsRoomAndTellsTheRest) {
+  const std::wstring word(300, L'w');
+  const std::wstring path = L"P:\\" + word;
+  form.txtSaveFolder.SetText(path);
+  form.cboPostrove.SetText(word);
+  form.cboPostrove.SetItems({L"a", word});
+  RECT work;
+  SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
+  Show([] {},
+       [&](Dialog& dialog) {
+         const auto place = [&](const Control& control) {
+           RECT area;
+           GetWindowRect(dialog.Item(control), &area);
+           return area;
+         };
+         const HWND combo = dialog.Item(form.cboPostrove);
+         const HWND folder = dialog.Item(form.txtSaveFolder);
+         for (const std::wstring& caption : {std::wstring(L"Construction Site Office: "), word}) {
+           form.lblProjectLabel.SetText(caption);
+           EXPECT_EQ(TipOver(dialog, dialog.Item(form.lblProjectLabel)),
+                     caption == word ? word : L"");
+           EXPECT_EQ(place(form.cboPostrove).left, place(form.txtSaveAsName).left);
+           EXPECT_GT(place(form.cboPostrove).left, place(form.lblProjectLabel).right);
+           EXPECT_GT(place(form.txtSaveFolder).right - place(form.txtSaveFolder).left, 300);
+           RECT window;
+           GetWindowRect(dialog.Window(), &window);
+           EXPECT_LT(place(form.cmdPostrove(kCloseButton)).right, window.right);
+           EXPECT_LE(window.right, work.right);
+         }
+         RECT box;
+         GetClientRect(folder, &box);
+         EXPECT_LT(LOWORD(SendMessageW(folder, EM_POSFROMCHAR, path.size() - 1, 0)), box.right);
+         EXPECT_EQ(TipOver(dialog, folder), path + L"\r\n" + form.txtSaveFolder.ToolTip());
+         for (const HWND part : {dialog.Edit(form.cboPostrove), combo}) {
+           EXPECT_EQ(TipOver(dialog, part), word + L"\r\n" + form.cboPostrove.ToolTip());
+         }
+         EXPECT_EQ(TipOver(dialog, dialog.Item(form.cmdPostrove(kHelpButton))), L"Show Help");
+         SendMessageW(combo, CB_SHOWDROPDOWN, TRUE, 0);
+         EXPECT_EQ(SendMessageW(combo, CB_GETDROPPEDWIDTH, 0, 0),
+                   work.right - place(form.cboPostrove).left);
+       });
+}
+
+// Stands for Windows' service that tells screen readers, and writes down what it is told: one
+// object for it and for its class, of whose methods none but these are called.
+class Readers {
+  void* const* const table_ = methods_;  // first, where callers look for it
+
+ public:
+  Readers() {
+    CoInitialize(nullptr);
+    CoRegisterClassObject(
+        {0xB5F8350B, 0x0548, 0x48B1, {0xA6, 0xEE, 0x88, 0xBD, 0, 0xB4, 0xA5, 0xE7}},
+        reinterpret_cast<IUnknown*>(this), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &registered_);
+  }
+  ~Readers() {
+    CoRevokeClassObject(registered_);
+    CoUninitialize();
+  }
+
+  EventLog told;
+
+ private:
+  static HRESULT WINAPI Query(Readers* self, const IID&, void** object) {
+    *object = self;
+    return S_OK;
+  }
+  static ULONG WINAPI Count(Readers*) { return 1; }
+  static HRESULT WINAPI Create(Readers* self, IUnknown*, const IID& id, void** object) {
+    return Query(self, id, object);
+  }
+  static HRESULT WINAPI SetRole(Readers* self, HWND, DWORD, DWORD, GUID prop, VARIANT value) {
+    if (prop.Data1 == 0xCB905FF2) self->told.Add("role " + std::to_string(value.lVal));
+    return S_OK;
+  }
+  static HRESULT WINAPI Describe(Readers* self, HWND window, DWORD, DWORD, GUID prop,
+                                 const wchar_t* value) {
+    wchar_t name[64] = {};
+    GetClassNameW(window, name, 64);
+    if (prop.Data1 == 0x4D48DFE4) self->told.Add(text::ToUtf8(name) + ": " + text::ToUtf8(value));
+    return S_OK;
+  }
+  static HRESULT WINAPI Clear(Readers* self, HWND, DWORD, DWORD, const GUID*, int count) {
+    self->told.Add("cleared " + std::to_string(count));
+    return S_OK;
+  }
+  template <typename Method>
+  static void* Slot(Method method) {
+    return reinterpret_cast<void*>(method);
+  }
+
+  void* const methods_[18] = {Slot(Query), Slot(Count), Slot(Count),   Slot(Create),
+                              nullptr,     nullptr,     Slot(SetRole), Slot(Describe),
+                              nullptr,     Slot(Clear)};
+  DWORD registered_ = 0;
+};
+
+TEST_F(FormModel, TellsScreenReadersItsRoleAndItsHints) {
+  Readers readers;
+  form.rtfFieldHints.SetText(L"first");
+  Show([&] { form.rtfFieldHints.SetText(L"Hint: x"); }, [](Dialog&) {});
+  EXPECT_EQ(readers.told.All(),
+            (std::vector<std::string>{"role 18", "PostroveForm: first", "Button: Hint: x",
+                                      "cleared 2", "cleared 2", "cleared 2"}));
 }
 
 // Neither opening nor the first look at the list waits for all of it; the rest comes by itself.
@@ -175,115 +321,95 @@ TEST_F(FormModel, FillsALongListInPortions) {
 TEST_F(FormModel, ResizesWithItsFieldsAndNotBelowItsDesign) {
   Show([] {},
        [&](Dialog& dialog) {
-         const auto place = [&](const Control& control) {
+         const auto width = [&](HWND window) {
            RECT area;
-           GetWindowRect(dialog.Item(control), &area);
-           MapWindowPoints(nullptr, dialog.Window(), reinterpret_cast<POINT*>(&area), 2);
-           return area;
+           GetWindowRect(window, &area);
+           return area.right - area.left;
          };
-         const RECT folder = place(form.txtSaveFolder);
-         const RECT close = place(form.cmdPostrove(kCloseButton));
-         const RECT hints = place(form.rtfFieldHints);
-         const RECT help = place(form.cmdPostrove(kHelpButton));
-         RECT designed;
-         GetWindowRect(dialog.Window(), &designed);
-         const int width = designed.right - designed.left;
-         const int height = designed.bottom - designed.top;
-         SetWindowPos(dialog.Window(), nullptr, 0, 0, width + 60, height + 40, SWP_NOMOVE);
-         EXPECT_EQ(place(form.txtSaveFolder).left, folder.left);
-         EXPECT_EQ(place(form.txtSaveFolder).right, folder.right + 60);
-         EXPECT_EQ(place(form.txtSaveFolder).bottom, folder.bottom);
-         EXPECT_EQ(place(form.cmdPostrove(kCloseButton)).left, close.left + 60);
-         EXPECT_EQ(place(form.cmdPostrove(kCloseButton)).top, close.top + 40);
-         EXPECT_EQ(place(form.rtfFieldHints).bottom, hints.bottom + 40);
-         EXPECT_EQ(place(form.cmdPostrove(kHelpButton)).left, help.left);
+         const HWND folder = dialog.Item(form.txtSaveFolder);
+         const LONG designed = width(folder);
+         const LONG least = width(dialog.Window());
+         SetWindowPos(dialog.Window(), nullptr, 0, 0, least + 60, 600, SWP_NOMOVE);
+         EXPECT_EQ(width(folder), designed + 60);
          MINMAXINFO limits = {};
          SendMessageW(dialog.Window(), WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&limits));
-         EXPECT_EQ(limits.ptMinTrackSize.x, width);
-         EXPECT_EQ(limits.ptMinTrackSize.y, height);
+         EXPECT_EQ(limits.ptMinTrackSize.x, least);
        });
 }
 
 // The user's size comes back at the next opening, whole on the monitor and not below the design.
 TEST_F(FormModel, RemembersTheSizeThatTheUserGave) {
   const struct {
-    int grow;   // pixels, in both directions
-    bool user;  // by dragging
-    int more;   // what the next opening is larger by; -1: it fills the monitor
-  } kCases[] = {{60, true, 60}, {200, false, 60}, {-50, true, 0}, {9000, true, -1}};
-  RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\Postrove\\Forms");
-  const auto size = [](const Dialog& dialog) {
-    RECT place;
-    GetWindowRect(dialog.Window(), &place);
-    return SIZE{place.right - place.left, place.bottom - place.top};
-  };
-  const auto show = [&](const std::function<void(Dialog&)>& look) {
+    int opened;  // larger than designed by that, in both directions; -1: it fills the monitor
+    int sized;   // what the dialog then gets
+    bool user;   // by dragging
+  } kCases[] = {{0, 60, true}, {60, 200, false}, {60, -50, true}, {0, 9000, true}, {-1, 0, false}};
+  constexpr wchar_t kKey[] = L"Software\\Postrove\\Forms";
+  RegDeleteTreeW(HKEY_CURRENT_USER, kKey);
+  LONG width = 0;
+  LONG height = 0;
+  const auto open = [&](int opened, int sized, bool byUser) {
     frmPostrove own({});
     const DialogUser user([&] {
-      Dialog dialog(L"Postrove");
-      look(dialog);
+      const Dialog dialog(L"Postrove");
+      RECT place;
+      RECT work;
+      GetWindowRect(dialog.Window(), &place);
+      SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
+      if (!width) {
+        width = place.right - place.left;
+        height = place.bottom - place.top;
+      }
+      if (opened < 0) {
+        EXPECT_TRUE(EqualRect(&place, &work));
+      } else {
+        EXPECT_NEAR(place.right - place.left, width + opened, 1);
+        EXPECT_NEAR(place.bottom - place.top, height + opened, 1);
+      }
+      if (byUser) SendMessageW(dialog.Window(), WM_SIZING, WMSZ_BOTTOMRIGHT, 0);
+      SetWindowPos(dialog.Window(), nullptr, 0, 0, width + sized, height + sized,
+                   SWP_NOMOVE | SWP_NOSENDCHANGING);
       dialog.Close();
     });
     host->ShowModal(own);
   };
-  SIZE designed = {};
-  show([&](Dialog& dialog) { designed = size(dialog); });
   for (const auto& one : kCases) {
-    SCOPED_TRACE(one.grow);
-    show([&](Dialog& dialog) {
-      if (one.user) SendMessageW(dialog.Window(), WM_SIZING, WMSZ_BOTTOMRIGHT, 0);
-      SetWindowPos(dialog.Window(), nullptr, 0, 0, designed.cx + one.grow, designed.cy + one.grow,
-                   SWP_NOMOVE | SWP_NOSENDCHANGING);
-    });
-    show([&](Dialog& dialog) {
-      RECT work;
-      SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
-      RECT place;
-      GetWindowRect(dialog.Window(), &place);
-      if (one.more < 0) {
-        EXPECT_TRUE(EqualRect(&place, &work));
-      } else {
-        EXPECT_NEAR(size(dialog).cx, designed.cx + one.more, 1);
-        EXPECT_NEAR(size(dialog).cy, designed.cy + one.more, 1);
-      }
-    });
+    SCOPED_TRACE(one.sized);
+    open(one.opened, one.sized, one.user);
   }
   // What others left there is no size.
-  HKEY key;
-  RegCreateKeyW(HKEY_CURRENT_USER, L"Software\\Postrove\\Forms", &key);
-  RegSetValueExW(key, L"frmPostrove", 0, REG_SZ, reinterpret_cast<const BYTE*>(L"wide"), 10);
-  RegCloseKey(key);
-  show([&](Dialog& dialog) { EXPECT_EQ(size(dialog).cx, designed.cx); });
-  RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\Postrove\\Forms");
+  RegSetKeyValueW(HKEY_CURRENT_USER, kKey, L"frmPostrove", REG_SZ, L"wide", 10);
+  open(0, 0, false);
+  RegDeleteTreeW(HKEY_CURRENT_USER, kKey);
 }
 
 TEST_F(FormModel, ScalesWithTheMonitor) {
   Show([] {},
        [&](Dialog& dialog) {
-         RECT before;
-         GetWindowRect(dialog.Item(form.txtSaveFolder), &before);
-         LOGFONTW small = {};
-         const auto font = [&] {
-           return reinterpret_cast<HFONT>(
-               SendMessageW(dialog.Item(form.txtSaveFolder), WM_GETFONT, 0, 0));
+         const HWND folder = dialog.Item(form.txtSaveFolder);
+         const auto heights = [&] {
+           LOGFONTW font = {};
+           GetObjectW(reinterpret_cast<HFONT>(SendMessageW(folder, WM_GETFONT, 0, 0)), sizeof font,
+                      &font);
+           RECT box;
+           GetWindowRect(folder, &box);
+           return std::pair{-font.lfHeight, box.bottom - box.top};
          };
-         GetObjectW(font(), sizeof small, &small);
-         RECT window;
-         GetWindowRect(dialog.Window(), &window);
-         RECT suggested = {window.left, window.top, window.left + 2 * (window.right - window.left),
-                           window.top + 2 * (window.bottom - window.top)};
-         constexpr UINT kDpiChanged = 0x02E0;
+         RECT work;
+         SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
          const HDC screen = GetDC(nullptr);
-         const auto doubled = static_cast<WORD>(2 * GetDeviceCaps(screen, LOGPIXELSY));
+         const int dpi = GetDeviceCaps(screen, LOGPIXELSY);
          ReleaseDC(nullptr, screen);
-         SendMessageW(dialog.Window(), kDpiChanged, MAKEWPARAM(doubled, doubled),
-                      reinterpret_cast<LPARAM>(&suggested));
-         LOGFONTW large = {};
-         GetObjectW(font(), sizeof large, &large);
-         EXPECT_NEAR(large.lfHeight, 2 * small.lfHeight, 1);
-         RECT after;
-         GetWindowRect(dialog.Item(form.txtSaveFolder), &after);
-         EXPECT_NEAR(after.bottom - after.top, 2 * (before.bottom - before.top), 1);
+         const auto scale = [&](int percent) {
+           constexpr UINT kDpiChanged = 0x02E0;
+           const auto scaled = static_cast<WORD>(MulDiv(dpi, percent, 100));
+           SendMessageW(dialog.Window(), kDpiChanged, MAKEWPARAM(scaled, scaled),
+                        reinterpret_cast<LPARAM>(&work));
+         };
+         const auto [font, box] = heights();
+         scale(125);
+         EXPECT_NEAR(heights().first, font * 1.25, 1);
+         EXPECT_NEAR(heights().second, box * 1.25, 1);
          // The text stands in the middle, as its label does.
          for (const Control* field : {&form.txtSaveFolder, &form.cboPostrove}) {
            RECT whole;
@@ -292,45 +418,20 @@ TEST_F(FormModel, ScalesWithTheMonitor) {
            GetClientRect(dialog.Edit(*field), &line);
            MapWindowPoints(dialog.Edit(*field), nullptr, reinterpret_cast<POINT*>(&line), 2);
            EXPECT_NEAR(line.top - whole.top, whole.bottom - line.bottom, 1);
-           EXPECT_GE(line.bottom - line.top, -large.lfHeight);
+           EXPECT_GE(line.bottom - line.top, heights().first);
+         }
+         // Too large for the screen it is drawn smaller, so that every button can be reached.
+         scale(500);
+         RECT client;
+         GetClientRect(dialog.Window(), &client);
+         MapWindowPoints(dialog.Window(), nullptr, reinterpret_cast<POINT*>(&client), 2);
+         for (const auto& control : form.Controls()) {
+           RECT place;
+           RECT shown;
+           GetWindowRect(dialog.Item(*control), &place);
+           EXPECT_TRUE(IntersectRect(&shown, &place, &client) && EqualRect(&shown, &place));
          }
        });
-}
-
-// Option buttons, check boxes and frames, which the larger dialogs use.
-TEST(FormKinds, ShowsOptionsChecksAndFrames) {
-  class Kinds : public Form {
-   public:
-    Kinds() : Form(L"Kinds", 3000, 2000, false) {
-      SetCaption(L"Kinds");
-      Add(ControlKind::Frame, L"frame", -1, {0, 0, 2800, 900}, L"Frame");
-      Add(ControlKind::OptionButton, L"option", 0, {100, 300, 1200, 300}, L"One").SetChecked(true);
-      Add(ControlKind::OptionButton, L"option", 1, {1400, 300, 1200, 300}, L"Two");
-      Add(ControlKind::CheckBox, L"check", -1, {100, 1000, 1200, 300}, L"Check");
-    }
-  } form;
-  EventLog log;
-  Record(form, log);
-  const auto host = CreateWinFormHost(GetModuleHandleW(nullptr));
-  const Control& one = form.Find(L"option", 0);
-  const Control& two = form.Find(L"option", 1);
-  const Control& check = form.Find(L"check");
-  const DialogUser user([&] {
-    const Dialog dialog(L"Kinds");
-    const auto marked = [&](const Control& control) {
-      return SendMessageW(dialog.Item(control), BM_GETCHECK, 0, 0) == BST_CHECKED;
-    };
-    EXPECT_TRUE(marked(one));
-    dialog.Click(two);
-    WaitFor("the option", [&] { return marked(two); });
-    EXPECT_FALSE(marked(one));
-    dialog.Click(check);
-    WaitFor("the check", [&] { return marked(check); });
-    dialog.Close();
-  });
-  host->ShowModal(form);
-  EXPECT_TRUE(two.Checked());
-  EXPECT_TRUE(check.Checked());
 }
 
 }  // namespace

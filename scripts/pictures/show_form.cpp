@@ -1,7 +1,8 @@
-// show_form SCENE|all LABELFILE [FOLDER] [--plain]
+// show_form SCENE|all LABELFILE WORD [FOLDER] [--plain]
 // Shows a scene, the save dialog or one that it opens, as the product's controller fills it on a
 // machine with two projects; or leaves a picture of it, as a bitmap, in the folder. SCENE is "all"
-// or one of the names below; --plain is without visual styles. Nothing is saved anywhere.
+// or one of the names below; WORD stands for a project in labels; --plain is without visual styles.
+// Nothing is saved anywhere.
 #include <windows.h>
 
 #include <cstdio>
@@ -125,7 +126,7 @@ constexpr Scene kScenes[] = {
 };
 
 void Show(const std::shared_ptr<PicturingHost>& host, const std::string& labels,
-          const Scene& scene) {
+          const std::string& word, const Scene& scene) {
   Product product;
   product.host = host;
   FakeSharedUtil& machine = *product.utility;
@@ -133,7 +134,7 @@ void Show(const std::shared_ptr<PicturingHost>& host, const std::string& labels,
   const std::wstring data = std::wstring(kAppData) + L"\\Postrove\\";
   machine.AddFile(data + L"Postrove.cnt", labels);
   machine.AddFile(data + L"WorkUnitType.cnt", "Project\r\nJob\r\nContract\r\n");
-  machine.AddFile(data + L"Postrove.ini", "[Setup]\r\nRoot=P:\\\r\n");
+  machine.AddFile(data + L"Postrove.ini", "[Setup]\r\nRoot=P:\\\r\nWorkUnit=" + word + "\r\n");
   machine.AddFile(std::wstring(kFolder) + L"Corr_Out\\" + kSubject + L".msg", "filed");
   if (scene.shared) {
     machine.AddFolder(std::wstring(kPrograms) + L"\\Quillion");
@@ -167,17 +168,19 @@ std::wstring Wide(const std::string& text) { return {text.begin(), text.end()}; 
 int main(int count, char** arguments) {
   std::vector<std::string> words(arguments + 1, arguments + count);
   const bool plain = std::erase(words, "--plain") > 0;
-  if (words.size() != 2 && words.size() != 3) {
-    std::fprintf(stderr, "usage: show_form SCENE|all LABELFILE [FOLDER] [--plain]\n");
+  if (words.size() != 3 && words.size() != 4) {
+    std::fprintf(stderr, "usage: show_form SCENE|all LABELFILE WORD [FOLDER] [--plain]\n");
     return 2;
   }
   // A module without the manifest has no visual styles.
   const HMODULE module = GetModuleHandleW(plain ? L"gdi32.dll" : nullptr);
   const auto host =
-      std::make_shared<PicturingHost>(module, words.size() == 3 ? Wide(words[2]) : L"");
+      std::make_shared<PicturingHost>(module, words.size() == 4 ? Wide(words[3]) : L"");
   const std::string labels = ReadFile(words[1]);
   for (const Scene& scene : kScenes) {
-    if (words[0] == "all" || Wide(words[0]) == scene.name) Show(host, labels, scene);
+    if (words[0] == "all" || Wide(words[0]) == scene.name) {
+      Show(host, labels, words[2], scene);
+    }
   }
   return 0;
 }
