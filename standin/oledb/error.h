@@ -29,8 +29,8 @@ class ProviderError {
 void Publish(const ProviderError& error) noexcept;
 
 // Runs the body of an interface's method: its result is the method's, an exception becomes an
-// HRESULT and, when it has a text, an error object. An older one is left as it is: the consumer must
-// not take it for the reason.
+// HRESULT and, when it has a text, an error object. An older one is left as it is: the consumer
+// must not take it for the reason.
 template <typename Body>
 HRESULT Entry(const char* method, Body body) noexcept {
   try {

@@ -127,7 +127,7 @@ TEST_F(Projects, AreAddedEditedAndListedAgainAfterReopening) {
   EXPECT_THAT(List(), ElementsAre(canal, moved));
 
   Reopen();
-  EXPECT_THAT(Controller().ProjectList, ElementsAre(canal, moved));
+  EXPECT_THAT(List(), ElementsAre(canal, moved));
   EXPECT_THAT(Table(), SizeIs(5));
 }
 
