@@ -7,8 +7,20 @@
 
 namespace postrove::com {
 
+namespace {
+
+// Outlook up to 2003 leaves anything in bits 20 to 30 of its HRESULTs.
+std::wstring TextOf(HRESULT result) {
+  constexpr DWORD kStrayBits = 0x7FF00000;
+  const auto code = static_cast<DWORD>(result);
+  const std::wstring text = SystemText(code & ~kStrayBits);
+  return text.empty() ? SystemMessage(code) : text;
+}
+
+}  // namespace
+
 void ThrowHresult(HRESULT result, const wchar_t* member) {
-  throw Error(result, member, SystemMessage(static_cast<DWORD>(result)));
+  throw Error(result, member, TextOf(result));
 }
 
 void ThrowException(EXCEPINFO& exception, const wchar_t* member) {
@@ -27,8 +39,7 @@ void ThrowException(EXCEPINFO& exception, const wchar_t* member) {
   SysFreeString(exception.bstrSource);
   SysFreeString(exception.bstrDescription);
   SysFreeString(exception.bstrHelpFile);
-  throw Error(number, member,
-              description.empty() ? SystemMessage(static_cast<DWORD>(number)) : description);
+  throw Error(number, member, description.empty() ? TextOf(number) : description);
 }
 
 }  // namespace postrove::com

@@ -8,8 +8,10 @@
 
 namespace postrove {
 
-// The system's own text for a Win32 error code or an HRESULT, on one line; its hexadecimal number
-// when it has none.
+// The system's own text for a Win32 error code or an HRESULT, on one line; empty when it has none.
+std::wstring SystemText(DWORD code);
+
+// The same, or the code's hexadecimal number.
 std::wstring SystemMessage(DWORD code);
 
 // An Error for a failed operation on a path: "<what> "<path>": <the system's sentence>", with the
