@@ -182,8 +182,8 @@ TEST(DispatchObject, FailuresBecomeErrors) {
        SystemMessage(static_cast<DWORD>(E_ACCESSDENIED))},
       {DISP_E_EXCEPTION, wrongName, 0, L"The path is not right.", wrongName,
        L"The path is not right."},
-      {DISP_E_EXCEPTION, static_cast<SCODE>(0xA72300FC), 0, nullptr,
-       static_cast<HRESULT>(0xA72300FC), SystemMessage(0x800300FC)},  // bits left in it
+      {DISP_E_EXCEPTION, static_cast<SCODE>(0xA7270005), 0, nullptr,
+       static_cast<HRESULT>(0xA7270005), SystemMessage(0x80070005)},  // bits left in it
       {DISP_E_EXCEPTION, 0, 91, L"Not set", static_cast<HRESULT>(0x800A005B), L"Not set"},
       {DISP_E_EXCEPTION, 0, 0, nullptr, E_ACCESSDENIED, L"said later", true},
       {DISP_E_EXCEPTION, 0, 0, nullptr, DISP_E_EXCEPTION,
