@@ -396,6 +396,7 @@ TEST_F(Filing, AWindowThatOpensDuringTheDialogChangesNothing) {
 TEST_F(Filing, FoldersThatCannotBeUsedAreRefusedInWords) {
   Open(true);
   product_->utility->SetDriveType(L"E:\\", DriveKind::CdRom);
+  product_->utility->AddFolder(L"E:\\");  // one that could be written to
   const auto type = [](const wchar_t* folder) {
     return [folder](forms::frmPostrove& dialog) {
       TypeProject(dialog);

@@ -360,23 +360,26 @@ TEST_F(ProjectDialog, ADuplicateIsFiledIntoItsOwnFolder) {
 
 TEST_F(ProjectDialog, AFailedWriteKeepsTheEntriesAndTheProjectBefore) {
   Start();
+  const auto fails = [this](forms::frmProjInfo& form) {
+    Type(form, L"", L"O'Hara", L"C:\\New");
+    product_.database->FailOperation(1);
+    product_.utility->ExpectMessage();
+    Save(form);
+    EXPECT_EQ(Fields(form)[2], L"O'Hara");
+    EXPECT_FALSE(form.IsUnloaded());
+    Cancel(form);
+  };
   Click(
       [this](forms::frmPostrove& dialog) {
+        dialog.cmdPostrove(forms::kAddProjectButton).UserClicked();
+        EXPECT_EQ(product_.Controller().ProjectName, L"");
         dialog.cboPostrove.UserPicked(0);
         dialog.cmdPostrove(forms::kAddProjectButton).UserClicked();
         EXPECT_EQ(product_.Controller().ProjectID, 4);
         EXPECT_EQ(dialog.cboPostrove.Text(), L"Harbour: 7");
         dialog.cmdPostrove(forms::kMainButton).UserClicked();
       },
-      {[this](forms::frmProjInfo& form) {
-        Type(form, L"", L"O'Hara", L"C:\\New");
-        product_.database->FailOperation(1);
-        product_.utility->ExpectMessage();
-        Save(form);
-        EXPECT_EQ(Fields(form)[2], L"O'Hara");
-        EXPECT_FALSE(form.IsUnloaded());
-        Cancel(form);
-      }});
+      {fails, fails});
   EXPECT_EQ(saved_, std::vector<std::wstring>{L"D:\\Files\\Corr_Out\\Minutes.msg"});
 }
 

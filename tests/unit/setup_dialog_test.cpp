@@ -234,6 +234,7 @@ TEST_F(SetupDialog, TheWorkUnitListCompletesAndTakesNewWords) {
         for (const wchar_t c : std::wstring(L"jo")) EXPECT_TRUE(combo.UserPressed(c));
         EXPECT_EQ(combo.Text(), L"Job");
         EXPECT_EQ(setup.lblDelimLabel(0).Text(), L"<Job No.>");
+        EXPECT_TRUE(combo.UserPressed(8));
         EXPECT_FALSE(combo.UserPressed(L'x'));
         EXPECT_TRUE(combo.UserPressed(13));
         EXPECT_EQ(product_->forms->actions.back(), L"tab frmSetup");

@@ -1,6 +1,9 @@
 #include "outlook/win32/WinRegistry.h"
 
 #include <gtest/gtest.h>
+#include <windows.h>
+
+#include <sddl.h>
 
 #include "registry_tree.h"
 
@@ -53,6 +56,23 @@ TEST_F(WinRegistryTest, ReadingEndsAtTheFirstNullWhateverTheType) {
   EXPECT_EQ(L"first", Read(L"parts"));
   EXPECT_EQ(L"ab", Read(L"bytes"));
   EXPECT_EQ(L"ab" + std::wstring(258, L' '), Read(L"no null"));
+}
+
+TEST_F(WinRegistryTest, AKeyThatUsersMayOnlyReadIsRead) {
+  machine_.SetText(kKey, L"there", L"value");
+  HKEY key = nullptr;
+  ASSERT_EQ(RegOpenKeyExW(HKEY_LOCAL_MACHINE, kKey, 0, WRITE_DAC, &key), ERROR_SUCCESS);
+  const auto allow = [&](const wchar_t* list) {
+    PSECURITY_DESCRIPTOR descriptor = nullptr;
+    ConvertStringSecurityDescriptorToSecurityDescriptorW(list, SDDL_REVISION_1, &descriptor,
+                                                         nullptr);
+    EXPECT_EQ(RegSetKeySecurity(key, DACL_SECURITY_INFORMATION, descriptor), ERROR_SUCCESS);
+    LocalFree(descriptor);
+  };
+  allow(L"D:P(A;;KR;;;WD)");
+  EXPECT_EQ(L"value", Read(L"there"));
+  allow(L"D:P(A;;KA;;;WD)");
+  RegCloseKey(key);
 }
 
 TEST_F(WinRegistryTest, EveryKeyIsClosedAgain) {

@@ -61,11 +61,16 @@ TEST_F(EventSink, MayBeEndedInsideItsOwnEvent) {
   const std::weak_ptr<int> watched = kept;
   auto subscription = std::make_shared<office::Subscription>();
   *subscription = com::Advise(
-      &source_, kEvents, [state = kept, subscription](std::int32_t, const office::Arguments&) {
+      &source_, kEvents,
+      [state = kept, subscription, live = live_](std::int32_t, const office::Arguments&) {
         subscription->Reset();
         ++*state;  // what the handler captured outlives the end of the subscription
+        EXPECT_LT(live, com::LiveObject::Count()) << "nothing keeps the code that is running";
       });
-  EXPECT_EQ(S_OK, source_.Fire(kClose, {}));
+  // A host that holds nothing of its own during the call.
+  DISPPARAMS none{};
+  EXPECT_EQ(S_OK, source_.sinks[0]->Invoke(kClose, GUID{}, 0, DISPATCH_METHOD, &none, nullptr,
+                                           nullptr, nullptr));
   EXPECT_EQ(1, *kept);
   EXPECT_TRUE(source_.sinks.empty());
   EXPECT_EQ(1, kept.use_count());

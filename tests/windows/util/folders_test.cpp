@@ -171,6 +171,8 @@ TEST_F(Folders, AHeldFileCanBeCopiedAndRenamedButNotWritten) {
   EXPECT_EQ(open(path, GENERIC_WRITE), INVALID_HANDLE_VALUE);
   utility_->DuplicateFile(path, copy);
   EXPECT_TRUE(utility_->FilesAreEqual(path, copy));
+  MakeFile(folder_ / L"c.mdb", bytes.substr(1) + 'y');
+  EXPECT_FALSE(utility_->FilesAreEqual(path, folder_ / L"c.mdb"));
   EXPECT_EQ(Bytes(copy), bytes);
   EXPECT_THROW(utility_->DuplicateFile(folder_ / L"none", folder_ / L"b.mdb"), Error);
   EXPECT_THROW(utility_->DuplicateFile(path, copy), Error);

@@ -3,10 +3,12 @@
 
 #include <sddl.h>
 
+#include <algorithm>
 #include <atomic>
 #include <memory>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "shared/text.h"
@@ -114,6 +116,69 @@ TEST_F(SettingsFile, StaysWhenItCannotBeWritten) {
   file_.clear();
   EXPECT_NE(WriteError(), L"");
   EXPECT_EQ(folder_.Names(), std::vector<std::wstring>{L"Postrove.ini"});
+}
+
+// What this program calls for a function of the system, replaced for a time.
+class Replaced {
+ public:
+  Replaced(const char* name, const void* with)
+      : slot_(Slot(
+            reinterpret_cast<const void*>(GetProcAddress(GetModuleHandleW(L"kernel32"), name)))),
+        before_(*slot_) {
+    DWORD protection = 0;
+    VirtualProtect(slot_, sizeof *slot_, PAGE_READWRITE, &protection);
+    *slot_ = with;
+  }
+  Replaced(const Replaced&) = delete;
+  Replaced& operator=(const Replaced&) = delete;
+  ~Replaced() { *slot_ = before_; }
+
+ private:
+  static const void** Slot(const void* function) {
+    auto* const base = reinterpret_cast<char*>(GetModuleHandleW(nullptr));
+    const auto* const headers = reinterpret_cast<const IMAGE_NT_HEADERS*>(
+        base + reinterpret_cast<const IMAGE_DOS_HEADER*>(base)->e_lfanew);
+    const IMAGE_DATA_DIRECTORY& table =
+        headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IAT];
+    auto** const first = reinterpret_cast<const void**>(base + table.VirtualAddress);
+    return std::find(first, first + table.Size / sizeof *first, function);
+  }
+
+  const void** const slot_;
+  const void* const before_;
+};
+
+BOOL WINAPI NotWritten(HANDLE, const void*, DWORD, DWORD*, OVERLAPPED*) {
+  SetLastError(ERROR_DISK_FULL);
+  return FALSE;
+}
+BOOL WINAPI CutShort(HANDLE, const void*, DWORD size, DWORD* written, OVERLAPPED*) {
+  *written = size / 2;
+  return TRUE;
+}
+BOOL WINAPI NotFlushed(HANDLE) {
+  SetLastError(ERROR_DISK_FULL);
+  return FALSE;
+}
+
+TEST_F(SettingsFile, AndCopiesAreWholeOrNotThere) {
+  const std::string old = "[Setup]\r\nRoot=old\r\n";
+  MakeFile(file_, old);
+  const std::pair<const char*, const void*> faults[] = {
+      {"WriteFile", reinterpret_cast<const void*>(&NotWritten)},
+      {"WriteFile", reinterpret_cast<const void*>(&CutShort)},
+      {"FlushFileBuffers", reinterpret_cast<const void*>(&NotFlushed)}};
+  for (const auto& [name, with] : faults) {
+    std::wstring error;
+    {
+      const Replaced replaced(name, with);
+      error = WriteError();
+      EXPECT_THROW(utility_->DuplicateFile(file_, folder_ / L"copy"), Error);
+    }
+    EXPECT_NE(error, L"");
+    EXPECT_EQ(Bytes(file_), old);
+    EXPECT_EQ(folder_.Names(), std::vector<std::wstring>{L"Postrove.ini"});
+  }
 }
 
 TEST_F(SettingsFile, WaitsForAReaderToFinish) {
