@@ -10,7 +10,7 @@ bool InFoot(const Control& control) {
 }
 
 constexpr int kLentWidth = 900;
-constexpr int kLentHeight = 600;
+constexpr int kLentHeight = 240;
 
 }  // namespace
 

@@ -217,9 +217,12 @@ void ControlWindow::MoveTo(const RECT& place, int listHeight) {
     // The text keeps off the frame.
     RECT text;
     GetClientRect(window_, &text);
-    InflateRect(&text, -MulDiv(kTextInset, unitsPerInch_, kTwipsPerInch),
-                -MulDiv(kTextInset, unitsPerInch_, kTwipsPerInch) / 2);
+    const int inset = MulDiv(kTextInset, unitsPerInch_, kTwipsPerInch);
+    InflateRect(&text, -inset, 0);
+    text.top += inset / 2;
     SendMessageW(window_, EM_SETRECT, 0, reinterpret_cast<LPARAM>(&text));
+    // It can have scrolled with the change of its size; a text is read from its beginning.
+    SendMessageW(window_, WM_VSCROLL, SB_TOP, 0);
   }
   // A combo box selects its text when it is resized.
   if (kind_ == ControlKind::ComboBox) {
