@@ -69,7 +69,7 @@ void MeasureClick(const Folders& folders) {
       return timed([&] { product.Controller().mcbPostroveMenuButton_Click(); });
     };
     const Times times = Compare(kRuns, bare, click);
-    if (product.Controller().ProjectList.size() != rows) {
+    if (product.Data().projects.ProjectList.size() != rows) {
       throw std::runtime_error("the list and the rowset differ");
     }
     PrintTimes(std::to_string(rows) + " projects", times, kAim);

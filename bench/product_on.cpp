@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <stdexcept>
 
-#include "data/connection_string.h"
 #include "data/project_sql.h"
+#include "shared/connection_string.h"
 #include "shared/text.h"
 #include "shared/win32/OleDbDatabase.h"
 #include "shared/win32/ole_db.h"

@@ -22,11 +22,11 @@ void MeasureProjectList(const Folders& folders) {
       return Milliseconds([&] { rows = ReadBare(*product.shared.gDatabase); });
     };
     const auto list = [&] {
-      product.Controller().ProjectList = {};
-      return Milliseconds([&] { product.Controller().GetProjectList(); });
+      product.Data().projects.ProjectList = {};
+      return Milliseconds([&] { product.Data().projects.GetProjectList(); });
     };
     const Times times = Compare(kRuns, bare, list);
-    if (rows == 0 || product.Controller().ProjectList.size() != rows) {
+    if (rows == 0 || product.Data().projects.ProjectList.size() != rows) {
       throw std::runtime_error("the list and the rowset differ");
     }
     PrintTimes(std::to_string(rows) + " projects", times, kAim);

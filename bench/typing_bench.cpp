@@ -1,6 +1,7 @@
 #include <stdexcept>
 
 #include "benchmarks.h"
+#include "controller/project_box.h"
 #include "measure.h"
 #include "support/Product.h"
 
@@ -56,16 +57,17 @@ void MeasureKey(forms::frmPostrove& form, const char* what, const std::wstring& 
 void MeasureTyping() {
   testing::Product product;
   product.Start();
-  product.outlook.Open(true);
-  clsPostrove& controller = product.Controller();
+  postrove::Projects& projects = product.Data().projects;
   product.forms->Expect([&](forms::Form& shown) {
     auto& form = static_cast<forms::frmPostrove&>(shown);
-    controller.ProjectList = Projects();
+    projects.ProjectList = Projects();
     PrintTitle("A key in the project box of 100,000 projects", "a plain scan of its items");
     double fill = 1e9, find = 1e9;
     for (int i = 0; i < kRuns; ++i) {
-      fill = std::min(fill, Milliseconds([&] { controller.FillProjectCombo(form.cboPostrove); }));
-      find = std::min(find, Milliseconds([&] { controller.FindProject(L"missing", {}); }));
+      fill = std::min(fill, Milliseconds([&] {
+                        FillProjectCombo(form.cboPostrove, projects.ProjectList, {});
+                      }));
+      find = std::min(find, Milliseconds([&] { projects.FindProject(L"missing", {}); }));
     }
     MeasureKey(form, "completed by the last, first letter", L"y");
     MeasureKey(form, "completed by the last, whole text", L"yard: 24-1100000");
@@ -75,7 +77,7 @@ void MeasureTyping() {
     PrintTime("looking for a number that is not there", find);
     form.Unload();
   });
-  controller.mcbPostroveMenuButton_Click();
+  product.Click();
 }
 
 }  // namespace postrove::bench

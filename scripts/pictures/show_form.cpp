@@ -115,7 +115,7 @@ constexpr Scene kScenes[] = {
     {L"save-new", false, false, L"Fee letter", kFolder, Pick},
     {L"save-required", false, false, L"", L""},
     {L"save-shared", true, true, L"04-123-Harbour Bridge=>Fee letter", kFolder},
-    {L"save-long", true, false, kLong, kLongFolder},
+    {L"save-long", true, false, kLong, kLongFolder, Pick},
     {L"folder-not-found", true, false, kSubject, L"P:\\04-124 Harbour Bridge\\",
      Press<kMainButton>},
     {L"existing-file", true, false, kSubject, kFolder, Press<kMainButton>},
@@ -152,11 +152,6 @@ void Show(const std::shared_ptr<PicturingHost>& host, const std::string& labels,
   const auto mail = product.outlook.Open(scene.sent);
   mail->item->properties[L"Subject"] = scene.subject;
   product.outlook.RaiseNew(mail);
-  if (longTexts) {
-    product.Controller().ProjectNumber = L"04-123";
-    product.Controller().ProjectName = kLong;
-    product.Controller().ProjFilePath = kLongFolder;
-  }
   host->Next(scene.name, scene.act);
   product.outlook.Click(mail);
 }

@@ -6,8 +6,8 @@
 
 #include "addin/modMain.h"
 #include "addin/module.h"
-#include "controller/clsPostrove.h"
 #include "outlook/IclsOutlook.h"
+#include "outlook/button_owner.h"
 #include "outlook/com/dispatch_object.h"
 #include "outlook/com/variant.h"
 #include "shared/clsSharedUtil.h"

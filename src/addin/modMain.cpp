@@ -5,8 +5,8 @@
 #include "controller/clsPostrove.h"
 #include "forms/win32/WinFormHost.h"
 #include "outlook/clsPROutlook.h"
-#include "outlook/win32/WinRegistry.h"
 #include "shared/win32/OleDbDatabase.h"
+#include "shared/win32/WinRegistry.h"
 #include "shared/win32/WinSharedUtil.h"
 
 namespace postrove::modMain {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "controller/shared_objects.h"
+#include "outlook/shared_objects.h"
 
 // The standard module: the shared objects and the start-up procedure that makes them.
 // Thread: Outlook's user-interface thread only.

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "data/text_stream.h"
+#include "shared/text_stream.h"
 
 namespace postrove {
 

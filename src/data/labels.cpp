@@ -1,10 +1,8 @@
+#include "data/labels.h"
+
+#include <optional>
 #include <utility>
 
-#include "controller/clsPostrove.h"
-#include "data/text_stream.h"
-#include "shared/text.h"
-
-// The controller's label texts and work-unit types.
 namespace postrove {
 
 namespace {
@@ -14,38 +12,31 @@ constexpr wchar_t kWorkUnitFile[] = L"WorkUnitType.cnt";
 
 }  // namespace
 
-void clsPostrove::LoadLabels() {
+void Labels::LoadLabels() {
   try {
-    std::optional<TextStream> stream = utility_->OpenTextFile(LocalFolder() + kLabelFile);
-    if (stream) labels_ = ReadLabelFile(std::move(*stream), WorkUnit, useQuillion_);
-    labelTrouble_.Over();
+    std::optional<TextStream> stream = utility_.OpenTextFile(settings_.LocalFolder() + kLabelFile);
+    if (stream)
+      table_ = ReadLabelFile(std::move(*stream), settings_.WorkUnit, settings_.UseQuillion());
+    trouble_.Over();
   } catch (const Error& error) {
-    labelTrouble_.Met(error);
+    trouble_.Met(error);
   }
 }
 
-std::wstring clsPostrove::Label(std::size_t block, std::size_t index,
-                                const std::wstring& fallback) const {
-  return block < labels_.size() && index < labels_[block].size() ? labels_[block][index] : fallback;
+std::wstring Labels::Text(std::size_t block, std::size_t index,
+                          const std::wstring& fallback) const {
+  return block < table_.size() && index < table_[block].size() ? table_[block][index] : fallback;
 }
 
-void clsPostrove::FillWorkUnitTypes(forms::Control& combo) {
-  Reporting(*utility_, L"clsPostrove", L"FillWorkUnitTypes()", [&] {
-    std::optional<TextStream> stream = utility_->OpenTextFile(LocalFolder() + kWorkUnitFile);
-    while (stream && !stream->AtEndOfStream()) combo.AddItem(stream->ReadLine());
-  });
+std::vector<std::wstring> Labels::WorkUnitTypes() const {
+  std::vector<std::wstring> types;
+  std::optional<TextStream> stream = utility_.OpenTextFile(settings_.LocalFolder() + kWorkUnitFile);
+  while (stream && !stream->AtEndOfStream()) types.push_back(stream->ReadLine());
+  return types;
 }
 
-bool clsPostrove::IsKnownWorkUnit(const std::wstring& name) {
-  std::optional<TextStream> stream = utility_->OpenTextFile(LocalFolder() + kWorkUnitFile);
-  while (stream && !stream->AtEndOfStream()) {
-    if (text::EqualsIgnoreCase(stream->ReadLine(), name)) return true;
-  }
-  return false;
-}
-
-void clsPostrove::AddWorkUnitType(const std::wstring& name) {
-  utility_->AppendLine(LocalFolder() + kWorkUnitFile, name);
+void Labels::AddWorkUnitType(const std::wstring& name) {
+  utility_.AppendLine(settings_.LocalFolder() + kWorkUnitFile, name);
 }
 
 }  // namespace postrove

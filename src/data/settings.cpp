@@ -1,12 +1,33 @@
-#include <utility>
+#include "data/settings.h"
 
-#include "controller/clsPostrove.h"
+#include "data/settings_table.h"
 #include "shared/text.h"
 
-// The controller's settings: which file is current, what is read from it, and writing one setting.
 namespace postrove {
 
-std::wstring clsPostrove::LocalFolder() const {
+namespace {
+
+constexpr wchar_t kShellFolders[] =
+    L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Shell Folders";
+constexpr wchar_t kCurrentVersion[] = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion";
+
+}  // namespace
+
+Settings::Settings(clsSharedUtil& utility) : utility_(utility) {
+  for (const Setting& one : kSettings) {
+    if (one.value && one.fallback) this->*one.value = one.fallback;
+  }
+  Root.clear();  // it is read, or none is proposed
+}
+
+void Settings::FindFolders(clsRegistry& registry) {
+  gCommonAppData_ = registry.GetRegistryValue(kShellFolders, L"Common AppData");
+  gProgramFiles_ = registry.GetRegistryValue(kCurrentVersion, L"ProgramFilesDir");
+  quillionInstalled_ =
+      !gProgramFiles_.empty() && utility_.FolderExists(gProgramFiles_ + L"\\Quillion");
+}
+
+std::wstring Settings::LocalFolder() const {
   if (gCommonAppData_.empty()) {
     // Joined to nothing, the rest would lie in the root of whatever drive is current.
     throw Error(kPathFileAccess, L"clsPostrove.LocalFolder()",
@@ -16,89 +37,51 @@ std::wstring clsPostrove::LocalFolder() const {
   return gCommonAppData_ + L"\\Postrove\\";
 }
 
-std::wstring clsPostrove::ReadSetup(const std::wstring& key, const std::wstring& defaultValue,
-                                    const std::wstring& file) {
-  return utility_->ReadSetting(L"Postrove", L"Setup", key, defaultValue, file);
+std::wstring Settings::LocalFile() const { return LocalFolder() + kSettingsFileName; }
+
+std::wstring Settings::CurrentFolder() const {
+  return utility_.IniFile().substr(0, utility_.IniFile().rfind(L'\\') + 1);
 }
 
-void clsPostrove::WriteSetup(const std::wstring& key, const std::wstring& value,
-                             const std::wstring& file) {
-  const bool theirs = useQuillion_ && text::EqualsIgnoreCase(file, utility_->IniFile());
-  utility_->WriteSetting(L"Postrove", L"Setup", key, value, file,
-                         theirs ? ini::Recoding::Refused : ini::Recoding::Allowed);
-}
-
-void clsPostrove::WriteSetupToBoth(const std::wstring& key, const std::wstring& value,
-                                   const std::wstring& first, const std::wstring& second) {
-  WriteSetup(key, value, first);
-  WriteSetup(key, value, second);
-}
-
-void clsPostrove::LocateSettingsFile() {
-  ReadSettings(Search::Ask);
-  GetProjectList();
-}
-
-void clsPostrove::ReadSettings(Search search) {
-  const clsSharedUtil::ReadingOnce once(*utility_);
-  settingsRead_ = databaseFound_ = false;
+void Settings::Read() {
+  const clsSharedUtil::ReadingOnce once(utility_);
+  read_ = false;
   Root.clear();
-  ProjectList.clear();
   try {
     if (!sharingKnown_) useQuillion_ = ReadSharing();
     sharingKnown_ = true;
-    ChooseSettingsFile();
+    ChooseFile();
   } catch (const Error& error) {
-    settingsTrouble_.Met(error);
+    trouble_.Met(error);
     throw;
   }
-  settingsRead_ = true;
-  settingsTrouble_.Over();
-  if (useQuillion_ || search == Search::Ask || OwnDatabaseExists()) GetDataBaseSettings();
-  ReadDefaults();
+  read_ = true;
+  trouble_.Over();
+  ReadValues();
 }
 
-void clsPostrove::TryToReadSettings(Search search) {
-  try {
-    ReadSettings(search);
-  } catch (const Error&) {
-    if (settingsRead_) throw;
-  }
-}
-
-void clsPostrove::ReadMissingSettings() {
-  if (!settingsRead_) {
-    TryToReadSettings(Search::Ask);
-  } else if (!databaseFound_ && !useQuillion_) {
-    // A search that the user cancelled is not begun again at every click.
-    TryToReadSettings(Search::IfThere);
-  }
-  TellTroubles();
-}
-
-void clsPostrove::TellTroubles() {
-  settingsTrouble_.Tell(*utility_, L"LocateSettingsFile()",
-                        L"Until the settings can be read no folder is proposed. Each click on the "
-                        L"button tries again.");
-  labelTrouble_.Tell(*utility_, L"LoadLabels()", L"The dialogs keep the texts that they have.");
+// "1" and "0" as Visual Basic reads a Boolean. What it could not read counts as the default: an
+// installed Quillion is shared.
+bool Settings::ReadSharing() {
+  return quillionInstalled_ &&
+         text::ToBoolean(ReadIn(LocalFile(), kSharingField, L"1")).value_or(true);
 }
 
 // Throws Error when the current file cannot be read. A file that the local one names is there, or
 // somewhere else than where it was; only the local file and Quillion's can be missing.
-void clsPostrove::ChooseSettingsFile() {
+void Settings::ChooseFile() {
   if (useQuillion_) {
-    const bool common = utility_->FolderExists(gCommonAppData_ + L"\\Quillion");
-    utility_->SetIniFile(common ? gCommonAppData_ + L"\\Quillion\\Qulln.ini"
-                                : gProgramFiles_ + L"\\Quillion\\Qulln.txt");
-    utility_->HasSettings(utility_->IniFile());
+    const bool common = utility_.FolderExists(gCommonAppData_ + L"\\Quillion");
+    utility_.SetIniFile(common ? gCommonAppData_ + L"\\Quillion\\Qulln.ini"
+                               : gProgramFiles_ + L"\\Quillion\\Qulln.txt");
+    utility_.HasSettings(utility_.IniFile());
     return;
   }
-  const std::wstring local = LocalIniFile();
-  utility_->SetIniFile(local);
-  const std::wstring file =
-      ReadSetup(L"PostroveSettingsPath", LocalFolder(), local) + L"Postrove.ini";
-  utility_->SetIniFile(file);
-  const bool found = text::IsRootedPath(file) && utility_->HasSettings(file);
+  const std::wstring local = LocalFile();
+  utility_.SetIniFile(local);
+  const std::wstring file = ReadIn(local, kSettingsField, LocalFolder()) + kSettingsFileName;
+  utility_.SetIniFile(file);
+  const bool found = text::IsRootedPath(file) && utility_.HasSettings(file);
   if (!found && !text::EqualsIgnoreCase(file, local)) {
     throw Error(
         kFileNotFound, L"clsPostrove.LocateSettingsFile()",
@@ -106,96 +89,56 @@ void clsPostrove::ChooseSettingsFile() {
   }
 }
 
-void clsPostrove::ReadDefaults() {
-  const std::wstring file = utility_->IniFile();
-  if (useQuillion_) {
-    Root = text::NormaliseFolder(
-        utility_->ReadSetting(L"Quillion", L"FilePathsPrj", L"1", L"C:\\", file));
-    ProjDelim = ReadSetup(L"ProjDelim", kStartProjDelim, file);
-    SubjDelim = ReadSetup(L"SubjDelim", kStartSubjDelim, file);
-    EmailFolder = text::NormaliseFolder(ReadSetup(L"EmailFolder", kStartEmailFolder, file));
-  } else {
-    // The delimiters and the e-mail folder keep their start values in this mode.
-    Root = text::NormaliseFolder(ReadSetup(L"Root", L"C:\\", file));
+void Settings::ReadValues() {
+  for (const Setting& one : kSettings) {
+    const SettingMode other = useQuillion_ ? SettingMode::Own : SettingMode::Shared;
+    if (!one.value || one.mode == other) continue;
+    const std::wstring value =
+        utility_.ReadSetting(one.section.application, one.section.name, one.key,
+                             one.fallback ? one.fallback : LocalFolder(), utility_.IniFile());
+    this->*one.value = one.folder ? text::NormaliseFolder(value) : value;
   }
-  WorkUnit = ReadSetup(L"WorkUnit", kStartWorkUnit, file);
-  LoadLabels();
 }
 
-bool clsPostrove::PostroveDefaultsSave(int index, const forms::frmSetup& setup) {
-  const bool stored = Reporting(*utility_, L"clsPostrove", L"PostroveDefaultsSave()", [&] {
-    const std::wstring message = WriteDefault(index, setup);
-    LocateSettingsFile();
-    if (!message.empty()) {
-      utility_->ShowMessage(message, L"Postrove Database Location Changed", MessageButtons::Ok,
-                            MessageIcon::Information);
-    }
-  });
-  if (!stored) settingsTrouble_.WasTold();
-  TellTroubles();
-  return stored;
+void Settings::SetUseQuillion(bool shared) {
+  useQuillion_ = shared;
+  if (shared) return;
+  // What own mode does not read has its default there.
+  for (const Setting& one : kSettings) {
+    if (one.mode == SettingMode::Shared && one.field != kNoField) this->*one.value = one.fallback;
+  }
 }
 
-// What the user chose is not stored over settings that nobody could look at.
-void clsPostrove::RequireSettings() const {
-  if (settingsRead_) return;
+void Settings::RequireRead() const {
+  if (read_) return;
   throw Error(
       kPathFileAccess, L"clsPostrove",
-      L"The settings file \"" + utility_->IniFile() + L"\" could not be read. Nothing was stored.");
+      L"The settings file \"" + utility_.IniFile() + L"\" could not be read. Nothing was stored.");
 }
 
-// Answers the message to show once everything is reloaded.
-std::wstring clsPostrove::WriteDefault(int index, const forms::frmSetup& setup) {
-  const std::wstring file = utility_->IniFile();
-  const auto typed = [&] { return setup.txtSetup(index).Text(); };
-  const auto folder = [&] { return text::NormaliseFolder(typed()); };
-  // These two go to the local file; another settings folder is the way out when the old one is
-  // gone.
-  if (index != forms::kSetupSettings && index != forms::kSetupSharing) RequireSettings();
-  switch (index) {
-    case forms::kSetupServerFolder:
-      WriteSetup(L"Root", folder(), file);
-      break;
-    case forms::kSetupProjectDelimiter:
-      WriteSetup(L"ProjDelim", typed(), file);
-      break;
-    case forms::kSetupSubjectDelimiter:
-      WriteSetup(L"SubjDelim", typed(), file);
-      break;
-    case forms::kSetupEmailFolder:
-      WriteSetup(L"EmailFolder", folder(), file);
-      break;
-    case forms::kSetupDatabase:
-      if (SetNewDbLocation(folder())) {
-        database_->DBPath = folder();
-        database_->DBFullPath = database_->DBPath + database_->DbName;
-        return L"You have changed the database location to " + folder() + L".\r\n";
-      }
-      break;
-    case forms::kSetupSettings:
-      // The file that was current stays, for those who still use it; it tells where this one went.
-      if (SetNewIniLocation(folder())) {
-        WriteSetup(L"PostroveSettingsPath", folder(), LocalIniFile());
-        // One that was deleted, with its folder perhaps, does not come back for that.
-        if (settingsRead_ && utility_->FileSize(file) >= 0) {
-          WriteSetup(L"PostroveSettingsPath", folder(), file);
-        }
-      }
-      break;
-    case forms::kSetupWorkType: {
-      const std::wstring name = setup.cboWorkType.Text();
-      WriteSetup(L"WorkUnit", name, file);
-      if (!IsKnownWorkUnit(name)) AddWorkUnitType(name);
-      break;
-    }
-    case forms::kSetupSharing:
-      WriteSetup(L"UseQuillion", setup.optDbType(forms::kSetupSiblingDb).Checked() ? L"1" : L"0",
-                 LocalIniFile());
-      break;
-    default:
-      break;
-  }
-  return {};
+std::wstring Settings::Value(SettingField field) const {
+  const Setting& setting = SettingOf(field);
+  return setting.value ? this->*setting.value : std::wstring();
+}
+
+void Settings::Write(SettingField field, const std::wstring& value) {
+  const Setting& setting = SettingOf(field);
+  WriteIn(setting.mode == SettingMode::Local ? LocalFile() : utility_.IniFile(), field,
+          setting.folder ? text::NormaliseFolder(value) : value);
+}
+
+std::wstring Settings::ReadIn(const std::wstring& file, SettingField field,
+                              const std::wstring& fallback) {
+  const Setting& setting = SettingOf(field);
+  return utility_.ReadSetting(setting.section.application, setting.section.name, setting.key,
+                              fallback, file);
+}
+
+void Settings::WriteIn(const std::wstring& file, SettingField field, const std::wstring& value) {
+  const Setting& setting = SettingOf(field);
+  const bool theirs = useQuillion_ && text::EqualsIgnoreCase(file, utility_.IniFile());
+  utility_.WriteSetting(setting.section.application, setting.section.name, setting.key, value, file,
+                        theirs ? ini::Recoding::Refused : ini::Recoding::Allowed);
 }
 
 }  // namespace postrove

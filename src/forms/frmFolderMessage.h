@@ -9,14 +9,13 @@ namespace postrove::forms {
 // Events of the folder message dialog, in declaration order. The controller implements them.
 class frmFolderMessageEvents {
  public:
-  virtual void frmFolderMessageEvent_ButtonClicked(int Index) = 0;
-  virtual void frmFolderMessageEvent_ButtonMouseDown(int Index, int Button, int Shift, float X,
-                                                     float Y) = 0;
-  virtual void frmFolderMessageEvent_FolderMessageFieldChange(int Index) = 0;
-  virtual void frmFolderMessageEvent_FolderMessageFieldGotFocus(int Index) = 0;
-  virtual void frmFolderMessageEvent_FolderMessageFieldLostFocus(int Index) = 0;
-  virtual void frmFolderMessageEvent_FormActivate() = 0;
-  virtual void frmFolderMessageEvent_FormHelp() = 0;
+  virtual void frmFolderMessageEvent_ButtonClicked(int) {}
+  virtual void frmFolderMessageEvent_ButtonMouseDown(int, int, int, float, float) {}
+  virtual void frmFolderMessageEvent_FolderMessageFieldChange(int) {}
+  virtual void frmFolderMessageEvent_FolderMessageFieldGotFocus(int) {}
+  virtual void frmFolderMessageEvent_FolderMessageFieldLostFocus(int) {}
+  virtual void frmFolderMessageEvent_FormActivate() {}
+  virtual void frmFolderMessageEvent_FormHelp() {}
 
  protected:
   ~frmFolderMessageEvents() = default;

@@ -10,21 +10,21 @@ namespace postrove::forms {
 // Events of the save dialog, in declaration order. The controller implements them.
 class frmPostroveEvents {
  public:
-  virtual void frmPostroveEvent_ButtonClicked(int Index) = 0;
-  virtual void frmPostroveEvent_FormUnload(bool& Cancel) = 0;
-  virtual void frmPostroveEvent_FormActivate() = 0;
-  virtual void frmPostroveEvent_ProjectComboChange(const std::wstring& Text) = 0;
-  virtual void frmPostroveEvent_ProjectComboClick() = 0;
-  virtual void frmPostroveEvent_ProjectComboGotFocus() = 0;
-  virtual void frmPostroveEvent_ProjectComboKeyPress(int& KeyAscii) = 0;
-  virtual void frmPostroveEvent_ProjectComboLostFocus() = 0;
-  virtual void frmPostroveEvent_SaveAsNameChanged() = 0;
-  virtual void frmPostroveEvent_SaveAsNameGotFocus() = 0;
-  virtual void frmPostroveEvent_SaveAsNameLostFocus() = 0;
-  virtual void frmPostroveEvent_SaveFolderChanged() = 0;
-  virtual void frmPostroveEvent_SaveFolderGotFocus() = 0;
-  virtual void frmPostroveEvent_SaveFolderLostFocus() = 0;
-  virtual void frmPostroveEvent_WebLabelClick(const std::wstring& Caption) = 0;
+  virtual void frmPostroveEvent_ButtonClicked(int) {}
+  virtual void frmPostroveEvent_FormUnload(bool&) {}
+  virtual void frmPostroveEvent_FormActivate() {}
+  virtual void frmPostroveEvent_ProjectComboChange(const std::wstring&) {}
+  virtual void frmPostroveEvent_ProjectComboClick() {}
+  virtual void frmPostroveEvent_ProjectComboGotFocus() {}
+  virtual void frmPostroveEvent_ProjectComboKeyPress(int&) {}
+  virtual void frmPostroveEvent_ProjectComboLostFocus() {}
+  virtual void frmPostroveEvent_SaveAsNameChanged() {}
+  virtual void frmPostroveEvent_SaveAsNameGotFocus() {}
+  virtual void frmPostroveEvent_SaveAsNameLostFocus() {}
+  virtual void frmPostroveEvent_SaveFolderChanged() {}
+  virtual void frmPostroveEvent_SaveFolderGotFocus() {}
+  virtual void frmPostroveEvent_SaveFolderLostFocus() {}
+  virtual void frmPostroveEvent_WebLabelClick(const std::wstring&) {}
 
  protected:
   ~frmPostroveEvents() = default;

@@ -10,16 +10,15 @@ namespace postrove::forms {
 // Events of the project information dialog, in declaration order. The controller implements them.
 class frmProjInfoEvents {
  public:
-  virtual void frmProjInfoEvent_ButtonClicked(int Index) = 0;
-  virtual void frmProjInfoEvent_ButtonMouseDown(int Index, int Button, int Shift, float X,
-                                                float Y) = 0;
-  virtual void frmProjInfoEvent_BrowseClicked(int Index) = 0;
-  virtual void frmProjInfoEvent_ProjInfoFieldChange(int Index) = 0;
-  virtual void frmProjInfoEvent_ProjInfoFieldGotFocus(int Index) = 0;
-  virtual void frmProjInfoEvent_ProjInfoFieldLostFocus(int Index) = 0;
-  virtual void frmProjInfoEvent_ProjInfoWebLabelClick(const std::wstring& Caption) = 0;
-  virtual void frmProjInfoEvent_ProjActiveClicked() = 0;
-  virtual void frmProjInfoEvent_FormActivate() = 0;
+  virtual void frmProjInfoEvent_ButtonClicked(int) {}
+  virtual void frmProjInfoEvent_ButtonMouseDown(int, int, int, float, float) {}
+  virtual void frmProjInfoEvent_BrowseClicked(int) {}
+  virtual void frmProjInfoEvent_ProjInfoFieldChange(int) {}
+  virtual void frmProjInfoEvent_ProjInfoFieldGotFocus(int) {}
+  virtual void frmProjInfoEvent_ProjInfoFieldLostFocus(int) {}
+  virtual void frmProjInfoEvent_ProjInfoWebLabelClick(const std::wstring&) {}
+  virtual void frmProjInfoEvent_ProjActiveClicked() {}
+  virtual void frmProjInfoEvent_FormActivate() {}
 
  protected:
   ~frmProjInfoEvents() = default;

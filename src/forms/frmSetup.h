@@ -10,17 +10,17 @@ namespace postrove::forms {
 // Events of the defaults setup dialog, in declaration order. The controller implements them.
 class frmSetupEvents {
  public:
-  virtual void frmSetupEvent_BrowseClicked(int Index) = 0;
-  virtual void frmSetupEvent_ButtonClicked(int Index) = 0;
-  virtual void frmSetupEvent_SetupDbTypeOptionClick() = 0;
-  virtual void frmSetupEvent_SetupFieldChange(int Index) = 0;
-  virtual void frmSetupEvent_SetupFieldGotFocus(int Index) = 0;
-  virtual void frmSetupEvent_SetupFieldLostFocus(int Index) = 0;
-  virtual void frmSetupEvent_SetupListChange(const std::wstring& Text) = 0;
-  virtual void frmSetupEvent_SetupListClick() = 0;
-  virtual void frmSetupEvent_SetupListKeyPress(int& KeyAscii, const std::wstring& Text) = 0;
-  virtual void frmSetupEvent_SetupWebLabelClick(const std::wstring& Caption) = 0;
-  virtual void frmSetupEvent_FormEscape() = 0;
+  virtual void frmSetupEvent_BrowseClicked(int) {}
+  virtual void frmSetupEvent_ButtonClicked(int) {}
+  virtual void frmSetupEvent_SetupDbTypeOptionClick() {}
+  virtual void frmSetupEvent_SetupFieldChange(int) {}
+  virtual void frmSetupEvent_SetupFieldGotFocus(int) {}
+  virtual void frmSetupEvent_SetupFieldLostFocus(int) {}
+  virtual void frmSetupEvent_SetupListChange(const std::wstring&) {}
+  virtual void frmSetupEvent_SetupListClick() {}
+  virtual void frmSetupEvent_SetupListKeyPress(int&, const std::wstring&) {}
+  virtual void frmSetupEvent_SetupWebLabelClick(const std::wstring&) {}
+  virtual void frmSetupEvent_FormEscape() {}
 
  protected:
   ~frmSetupEvents() = default;

@@ -4,9 +4,10 @@
 #include <functional>
 #include <utility>
 
-#include "controller/clsPostrove.h"
+#include "outlook/button_owner.h"
 #include "outlook/inspector_button.h"
 #include "outlook/office/ids.h"
+#include "shared/error.h"
 #include "shared/text.h"
 
 namespace postrove {
@@ -221,17 +222,17 @@ void clsPROutlook::Furnish(const WindowPtr& window, bool lastTry) {
 office::CommandBar clsPROutlook::PlaceButton(const WindowPtr& window) {
   const office::Item item = window->inspector.CurrentItem();
   if (item.Class() != office::kClassMail) return {};
-  const std::shared_ptr<clsPostrove> controller = shared_.gController;
+  const std::shared_ptr<ButtonOwner> controller = shared_.gController;
   if (!controller) return {};  // Outlook is quitting
 
-  controller->ItemIsSent = item.Sent();
+  const bool sent = item.Sent();
   SetSaveType(office::kSaveTypeMsg);
   const office::CommandBars bars = window->inspector.CommandBars();
   DeleteButtons(bars);
   const office::CommandBar bar = bars.Item(kInspectorButtonBar);
   const office::CommandBarControl control = AddButton(bar, m_olInspectors.object.Count() - 1);
   try {
-    controller->SetPostroveMenuButton(ButtonIn(window, item, control));
+    controller->SetPostroveMenuButton(ButtonIn(window, item, control), sent);
   } catch (...) {
     control.Delete();  // a button that nobody listens to must not stay
     throw;
@@ -262,7 +263,7 @@ void clsPROutlook::InspectorClose() {
 // user may decline to lose what was typed. Another window's button hears for both then; the last
 // one is heard until it has closed.
 void clsPROutlook::LeaveHeardWindow(bool closed) {
-  const std::shared_ptr<clsPostrove> controller = shared_.gController;
+  const std::shared_ptr<ButtonOwner> controller = shared_.gController;
   if (!controller) return;
   const office::CommandBarButton left = controller->PostroveMenuButton().Button();
   Describe(left, kLeft);
@@ -290,7 +291,7 @@ bool clsPROutlook::HearWindow(const office::Inspector& inspector) {
   const office::CommandBarControl control =
       inspector.CommandBars().FindControl(kInspectorButtonTag);
   if (!control || control.DescriptionText() == kLeft) return false;
-  const std::shared_ptr<clsPostrove> controller = shared_.gController;
+  const std::shared_ptr<ButtonOwner> controller = shared_.gController;
   if (!controller) return false;
   const auto window = std::make_shared<OpenWindow>(OpenWindow{inspector, {}});
   Watch(window);

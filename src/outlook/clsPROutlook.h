@@ -3,9 +3,9 @@
 #include <memory>
 #include <vector>
 
-#include "controller/shared_objects.h"
 #include "outlook/IclsOutlook.h"
 #include "outlook/heard_button.h"
+#include "outlook/shared_objects.h"
 
 namespace postrove {
 

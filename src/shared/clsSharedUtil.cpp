@@ -1,8 +1,8 @@
 #include "shared/clsSharedUtil.h"
 
-#include "data/ini_text.h"
-#include "data/text_encoding.h"
+#include "shared/ini_text.h"
 #include "shared/text.h"
+#include "shared/text_encoding.h"
 
 namespace postrove {
 namespace {

@@ -9,10 +9,10 @@
 
 #include <vector>
 
-#include "data/ini_text.h"
-#include "data/text_stream.h"
 #include "shared/error.h"
 #include "shared/file_name.h"
+#include "shared/ini_text.h"
+#include "shared/text_stream.h"
 
 namespace postrove {
 

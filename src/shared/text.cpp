@@ -213,6 +213,21 @@ double LeadingNumber(std::wstring_view text) {
   return negative ? -number : number;
 }
 
+std::optional<double> ToNumber(std::wstring_view text) {
+  const std::wstring trimmed = Trim(text);
+  if (trimmed.empty() || trimmed.find_first_not_of(L"+-.0123456789") != std::wstring::npos) {
+    return std::nullopt;
+  }
+  return LeadingNumber(trimmed);
+}
+
+std::optional<bool> ToBoolean(std::wstring_view text) {
+  if (EqualsIgnoreCase(text, L"true")) return true;
+  if (EqualsIgnoreCase(text, L"false")) return false;
+  const std::optional<double> number = ToNumber(text);
+  return number ? std::optional(*number != 0) : std::nullopt;
+}
+
 char32_t NextCodePoint(std::wstring_view text, std::size_t* position) {
   const auto first = static_cast<char32_t>(text[(*position)++]);
   if (!IsHighSurrogate(first) || *position == text.size()) return first;

@@ -49,6 +49,11 @@ std::wstring FromNumber(long long value);
 // skipped as well: "1 000" reads as 1000.
 double LeadingNumber(std::wstring_view text);
 
+// A whole text as a number or as a Boolean, as Visual Basic converts it: "True", "False" in any
+// letter case, or a number, which is true unless it is 0. Nothing when anything else stands in it.
+std::optional<double> ToNumber(std::wstring_view text);
+std::optional<bool> ToBoolean(std::wstring_view text);
+
 // UTF-8 conversions. Malformed input becomes U+FFFD, never an error.
 std::string ToUtf8(std::wstring_view text);
 std::wstring FromUtf8(std::string_view bytes);

@@ -2,8 +2,8 @@
 
 #include <cwchar>
 
-#include "data/ini_text.h"
 #include "outlook/variant.h"
+#include "shared/ini_text.h"
 #include "shared/text.h"
 
 namespace standin {

@@ -1,8 +1,8 @@
 #include <optional>
 
-#include "data/ini_text.h"
 #include "fuzz_input.h"
 #include "shared/error.h"
+#include "shared/ini_text.h"
 #include "support/Latin1.h"
 
 namespace postrove {

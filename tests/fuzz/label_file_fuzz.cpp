@@ -2,9 +2,9 @@
 
 #include <optional>
 
-#include "data/text_encoding.h"
 #include "fuzz_input.h"
 #include "shared/error.h"
+#include "shared/text_encoding.h"
 #include "support/Latin1.h"
 
 namespace postrove {

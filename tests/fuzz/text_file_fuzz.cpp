@@ -1,10 +1,10 @@
 #include <algorithm>
 #include <vector>
 
-#include "data/text_encoding.h"
-#include "data/text_stream.h"
 #include "fuzz_input.h"
 #include "shared/error.h"
+#include "shared/text_encoding.h"
+#include "shared/text_stream.h"
 #include "support/FakeSharedUtil.h"
 #include "support/Latin1.h"
 

@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "data/text_encoding.h"
 #include "shared/text.h"
+#include "shared/text_encoding.h"
 
 namespace postrove::testing {
 

@@ -6,6 +6,10 @@
 #include <utility>
 
 #include "controller/clsPostrove.h"
+#include "forms/frmFolderMessage.h"
+#include "forms/frmPostrove.h"
+#include "forms/frmProjInfo.h"
+#include "forms/frmSetup.h"
 #include "outlook/clsPROutlook.h"
 #include "support/FakeDatabase.h"
 #include "support/FakeOffice.h"
@@ -54,8 +58,10 @@ class Product {
   }
 
   void Create() {
-    shared.gController =
+    const auto controller =
         clsPostrove::Create(shared, host, std::make_unique<FakeRegistry>(registry), {1, 2, 3});
+    controller_ = controller;
+    shared.gController = controller;
     shared.gOutlook = clsPROutlook::Create(shared);
   }
 
@@ -66,7 +72,8 @@ class Product {
     outlook.Click(mail);
   }
 
-  clsPostrove& Controller() { return *shared.gController; }
+  clsPostrove& Controller() { return *controller_.lock(); }
+  OfficeData& Data() { return Controller().Data(); }
 
   std::map<std::wstring, std::wstring> registry{
       {L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Shell Folders|Common AppData",
@@ -78,6 +85,9 @@ class Product {
   std::shared_ptr<ScriptedFormHost> forms;
   std::shared_ptr<postrove::forms::FormHost> host = forms;  // another one for real windows
   SharedObjects shared;
+
+ private:
+  std::weak_ptr<clsPostrove> controller_;
 };
 
 }  // namespace postrove::testing

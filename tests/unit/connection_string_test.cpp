@@ -1,4 +1,4 @@
-#include "data/connection_string.h"
+#include "shared/connection_string.h"
 
 #include <gmock/gmock.h>
 

@@ -6,12 +6,12 @@
 #include <utility>
 #include <vector>
 
+#include "controller/type_ahead.h"
 #include "forms/frmFolderMessage.h"
 #include "forms/frmPostrove.h"
 #include "forms/frmProjInfo.h"
 #include "forms/frmSetup.h"
 #include "forms/kit/access_key.h"
-#include "forms/type_ahead.h"
 #include "forms/web_site.h"
 #include "gtest/gtest.h"
 #include "shared/error.h"

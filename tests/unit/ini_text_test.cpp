@@ -1,4 +1,4 @@
-#include "data/ini_text.h"
+#include "shared/ini_text.h"
 
 #include <gtest/gtest.h>
 

@@ -1,3 +1,7 @@
+#include "controller/parse_subject.h"
+#include "controller/project_box.h"
+#include "controller/project_folder.h"
+#include "forms/frmPostrove.h"
 #include "gtest/gtest.h"
 #include "support/Product.h"
 
@@ -57,39 +61,19 @@ const Subject kSubjects[] = {
 TEST(Naming, SubjectsAreTakenApart) {
   for (const Subject& one : kSubjects) {
     SCOPED_TRACE(text::ToUtf8(one.projDelim + L" | " + one.subjDelim + L" | " + one.subject));
-    Product product;
-    product.Start();
-    clsPostrove& controller = product.Controller();
-    controller.ProjDelim = one.projDelim;
-    controller.SubjDelim = one.subjDelim;
-    std::wstring subject = one.subject;
-    if (one.outcome == kRefused) {
-      try {
-        controller.ParseSubject(subject);
-        ADD_FAILURE() << "no error";
-      } catch (const Error& error) {
-        EXPECT_EQ(error.Number(), 5);
-      }
-      continue;
+    try {
+      const SubjectParts parts =
+          ParseSubject(one.subject, {one.projDelim, one.subjDelim, L"Project"});
+      EXPECT_EQ(parts.AreComplete(), one.outcome == kComplete);
+      EXPECT_EQ(parts.subject, one.stripped.empty() ? one.subject : one.stripped);
+      EXPECT_EQ(parts.projectNumber, one.number);
+      EXPECT_EQ(parts.projectName, one.name);
+      EXPECT_EQ(parts.saveAsName, one.saveAs);
+    } catch (const Error& error) {
+      EXPECT_EQ(error.Number(), 5);
+      EXPECT_EQ(one.outcome, kRefused);
     }
-    EXPECT_EQ(controller.ParseSubject(subject), one.outcome == kComplete);
-    EXPECT_EQ(subject, one.stripped.empty() ? one.subject : one.stripped);
-    EXPECT_EQ(controller.ProjectNumber, one.number);
-    EXPECT_EQ(controller.ProjectName, one.name);
-    EXPECT_EQ(controller.SaveAsName, one.saveAs);
   }
-}
-
-TEST(Naming, WhatASubjectLacksStaysAsItWas) {
-  Product product;
-  product.Start();
-  clsPostrove& controller = product.Controller();
-  controller.ProjectNumber = L"7";
-  controller.ProjectName = L"Mill";
-  std::wstring subject = L"only=>name";
-  EXPECT_TRUE(controller.ParseSubject(subject));
-  EXPECT_EQ(controller.ProjectNumber + controller.ProjectName + controller.SaveAsName,
-            L"7Millname");
 }
 
 TEST(Naming, FoldersEndInOneBackslash) {
@@ -99,174 +83,79 @@ TEST(Naming, FoldersEndInOneBackslash) {
   }
 }
 
-// A product whose controller shares Quillion's data or not, with the sample rows.
-std::unique_ptr<Product> MakeProduct(bool shared) {
-  auto product = std::make_unique<Product>();
-  if (shared) product->utility->AddFolder(std::wstring(kPrograms) + L"\\Quillion");
-  product->Start();
-  clsPostrove& controller = product->Controller();
-  EXPECT_EQ(controller.UseQuillion(), shared);
-  controller.Root = L"R:\\";
-  controller.WorkUnit = L"Job";
-  controller.ProjectList = {{L"AB-1", L"Mill", L"P:\\Mill", true, 7},
-                            {L"", L"\x00DC\x0062\x0065rbau", L"", false, 8},
-                            {L"C", L"mill", L"", true, 9},
-                            {L"ab-1", L"Twin", L"P:\\Twin\\", true, 10},
-                            {L"", L"", L"P:\\Nameless", true, 11}};
-  return product;
-}
+const std::vector<Project> kProjects = {{L"AB-1", L"Mill", L"P:\\Mill", true, 7},
+                                        {L"", L"\x00DC\x0062\x0065rbau", L"", false, 8},
+                                        {L"C", L"mill", L"", true, 9},
+                                        {L"ab-1", L"Twin", L"P:\\Twin\\", true, 10},
+                                        {L"", L"", L"P:\\Nameless", true, 11}};
 
-TEST(Naming, FindsRowsWithoutRegardToCaseAndSelectsThem) {
-  const auto product = MakeProduct(false);
-  clsPostrove& controller = product->Controller();
+TEST(Naming, FindsProjectsWithoutRegardToCase) {
+  Product product;
+  product.Start();
+  Projects& projects = product.Data().projects;
+  projects.ProjectList = kProjects;
   const struct {
     const wchar_t *number, *name;
-    int row;
-    const wchar_t* folder;
+    std::int64_t id;
   } cases[] = {
-      {L"ab-1", L"anything", 0, L"P:\\Mill\\"},
-      {L"", L"MILL", 0, L"P:\\Mill\\"},
-      {L"", L"\x00FC\x0042\x0045rBAU", 1, L"R:\\"},
-      {L"c", L"", 2, L"R:\\C"},  // no backslash: the save fields add it
-      {L"Mill", L"Mill", -1, L""},
-      {L"", L"", -1, L""},  // nor the row without a name
+      {L"ab-1", L"anything", 7},
+      {L"", L"MILL", 7},
+      {L"", L"\x00FC\x0042\x0045rBAU", 8},
+      {L"c", L"", 9},
+      {L"Mill", L"Mill", 0},
+      {L"", L"", 0},  // nor the row without a name
   };
   for (const auto& one : cases) {
-    SCOPED_TRACE(::testing::Message() << text::ToUtf8(one.number) << one.row);
-    ASSERT_EQ(controller.FindProject(one.number, one.name), one.row);
-    if (one.row < 0) continue;
-    controller.SelectProject(one.row);
-    const Project& project = controller.ProjectList[static_cast<std::size_t>(one.row)];
-    EXPECT_EQ(controller.ProjectNumber, project.number);
-    EXPECT_EQ(controller.ProjectName, project.name);
-    EXPECT_EQ(controller.ProjFilePath, one.folder);
-    EXPECT_EQ(controller.Active, project.active);
-    EXPECT_EQ(controller.ProjectID, project.id);
-  }
-  controller.ClearProject();
-  EXPECT_EQ(controller.ProjectNumber + controller.ProjectName + controller.ProjFilePath, L"");
-  EXPECT_FALSE(controller.Active);
-  EXPECT_EQ(controller.ProjectID, 0);
-  controller.ProjectList.clear();
-  EXPECT_EQ(controller.FindProject(L"C", L"mill"), -1);
-}
-
-TEST(Naming, AnUnknownProjectIsAskedAboutAndBecomesATemporaryRow) {
-  const ShownMessage question{
-      L"Job name \"Hall\" was not found in the Database . \r\n\r\nYou may:\r\n"
-      L"   -Click 'Yes' to add it to the Postrove database or\r\n"
-      L"   -Click 'No' to use it as a temporary Job for this Email.\r\n\r\n"
-      L"Do you want to add \"Hall\" to the database?",
-      L"Job Not Found", MessageButtons::YesNo, MessageIcon::Question};
-  const ShownMessage note{
-      L"\"12_Hall\" is not an existing project. \r\n\r\nIt will be added to the Job List as a "
-      L"temporary Job for this Email. \r\nTo make it a permanent Job, Add the Job in Quillion.",
-      L"Job Not Found", MessageButtons::Ok, MessageIcon::Information};
-  for (const bool shared : {false, true}) {
-    for (const bool emptyList : {false, true}) {
-      SCOPED_TRACE(::testing::Message() << "shared " << shared << ", empty list " << emptyList);
-      const auto product = MakeProduct(shared);
-      clsPostrove& controller = product->Controller();
-      if (emptyList) controller.ProjectList.clear();
-      const std::vector<Project> before = controller.ProjectList;
-      controller.ProjDelim = L"_";
-      controller.ProjectNumber = L"12";
-      controller.ProjectName = L"Hall";
-      controller.ProjFilePath = L"X:\\of the project before";
-      product->utility->ExpectMessage(shared ? MessageAnswer::Ok : MessageAnswer::No);
-      controller.ResolveSubjectProject();
-      EXPECT_EQ(product->utility->Messages(), std::vector<ShownMessage>{shared ? note : question});
-      EXPECT_EQ(controller.ProjFilePath, L"R:\\12\\");
-      ASSERT_EQ(controller.ProjectList.size(), before.size() + 1);
-      const Project& added = controller.ProjectList.back();
-      EXPECT_EQ(added.number + L"|" + added.name + L"|" + added.filePath, L"12|Hall|R:\\12\\");
-      EXPECT_FALSE(added.active);
-      EXPECT_EQ(added.id, 0);
-      controller.ResolveSubjectProject();  // known by now: nobody is asked twice
-      EXPECT_EQ(controller.ProjectList.size(), before.size() + 1);
-      for (const RanStatement& ran : product->database->Statements()) EXPECT_TRUE(ran.query);
-    }
-  }
-}
-
-// The number decides, or the name alone where there is none.
-TEST(Naming, TheListsRowReplacesWhatTheSubjectSaid) {
-  for (const bool shared : {false, true}) {
-    for (const auto& [number, name, found] :
-         {std::tuple{L"c", L"Written otherwise", L"C|mill|R:\\C"},
-          {L"", L"MILL", L"AB-1|Mill|P:\\Mill\\"}}) {
-      const auto product = MakeProduct(shared);
-      clsPostrove& controller = product->Controller();
-      controller.ProjectNumber = number;
-      controller.ProjectName = name;
-      controller.ResolveSubjectProject();
-      EXPECT_EQ(
-          controller.ProjectNumber + L"|" + controller.ProjectName + L"|" + controller.ProjFilePath,
-          found);
-    }
+    const Project* const found = projects.FindProject(one.number, one.name);
+    EXPECT_EQ(found ? found->id : 0, one.id) << text::ToUtf8(one.number);
   }
 }
 
 // By one rule, and never anywhere but below the root.
 TEST(Naming, ANumberNamesTheSameFolderListedOrNot) {
+  Product product;
+  product.utility->AddFile(std::wstring(kAppData) + L"\\Postrove\\Postrove.ini",
+                           "[Setup]\r\nRoot=R:\\\r\n");
+  product.Start();
+  const Settings& settings = product.Data().settings;
   for (const auto& [number, folder] : {std::pair{L"..\\..\\Windows", L"R:\\-..-Windows\\"},
                                        {L"C:\\x", L"R:\\C--x\\"},
                                        {L"2024/07", L"R:\\2024-07\\"},
                                        {L"..", L"R:\\"},
                                        {L"aux", L"R:\\_aux\\"},
                                        {L"04-123", L"R:\\04-123\\"}}) {
-    const auto product = MakeProduct(true);
-    clsPostrove& controller = product->Controller();
-    controller.ProjectNumber = number;
-    product->utility->ExpectMessage();
-    controller.ResolveSubjectProject();
-    EXPECT_EQ(controller.ProjFilePath, folder);
-    EXPECT_EQ(controller.ProjectList.back().number, number);
-    controller.ProjectList = {{number, L"Listed", L"", true, 1}};
-    controller.SelectProject(0);
-    EXPECT_EQ(text::NormaliseFolder(controller.ProjFilePath), folder);
+    EXPECT_EQ(text::NormaliseFolder(FolderOf(settings, {number, L"", L""})), folder);
+    EXPECT_EQ(MessageFolder(settings, {L"", L"", FolderOf(settings, {number, L"", L""})}),
+              folder + std::wstring(L"Corr_Out\\"));
   }
+  EXPECT_EQ(FolderOf(settings, kProjects[0]), L"P:\\Mill\\");
 }
 
-TEST(Naming, FillsTheDialog) {
-  const auto product = MakeProduct(false);
-  clsPostrove& controller = product->Controller();
+TEST(Naming, FillsTheProjectBox) {
   forms::frmPostrove form({});
   const struct {
     const wchar_t *number, *name;
     int selected;
   } cases[] = {
-      {L"ab-1", L"", 3},   // by exact letters only, unlike FindProject
+      {L"ab-1", L"", 3},   // by exact letters only
       {L"AB-1", L"x", 0},  // whatever the name
       {L"aB-1", L"Mill", -1}, {L"", L"Mill", 0}, {L"", L"MILL", -1}, {L"", L"", -1},
   };
   for (const auto& one : cases) {
-    controller.ProjectNumber = one.number;
-    controller.ProjectName = one.name;
-    controller.FillProjectCombo(form.cboPostrove);
+    FillProjectCombo(form.cboPostrove, kProjects, {one.number, one.name, L""});
     EXPECT_EQ(form.cboPostrove.Items(),
               (std::vector<std::wstring>{L"Mill: AB-1", L"\x00DC\x0062\x0065rbau", L"mill: C",
                                          L"Twin: ab-1", L""}));
     EXPECT_EQ(form.cboPostrove.ListIndex(), one.selected) << text::ToUtf8(one.number);
   }
-  controller.ProjectList.push_back(controller.ProjectList[0]);
-  controller.ProjectNumber = L"AB-1";
-  controller.ProjectName = L"Mill";
-  controller.ProjFilePath = L"P:\\2231";
-  controller.SaveAsName = L"Minutes";
-  controller.FillProjectCombo(form.cboPostrove);
+  std::vector<Project> twice = kProjects;
+  twice.push_back(twice[0]);
+  FillProjectCombo(form.cboPostrove, twice, twice[0]);
   EXPECT_EQ(form.cboPostrove.ListIndex(), 5);  // a later match replaces an earlier one
-  controller.FillSaveFields(form);
-  EXPECT_EQ(form.cboPostrove.Text(), L"Mill: AB-1");
-  EXPECT_EQ(form.txtSaveFolder.Text(), L"P:\\2231\\Corr_Out\\");
-  EXPECT_EQ(form.txtSaveAsName.Text(), L"Minutes");
-
-  controller.ClearProject();
-  controller.ProjectList.clear();
-  controller.FillProjectCombo(form.cboPostrove);
-  EXPECT_EQ(form.cboPostrove.Items(), std::vector<std::wstring>{L""});
-  controller.FillSaveFields(form);
-  EXPECT_EQ(form.txtSaveFolder.Text(), L"R:\\Corr_Out\\");
+  FillProjectCombo(form.cboPostrove, {}, {L"9", L"Hall", L""});
+  EXPECT_EQ(form.cboPostrove.Items(), std::vector<std::wstring>{L"Hall: 9"});
+  AppendToProjectCombo(form.cboPostrove, {kProjects[0]});  // in the place of that item
+  EXPECT_EQ(form.cboPostrove.Items(), std::vector<std::wstring>{L"Mill: AB-1"});
 }
 
 }  // namespace

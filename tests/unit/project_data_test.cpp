@@ -64,8 +64,8 @@ TEST_F(ProjectData, ReadsWhateverTheColumnsHold) {
                                      {L"", L"", L"", true, L"12-A"},
                                      {L"", L"", L"", true, Cell()},
                                      {L"", L"", L"", true, 1e300}});
-  product_.Controller().GetProjectList();
-  const std::vector<Project>& list = product_.Controller().ProjectList;
+  product_.Data().projects.GetProjectList();
+  const std::vector<Project>& list = product_.Data().projects.ProjectList;
   const std::int64_t kKeys[] = {7, 8, 9, 0x100000001, 0, 0, 0};
   ASSERT_EQ(list.size(), std::size(kKeys));
   EXPECT_EQ(list[0].filePath, L"P:\\Mill");
@@ -78,7 +78,7 @@ TEST_F(ProjectData, ReadsWhateverTheColumnsHold) {
 }
 
 TEST_F(ProjectData, FailuresAreReportedOnceAndNothingIsSaved) {
-  clsPostrove& controller = product_.Controller();
+  Projects& projects = product_.Data().projects;
   product_.database->SetHandler([](const RanStatement&) -> Rows {
     throw Error(static_cast<long>(0x80004005), L"Test", L"The server does not answer.");
   });
@@ -89,28 +89,28 @@ TEST_F(ProjectData, FailuresAreReportedOnceAndNothingIsSaved) {
     ASSERT_EQ(product_.utility->Messages().size(), before + 1);
     EXPECT_NE(product_.utility->Messages().back().text.find(procedure), std::wstring::npos);
   };
-  controller.ProjectList = {{L"1", L"old", L"", true, 1}};
-  reported(L"GetProjectList()", [&] { controller.GetProjectList(); });
-  EXPECT_TRUE(controller.ProjectList.empty());
-  reported(L"GetNewProjectNumber()", [&] { EXPECT_EQ(controller.GetNewProjectNumber(), L""); });
+  projects.ProjectList = {{L"1", L"old", L"", true, 1}};
+  reported(L"GetProjectList()", [&] { projects.GetProjectList(); });
+  EXPECT_TRUE(projects.ProjectList.empty());
+  reported(L"GetNewProjectNumber()", [&] { EXPECT_EQ(projects.GetNewProjectNumber(), L""); });
   reported(L"IsExisitingProjectNumber()",
-           [&] { EXPECT_FALSE(controller.IsExisitingProjectNumber(L"1")); });
-  reported(L"ProjectInfoSave()", [&] { EXPECT_FALSE(controller.ProjectInfoSave(false)); });
+           [&] { EXPECT_FALSE(projects.IsExisitingProjectNumber(L"1")); });
+  reported(L"ProjectInfoSave()", [&] { EXPECT_FALSE(projects.ProjectInfoSave({}, false)); });
 }
 
 TEST_F(ProjectData, DuplicateNumbersAreAskedAbout) {
-  clsPostrove& controller = product_.Controller();
-  controller.WorkUnit = L"Job";
+  Projects& projects = product_.Data().projects;
+  product_.Data().settings.WorkUnit = L"Job";
   product_.database->SetRows(sql::FindProjectNumber(L"7"), {{L"7"}});
-  EXPECT_FALSE(controller.IsExisitingProjectNumber(L"8"));
+  EXPECT_FALSE(projects.IsExisitingProjectNumber(L"8"));
   // Never part of a statement: some servers run a second one.
   const std::size_t ran = product_.database->Statements().size();
   product_.utility->ExpectMessage();
-  EXPECT_FALSE(controller.IsExisitingProjectNumber(L"7'; DROP TABLE Project; --"));
+  EXPECT_FALSE(projects.IsExisitingProjectNumber(L"7'; DROP TABLE Project; --"));
   EXPECT_EQ(product_.database->Statements().size(), ran);
   for (const MessageAnswer answer : {MessageAnswer::Yes, MessageAnswer::No}) {
     product_.utility->ExpectMessage(answer);
-    EXPECT_EQ(controller.IsExisitingProjectNumber(L"7"), answer == MessageAnswer::No);
+    EXPECT_EQ(projects.IsExisitingProjectNumber(L"7"), answer == MessageAnswer::No);
     EXPECT_EQ(
         product_.utility->Messages().back(),
         (ShownMessage{L"The Job Number already exists. Do you want to add a duplicate?",
@@ -170,14 +170,12 @@ TEST_F(ProjectData, LabelsReachTheDialogAndADamagedFileCostsNothingElse) {
   product_.utility->AddFile(folder + L"Postrove.ini", "[Setup]\r\nWorkUnit=Job\r\n");
   product_.Start();
   product_.utility->Remove(folder + L"Postrove.cnt");
-  product_.Controller().LocateSettingsFile();  // a missing file leaves the labels as they are
+  product_.Data().LocateSettingsFile();  // a missing file leaves the labels as they are
   product_.utility->AddFile(folder + L"Postrove.cnt", "2\r\nh\r\na|x\r\n[Form]\r\n");
-  forms::frmSetup setup({});
-  setup.txtSetup(0).SetText(L"P:\\");
   product_.utility->ExpectMessage();
   const std::size_t lists = product_.database->Statements().size();
   for (const std::size_t change : {1u, 2u}) {  // told at the first only
-    EXPECT_TRUE(product_.Controller().PostroveDefaultsSave(0, setup));
+    EXPECT_TRUE(product_.Data().PostroveDefaultsSave(0, L"P:\\"));
     EXPECT_EQ(product_.database->Statements().size(), lists + change);
   }
   product_.forms->Expect([](forms::Form& form) {

@@ -10,20 +10,18 @@ namespace {
 const std::wstring kLocalIni = std::wstring(kAppData) + L"\\Postrove\\Postrove.ini";
 const std::wstring kLocalFolder = std::wstring(kAppData) + L"\\Postrove\\";
 
-class Settings : public ::testing::Test {
+class SettingsFiles : public ::testing::Test {
  protected:
   std::string Ini(const std::wstring& file = kLocalIni) {
     return product_.utility->File(file).value_or("(none)");
   }
   void Save(int index, const std::wstring& text) {
-    forms::frmSetup setup({});
-    setup.txtSetup(index).SetText(text);
-    product_.Controller().PostroveDefaultsSave(index, setup);
+    product_.Data().PostroveDefaultsSave(index, text);
   }
   Product product_;
 };
 
-TEST_F(Settings, OwnDatabaseIsSearchedForWithTheUser) {
+TEST_F(SettingsFiles, OwnDatabaseIsSearchedForWithTheUser) {
   product_.utility->Remove(kLocalFolder + L"Postrove.mdb");
   product_.utility->AddFolder(L"S:\\Empty");
   product_.utility->AddFile(L"S:\\Db\\Postrove.mdb");
@@ -54,7 +52,7 @@ TEST_F(Settings, OwnDatabaseIsSearchedForWithTheUser) {
             L"organization responsible for your network for the location.");
 }
 
-TEST_F(Settings, ACancelledSearchIsToldOnceAndStoresNothing) {
+TEST_F(SettingsFiles, ACancelledSearchIsToldOnceAndStoresNothing) {
   product_.utility->Remove(kLocalFolder + L"Postrove.mdb");
   product_.utility->ExpectBrowse(L"");
   product_.utility->ExpectMessage();
@@ -66,10 +64,10 @@ TEST_F(Settings, ACancelledSearchIsToldOnceAndStoresNothing) {
             std::wstring::npos);
   EXPECT_EQ(Ini(), "(none)");
   EXPECT_TRUE(product_.database->Statements().empty());
-  EXPECT_EQ(product_.Controller().Root, L"C:\\");  // the rest is read all the same
+  EXPECT_EQ(product_.Data().settings.Root, L"C:\\");  // the rest is read all the same
 }
 
-TEST_F(Settings, SharedDatabases) {
+TEST_F(SettingsFiles, SharedDatabases) {
   const std::wstring folder = std::wstring(kPrograms) + L"\\Quillion";
   const struct {
     const char* ini;
@@ -96,7 +94,7 @@ TEST_F(Settings, SharedDatabases) {
   }
 }
 
-TEST_F(Settings, MovingTheDatabaseKeepsADatedCopy) {
+TEST_F(SettingsFiles, MovingTheDatabaseKeepsADatedCopy) {
   product_.utility->AddFile(kLocalFolder + L"Postrove.mdb", "rows");
   product_.utility->AddFile(kLocalFolder + L"Moved_By_Postrove20240512.mdb", "from this morning");
   product_.utility->AddFolder(L"S:\\");
@@ -117,7 +115,7 @@ TEST_F(Settings, MovingTheDatabaseKeepsADatedCopy) {
   EXPECT_EQ(Ini(), "[Setup]\r\nPostroveDBPath=S:\\New\\\r\n");
 }
 
-TEST_F(Settings, ATargetThatHoldsADatabaseIsAskedAboutAndNeverReplaced) {
+TEST_F(SettingsFiles, ATargetThatHoldsADatabaseIsAskedAboutAndNeverReplaced) {
   enum class Target { Used, Refused, Damaged };
   for (const Target target : {Target::Used, Target::Refused, Target::Damaged}) {
     Product product;
@@ -128,9 +126,7 @@ TEST_F(Settings, ATargetThatHoldsADatabaseIsAskedAboutAndNeverReplaced) {
     product.utility->ExpectMessage(refused ? MessageAnswer::No : MessageAnswer::Yes);
     if (!refused) product.utility->ExpectMessage();
     if (target == Target::Damaged) product.database->FailOperation(1);
-    forms::frmSetup setup({});
-    setup.txtSetup(4).SetText(L"S:\\New");
-    product.Controller().PostroveDefaultsSave(4, setup);
+    product.Data().PostroveDefaultsSave(4, L"S:\\New");
     EXPECT_EQ(product.database->DBPath, used ? L"S:\\New\\" : kLocalFolder);
     EXPECT_EQ(product.utility->File(kLocalIni).has_value(), used);
     EXPECT_EQ(product.utility->File(L"S:\\New\\Postrove.mdb"), "theirs");
@@ -142,14 +138,12 @@ TEST_F(Settings, ATargetThatHoldsADatabaseIsAskedAboutAndNeverReplaced) {
 // process dies at it, while another user adds a row whenever the database that the settings name
 // can be written: they name a whole database with every row, what failed has left nothing, and the
 // next try succeeds.
-TEST_F(Settings, AMoveOfTheDatabaseLosesNothingAtAnyMoment) {
+TEST_F(SettingsFiles, AMoveOfTheDatabaseLosesNothingAtAnyMoment) {
   const std::wstring old = kLocalFolder + L"Postrove.mdb", there = L"S:\\New\\Postrove.mdb";
   const std::wstring current = L"S:\\Set\\Postrove.ini";
   const auto move = [](Product& product) {
     product.utility->AnswerTheRest(MessageAnswer::Yes);
-    forms::frmSetup setup({});
-    setup.txtSetup(4).SetText(L"S:\\New");
-    product.Controller().PostroveDefaultsSave(4, setup);
+    product.Data().PostroveDefaultsSave(4, L"S:\\New");
   };
   for (const int variant : {0, 1, 2, 3}) {
     const bool dies = variant % 2 == 1, taken = variant > 1;
@@ -198,7 +192,7 @@ TEST_F(Settings, AMoveOfTheDatabaseLosesNothingAtAnyMoment) {
   }
 }
 
-TEST_F(Settings, QuillionsDatabaseAndFoldersWithoutADriveAreNeverMoved) {
+TEST_F(SettingsFiles, QuillionsDatabaseAndFoldersWithoutADriveAreNeverMoved) {
   const std::wstring folder = std::wstring(kPrograms) + L"\\Quillion";
   for (const bool shared : {true, false}) {
     Product product;
@@ -211,19 +205,19 @@ TEST_F(Settings, QuillionsDatabaseAndFoldersWithoutADriveAreNeverMoved) {
       product.utility->ExpectMessage();
       product.utility->ExpectMessage();
     }
-    EXPECT_FALSE(product.Controller().SetNewDbLocation(shared ? L"C:\\New\\" : L"New\\"));
-    EXPECT_FALSE(product.Controller().SetNewIniLocation(shared ? L"C:\\New\\" : L"New\\"));
+    EXPECT_FALSE(product.Data().database.SetNewDbLocation(shared ? L"C:\\New\\" : L"New\\"));
+    EXPECT_FALSE(product.Data().settings.SetNewIniLocation(shared ? L"C:\\New\\" : L"New\\"));
     EXPECT_EQ(product.utility->Files(), before);
   }
 }
 
-TEST_F(Settings, AfterACancelledSearchEachClickReadsEverythingAgain) {
+TEST_F(SettingsFiles, AfterACancelledSearchEachClickReadsEverythingAgain) {
   product_.utility->Remove(kLocalFolder + L"Postrove.mdb");
   product_.utility->ExpectBrowse(L"");
   product_.utility->ExpectMessage();
   product_.Start();
   product_.utility->ExpectMessage();
-  EXPECT_FALSE(product_.Controller().ProjectInfoSave(false));  // there is none to save into
+  EXPECT_FALSE(product_.Data().projects.ProjectInfoSave({}, false));  // there is none to save into
   product_.utility->AddFile(kLocalIni, "[Setup]\r\nPostroveDBPath=S:\\Db\\\r\nRoot=P:\\\r\n");
   for (const std::size_t lists : {0u, 1u}) {
     product_.forms->Expect([](forms::Form& form) {
@@ -237,7 +231,7 @@ TEST_F(Settings, AfterACancelledSearchEachClickReadsEverythingAgain) {
   EXPECT_EQ(product_.database->DBFullPath, L"S:\\Db\\Postrove.mdb");
 }
 
-TEST_F(Settings, NothingIsWrittenIntoQuillionsFileThatChangesItsEncoding) {
+TEST_F(SettingsFiles, NothingIsWrittenIntoQuillionsFileThatChangesItsEncoding) {
   const std::wstring file = std::wstring(kPrograms) + L"\\Quillion\\Qulln.txt";
   product_.utility->AddFile(file, "; \xE9\r\n[Setup]\r\nEmailFolder=Mail\\\r\n");
   product_.Start();
@@ -247,7 +241,7 @@ TEST_F(Settings, NothingIsWrittenIntoQuillionsFileThatChangesItsEncoding) {
   EXPECT_EQ(Ini(file), "; \xE9\r\n[Setup]\r\nEmailFolder=Mail\\\r\n");
 }
 
-TEST_F(Settings, MovingTheSettingsThereAndBackTakesEffectAtOnce) {
+TEST_F(SettingsFiles, MovingTheSettingsThereAndBackTakesEffectAtOnce) {
   product_.utility->AddFile(kLocalIni, "; ours\r\n[Setup]\r\nUseQuillion=0\r\nRoot=P:\\\r\n");
   product_.utility->AddFolder(L"S:\\");
   product_.Start();
@@ -262,10 +256,10 @@ TEST_F(Settings, MovingTheSettingsThereAndBackTakesEffectAtOnce) {
   product_.utility->ExpectMessage(MessageAnswer::Yes);
   Save(5, kLocalFolder);
   EXPECT_EQ(product_.utility->IniFile(), kLocalIni);
-  EXPECT_EQ(product_.Controller().Root, L"Q:\\");
+  EXPECT_EQ(product_.Data().settings.Root, L"Q:\\");
 }
 
-TEST_F(Settings, SettingsThatAreAllDefaultsCanBeMoved) {
+TEST_F(SettingsFiles, SettingsThatAreAllDefaultsCanBeMoved) {
   product_.utility->AddFolder(L"S:\\");
   product_.Start();
   product_.utility->ExpectMessage(MessageAnswer::Yes);

@@ -71,7 +71,7 @@ class SetupDialog : public ::testing::Test {
     });
   }
 
-  clsPostrove& Controller() { return product_->Controller(); }
+  const Settings& Current() { return product_->Data().settings; }
   std::string File(const std::wstring& path) { return utility_->File(path).value_or("(none)"); }
 
   std::unique_ptr<Product> product_;
@@ -159,12 +159,7 @@ TEST_F(SetupDialog, FieldsAreStoredAsTheyAreLeft) {
         EXPECT_TRUE(utility_->FolderExists(L"P:\\Made"));
         EXPECT_FALSE(utility_->FolderExists(L"P:\\Misspelt"));
         Enter(setup, 1, L" _ ");
-        // A press on Cancel keeps what is left from being stored; a right press is none.
-        for (const int press : {1, 2}) {
-          Controller().frmProjInfoEvent_ButtonMouseDown(1, press, 0, 0, 0);
-          Enter(setup, 2, L"::");
-          EXPECT_EQ(File(kIni).find("SubjDelim") != std::string::npos, press == 2);
-        }
+        Enter(setup, 2, L"::");
         Enter(setup, 3, L"Mail");
         EXPECT_EQ(setup.txtSetup(3).Text(), L"Mail\\");
         EXPECT_EQ(setup.lblSavePathSample.Text(),
@@ -295,7 +290,7 @@ TEST_F(SetupDialog, OwnAndSharedDatabase) {
         utility_->ExpectMessage();
         setup.optDbType(forms::kSetupOwnDb).UserClicked();
         check(setup, true);
-        EXPECT_TRUE(Controller().UseQuillion());
+        EXPECT_TRUE(Current().UseQuillion());
         utility_->AddFile(kIni, File(kIni));
         setup.optDbType(forms::kSetupOwnDb).UserClicked();
         check(setup, false);
@@ -305,7 +300,6 @@ TEST_F(SetupDialog, OwnAndSharedDatabase) {
         EXPECT_EQ(save.lblFormTitle.Place().left, save.lblProjectLabel.Place().left);
         EXPECT_EQ(save.txtSaveFolder.Text(), L"C:\\Corr_Out\\");
         EXPECT_EQ(save.cboPostrove.Text(), L"");  // that project was Quillion's
-        EXPECT_EQ(Controller().ProjectNumber, L"");
       },
       [](forms::frmPostrove& save) {
         EXPECT_FALSE(save.cmdPostrove(forms::kAddProjectButton).Visible());
@@ -525,12 +519,12 @@ TEST_F(SetupDialog, FailingFilesLoseNothing) {
           if (asked) Field(setup, one.field).UserLeft();
         }
         if (n == 0) operations = utility_->FileOperations() - before;
-        EXPECT_EQ(setup.optDbType(forms::kSetupSiblingDb).Checked(), Controller().UseQuillion());
-        EXPECT_EQ(setup.txtSetup(5).Visible(), !Controller().UseQuillion());
-        if (!Controller().UseQuillion() && one.field != 1) {
-          EXPECT_EQ(setup.txtSetup(0).Text(), Controller().Root);
+        EXPECT_EQ(setup.optDbType(forms::kSetupSiblingDb).Checked(), Current().UseQuillion());
+        EXPECT_EQ(setup.txtSetup(5).Visible(), !Current().UseQuillion());
+        if (!Current().UseQuillion() && one.field != 1) {
+          EXPECT_EQ(setup.txtSetup(0).Text(), Current().Root);
           EXPECT_EQ(setup.txtSetup(4).Text(), product_->database->DBPath);
-          EXPECT_EQ(setup.cboWorkType.Text(), Controller().WorkUnit);
+          EXPECT_EQ(setup.cboWorkType.Text(), Current().WorkUnit);
         }
       });
       EXPECT_TRUE(File(kFolder + L"Postrove.mdb") == "rows" ||

@@ -12,17 +12,17 @@ std::wstring Join(const std::wstring& a, const wchar_t* b) { return a + b; }
 TEST(Startup, DefaultsWithoutAnySettings) {
   Product product;
   product.Start();
-  const clsPostrove& controller = product.Controller();
-  EXPECT_FALSE(controller.QuillionInstalled());
-  EXPECT_FALSE(controller.UseQuillion());
+  const Settings& settings = product.Data().settings;
+  EXPECT_FALSE(settings.QuillionInstalled());
+  EXPECT_FALSE(settings.UseQuillion());
   EXPECT_EQ(product.utility->IniFile(), LocalIni());
-  EXPECT_EQ(controller.Root, L"C:\\");
-  EXPECT_EQ(controller.WorkUnit, L"Project");
-  EXPECT_EQ(controller.EmailFolder, L"Corr_Out\\");
-  EXPECT_EQ(controller.ProjDelim, L"-");
-  EXPECT_EQ(controller.SubjDelim, L"=>");
-  EXPECT_EQ(controller.gCommonAppData(), kAppData);
-  EXPECT_EQ(controller.gProgramFiles(), kPrograms);
+  EXPECT_EQ(settings.Root, L"C:\\");
+  EXPECT_EQ(settings.WorkUnit, L"Project");
+  EXPECT_EQ(settings.EmailFolder, L"Corr_Out\\");
+  EXPECT_EQ(settings.ProjDelim, L"-");
+  EXPECT_EQ(settings.SubjDelim, L"=>");
+  EXPECT_EQ(settings.gCommonAppData(), kAppData);
+  EXPECT_EQ(settings.gProgramFiles(), kPrograms);
   EXPECT_TRUE(product.utility->Messages().empty());
 }
 
@@ -35,19 +35,19 @@ TEST(Startup, OwnModeFollowsTheSettingsFolderAndKeepsDelimiters) {
                            "[setup]\r\nroot=P:\\Jobs\r\nWORKUNIT=Job\r\nProjDelim=_\r\n"
                            "SubjDelim=::\r\nEmailFolder=Mail\r\n");
   product.Start();
-  const clsPostrove& controller = product.Controller();
-  EXPECT_FALSE(controller.UseQuillion());  // not installed, whatever the file says
+  const Settings& settings = product.Data().settings;
+  EXPECT_FALSE(settings.UseQuillion());  // not installed, whatever the file says
   EXPECT_EQ(product.utility->IniFile(), L"S:\\Set\\Postrove.ini");
-  EXPECT_EQ(controller.Root, L"P:\\Jobs\\");
-  EXPECT_EQ(controller.WorkUnit, L"Job");
-  EXPECT_EQ(controller.ProjDelim + controller.SubjDelim + controller.EmailFolder, L"-=>Corr_Out\\");
+  EXPECT_EQ(settings.Root, L"P:\\Jobs\\");
+  EXPECT_EQ(settings.WorkUnit, L"Job");
+  EXPECT_EQ(settings.ProjDelim + settings.SubjDelim + settings.EmailFolder, L"-=>Corr_Out\\");
 }
 
 TEST(Startup, AnEmptyRootStaysEmpty) {
   Product product;
   product.utility->AddFile(LocalIni(), "[Setup]\r\nRoot=\r\n");
   product.Start();
-  EXPECT_EQ(product.Controller().Root, L"");
+  EXPECT_EQ(product.Data().settings.Root, L"");
 }
 
 TEST(Startup, SharingIsDecidedByTheLocalFile) {
@@ -66,8 +66,8 @@ TEST(Startup, SharingIsDecidedByTheLocalFile) {
     product.utility->AddFolder(Join(kPrograms, L"\\Quillion"));
     if (one.local) product.utility->AddFile(LocalIni(), one.local);
     product.Start();
-    EXPECT_TRUE(product.Controller().QuillionInstalled());
-    EXPECT_EQ(product.Controller().UseQuillion(), one.shared);
+    EXPECT_TRUE(product.Data().settings.QuillionInstalled());
+    EXPECT_EQ(product.Data().settings.UseQuillion(), one.shared);
     EXPECT_TRUE(product.utility->Messages().empty());
   }
 }
@@ -84,13 +84,13 @@ TEST(Startup, SharedModeReadsQuillionsFile) {
                              "[FilePathsPrj]\r\n1=Q:\\Projects\r\n[Setup]\r\nRoot=X:\\no\r\n"
                              "ProjDelim=\" - \"\r\nSubjDelim=#\r\nEmailFolder=Mail\r\n");
     product.Start();
-    const clsPostrove& controller = product.Controller();
+    const Settings& settings = product.Data().settings;
     EXPECT_EQ(product.utility->IniFile(), file);
-    EXPECT_EQ(controller.Root, L"Q:\\Projects\\");
-    EXPECT_EQ(controller.ProjDelim, L" - ");
-    EXPECT_EQ(controller.SubjDelim, L"#");
-    EXPECT_EQ(controller.EmailFolder, L"Mail\\");
-    EXPECT_EQ(controller.WorkUnit, L"Project");
+    EXPECT_EQ(settings.Root, L"Q:\\Projects\\");
+    EXPECT_EQ(settings.ProjDelim, L" - ");
+    EXPECT_EQ(settings.SubjDelim, L"#");
+    EXPECT_EQ(settings.EmailFolder, L"Mail\\");
+    EXPECT_EQ(settings.WorkUnit, L"Project");
   }
 }
 
@@ -173,7 +173,7 @@ TEST(Startup, SettingsThatCannotBeReadAreReadAtTheNextClick) {
 
     utility.AddFile(one.file, settings);
     EXPECT_EQ(Proposed(product), shared ? L"P:\\Corr_Out\\" : L"P:\\Corr_Out\\|P:\\");
-    EXPECT_EQ(product.Controller().UseQuillion(), shared);
+    EXPECT_EQ(product.Data().settings.UseQuillion(), shared);
   }
 }
 

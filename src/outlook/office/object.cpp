@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <limits>
+#include <optional>
 
 #include "shared/error.h"
 #include "shared/text.h"
@@ -15,13 +16,11 @@ namespace {
               std::wstring(L"A value from Outlook is not ") + wanted + L".");
 }
 
-// A text as a number; nothing else may stand in it.
-double NumberOf(const std::wstring& text, const wchar_t* wanted) {
-  const std::wstring trimmed = text::Trim(text);
-  if (trimmed.empty() || trimmed.find_first_not_of(L"+-.0123456789") != std::wstring::npos) {
-    ThrowTypeMismatch(wanted);
-  }
-  return text::LeadingNumber(trimmed);
+// What a text is read as; nothing when it is no such thing.
+template <class T>
+T Known(const std::optional<T>& read, const wchar_t* wanted) {
+  if (!read) ThrowTypeMismatch(wanted);
+  return *read;
 }
 
 std::int32_t Rounded(double number) {
@@ -39,9 +38,7 @@ bool ToBool(const Value& value) {
   if (const auto* number = std::get_if<double>(&value)) return *number != 0;
   if (std::holds_alternative<std::monostate>(value)) return false;
   if (const auto* words = std::get_if<std::wstring>(&value)) {
-    if (text::EqualsIgnoreCase(*words, L"true")) return true;
-    if (text::EqualsIgnoreCase(*words, L"false")) return false;
-    return NumberOf(*words, L"true or false") != 0;
+    return Known(text::ToBoolean(*words), L"true or false");
   }
   ThrowTypeMismatch(L"true or false");
 }
@@ -52,7 +49,7 @@ std::int32_t ToLong(const Value& value) {
   if (const auto* number = std::get_if<double>(&value)) return Rounded(*number);
   if (std::holds_alternative<std::monostate>(value)) return 0;
   if (const auto* words = std::get_if<std::wstring>(&value)) {
-    return Rounded(NumberOf(*words, L"a whole number"));
+    return Rounded(Known(text::ToNumber(*words), L"a whole number"));
   }
   ThrowTypeMismatch(L"a whole number");
 }

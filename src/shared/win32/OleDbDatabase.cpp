@@ -2,7 +2,7 @@
 
 #include <wrl/client.h>
 
-#include "data/connection_string.h"
+#include "shared/connection_string.h"
 #include "shared/error.h"
 #include "shared/win32/ole_db.h"
 #include "shared/win32/ole_db_command.h"

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "data/connection_string.h"
+#include "shared/connection_string.h"
 
 struct ICommandText;
 

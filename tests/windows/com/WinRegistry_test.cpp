@@ -1,4 +1,4 @@
-#include "outlook/win32/WinRegistry.h"
+#include "shared/win32/WinRegistry.h"
 
 #include <gtest/gtest.h>
 #include <windows.h>

@@ -10,11 +10,6 @@
 
 namespace postrove {
 
-static bool operator==(const Project& one, const Project& other) {
-  return one.number == other.number && one.name == other.name && one.filePath == other.filePath &&
-         one.active == other.active && one.id == other.id;
-}
-
 static void PrintTo(const Project& row, std::ostream* out) {
   *out << row.id << " | " << text::ToUtf8(row.number) << " | " << text::ToUtf8(row.name) << " | "
        << text::ToUtf8(row.filePath) << (row.active ? "" : " | not active");
@@ -52,21 +47,14 @@ class Projects : public ::testing::Test {
     product_->Create();
   }
 
-  clsPostrove& Controller() { return product_->Controller(); }
+  postrove::Projects& Listed() { return product_->Data().projects; }
 
   // As the project information dialog does. `row.id` counts for an edited row only.
-  bool Save(const Project& row, bool edited) {
-    Controller().ProjectNumber = row.number;
-    Controller().ProjectName = row.name;
-    Controller().ProjFilePath = row.filePath;
-    Controller().Active = row.active;
-    Controller().ProjectID = row.id;
-    return Controller().ProjectInfoSave(edited);
-  }
+  bool Save(const Project& row, bool edited) { return Listed().ProjectInfoSave(row, edited); }
 
   const std::vector<Project>& List() {
-    Controller().GetProjectList();
-    return Controller().ProjectList;
+    Listed().GetProjectList();
+    return Listed().ProjectList;
   }
 
   // The whole table, as it lies in the file.
@@ -107,7 +95,7 @@ class Projects : public ::testing::Test {
 
 TEST_F(Projects, AreAddedEditedAndListedAgainAfterReopening) {
   EXPECT_THAT(List(), IsEmpty());
-  EXPECT_EQ(L"", Controller().GetNewProjectNumber());
+  EXPECT_EQ(L"", Listed().GetNewProjectNumber());
   ASSERT_TRUE(Save({L"2204", L"St Mary's Hospital", L"C:\\Projects\\2204\\", true}, false));
   ASSERT_TRUE(Save({L"2199", L"Canal Street", L"", true}, false));
   ASSERT_TRUE(Save({L"2209", L"Quarry Haul Road", L"", false}, false));
@@ -118,7 +106,7 @@ TEST_F(Projects, AreAddedEditedAndListedAgainAfterReopening) {
                                                  L"C:\\Projects\\2204\\", true, 1}));
   EXPECT_EQ(L"2300", [this] {
     EXPECT_TRUE(Save({L"2299", L"Zoo", L"", true}, false));
-    return Controller().GetNewProjectNumber();
+    return Listed().GetNewProjectNumber();
   }());
 
   const Project moved{L"2204-A", L"St Mary's \"Boiler\" House", L"D:\\2204", true, 1};

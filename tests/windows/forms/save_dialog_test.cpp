@@ -96,7 +96,6 @@ TEST_F(SaveDialog, CompletesTheProjectFromWhatIsTyped) {
     PostMessageW(dialog.Focus(), WM_KEYDOWN, VK_ESCAPE, 1);
     dialog.WaitForEnd();
   });
-  EXPECT_TRUE(product.Controller().ProjectName.empty()) << "closing forgets the project";
 }
 
 // Whatever was typed or pasted: the box keeps it, and knows a project that it names.
