@@ -15,7 +15,7 @@ and files the message. Sets up and builds what is missing.
                       the database does not know the add-in asks, and the answer is No unless told
   --folder PATH       the folder to type: of this machine, or of the private Windows ("C:\...")
   --name TEXT         the file name to type
-  --editor text|html|word
+  --editor text|html|rtf|word
                       the kind of message or its editor
   --outlook 9..16     the version to behave like (there was no 13); 11 unless told
   --answer TITLE=BUTTON
@@ -53,7 +53,7 @@ while [[ $# -gt 0 ]]; do
     --name) need "$@"; options+=(--name "$2"); shift ;;
     --editor)
       need "$@"
-      [[ $2 =~ ^(text|html|word)$ ]] || die "--editor is text, html or word, not $2"
+      [[ $2 =~ ^(text|html|rtf|word)$ ]] || die "--editor is text, html, rtf or word, not $2"
       options+=(--editor "$2")
       shift
       ;;

@@ -73,6 +73,16 @@ void Protect(const office::CommandBar& bar, std::int32_t protection) {
   bar.SetProtection(protection);
 }
 
+// Outlook 2000 to 2003 count references and wait for the last one before they end; for the other
+// versions OnBeginShutdown releases the tracker. One that cannot tell its version may be one of
+// those.
+bool WaitsForReferences(const office::Application& application) {
+  double version = 9;
+  Steps steps;
+  steps.RunTwice([&] { version = text::LeadingNumber(application.Version()); });
+  return version == 9 || version == 10 || version == 11;
+}
+
 // Tells the button that is to be left from all others while one of those is looked for: every get
 // can return a new object for the same thing, and no number of Office's is promised to differ.
 constexpr wchar_t kLeft[] = L"Left";
@@ -303,10 +313,7 @@ void clsPROutlook::Quit() {
   // The user switched the add-in off before: no OnBeginShutdown will come.
   const bool disconnected = !shared_.gController;
   if (const auto controller = std::exchange(shared_.gController, nullptr)) controller->Terminate();
-  // Outlook 2000 and 2003 count references and wait for the last one before they end; for the other
-  // versions OnBeginShutdown releases the tracker.
-  const double version = text::LeadingNumber(m_olApp.object.Version());
-  if (disconnected || version == 9 || version == 11) {
+  if (disconnected || WaitsForReferences(m_olApp.object)) {
     SetApp({});
     shared_.gOutlook.reset();
   }

@@ -16,6 +16,7 @@ constexpr DWORD kNotLoaded = 2;
 constexpr DISPID kStartupEvent = 61446;
 constexpr DISPID kQuitEvent = 61447;
 constexpr int kFastShutdownSince = 14;
+constexpr int kLastToCountReferences = 11;
 
 std::wstring KeyOf(const AddIn& addIn) { return std::wstring(kAddInsKey) + L'\\' + addIn.progId; }
 
@@ -140,8 +141,10 @@ void DisconnectAddIn(Session& session, AddIn& addIn) {
 
 void ShutDownAddIns(Session& session) {
   session.ApplicationEvents()->Raise(kApplicationEventsId, kQuitEvent);
+  // These versions count references: with one left they stay in memory and tell nobody any more.
+  const bool stays = session.Version() <= kLastToCountReferences && !session.Living().empty();
   const auto informed = [&](const AddIn& addIn) {
-    return addIn.connected &&
+    return addIn.connected && !stays &&
            (session.Version() < kFastShutdownSince || addIn.requireShutdownNotification);
   };
   for (const auto& addIn : session.AddIns()) {

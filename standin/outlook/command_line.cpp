@@ -23,8 +23,9 @@ int ParseVersion(const std::wstring& text) {
 Editor ParseEditor(const std::wstring& text) {
   if (text == L"text") return Editor::kText;
   if (text == L"html") return Editor::kHtml;
+  if (text == L"rtf") return Editor::kRichText;
   if (text == L"word") return Editor::kWord;
-  throw Wrong(L"--editor is text, html or word, not " + text);
+  throw Wrong(L"--editor is text, html, rtf or word, not " + text);
 }
 
 std::pair<std::wstring, std::wstring> ParseAnswer(const std::wstring& text) {

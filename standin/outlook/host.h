@@ -53,6 +53,10 @@ class Host {
 
   void Activate(Inspector& inspector) { session_->Activate(inspector); }
   bool Close(Inspector& inspector) { return session_->Close(inspector, true); }
+  // The user closes a window and then answers "Save changes?" with Cancel: it stays.
+  void CloseAndCancel(Inspector& inspector) {
+    session_->Close(inspector, true, Session::SaveChanges::kCancel);
+  }
 
   // Closes all inspectors, tells the add-ins as the version does, lets them go and unloads what can
   // be unloaded. Once.

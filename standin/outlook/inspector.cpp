@@ -15,6 +15,7 @@ Inspector::Inspector(std::shared_ptr<standin::Item> item, Editor editor)
   if (item_->Kind() == ItemKind::kMail) {
     const bool html = item_->Message().IsHtml();
     if (editor_ == Editor::kText && html) item_->MakePlain();
+    if (editor_ == Editor::kRichText) item_->MakeRichText();
     if (editor_ == Editor::kHtml && !html) item_->MakeHtml();
   }
   for (const auto& bar : bars_) {
@@ -27,9 +28,11 @@ Inspector::Inspector(std::shared_ptr<standin::Item> item, Editor editor)
 Inspector::~Inspector() = default;
 
 long Inspector::EditorType() const {
-  constexpr long kText = 1, kHtml = 2, kWord = 4;
+  constexpr long kText = 1, kHtml = 2, kRichText = 3, kWord = 4;
   if (editor_ == Editor::kWord || Owner().Version() >= 12) return kWord;
-  return item_->Kind() == ItemKind::kMail && item_->Message().IsHtml() ? kHtml : kText;
+  if (item_->Kind() != ItemKind::kMail) return kText;
+  if (item_->IsRichText()) return kRichText;
+  return item_->Message().IsHtml() ? kHtml : kText;
 }
 
 bool Inspector::IsWordMail() const {
@@ -64,7 +67,10 @@ ControlPointer Inspector::FindByTag(const std::wstring& tag) const {
   return nullptr;
 }
 
-void Inspector::Show() { window_ = std::make_unique<InspectorWindow>(*this); }
+void Inspector::Show() {
+  if (window_) return;
+  window_ = std::make_unique<InspectorWindow>(*this);
+}
 
 void Inspector::Changed() {
   if (window_) window_->Invalidate();

@@ -11,7 +11,7 @@ namespace standin {
 
 class InspectorWindow;
 
-enum class Editor { kFromMessage, kText, kHtml, kWord };
+enum class Editor { kFromMessage, kText, kHtml, kRichText, kWord };
 
 // One open item: its editor, its command bars and its window.
 class Inspector {
@@ -39,7 +39,7 @@ class Inspector {
   ControlPointer FindByTag(const std::wstring& tag) const;        // null when there is none
 
   InspectorWindow* Window() const { return window_.get(); }
-  void Show();
+  void Show();     // nothing when it has a window
   void Changed();  // a control or the subject changed: the window follows
 
   // Steps of closing, taken by the session.

@@ -104,12 +104,22 @@ void Item::SetHtmlBody(const std::wstring& html) {
   MessageData& message = Change();
   message.html = html;
   message.body = TextFromHtml(html);
+  richText_ = false;
 }
 
-void Item::MakePlain() { Change().html.clear(); }
+void Item::MakePlain() {
+  Change().html.clear();
+  richText_ = false;
+}
+
+void Item::MakeRichText() {
+  MakePlain();
+  richText_ = true;
+}
 
 void Item::MakeHtml() {
   MessageData& message = Change();
+  richText_ = false;
   if (!message.IsHtml()) message.html = HtmlFromText(message.body);
 }
 

@@ -37,6 +37,8 @@ class Item : public std::enable_shared_from_this<Item> {
   void SetHtmlBody(const std::wstring& html);
   void MakePlain();
   void MakeHtml();
+  void MakeRichText();  // which has no HTML of its own
+  bool IsRichText() const { return richText_; }
 
   bool Saved() const { return saved_; }
   void Save();
@@ -58,6 +60,7 @@ class Item : public std::enable_shared_from_this<Item> {
   bool sent_;
   bool saved_;
   bool unRead_ = false;
+  bool richText_ = false;
   bool gone_ = false;
   bool sending_ = false;
   std::wstring entryId_;

@@ -101,8 +101,7 @@ InterfaceOf<ItemObject> Common(const wchar_t* name, const GUID& id) {
       .Get(L"GetInspector", 61502,
            [](ItemObject& self) {
              self.Data();
-             const auto inspector = self.Owner().Find(*self.item);
-             return Variant::Object(inspector ? MakeInspectorObject(inspector) : nullptr);
+             return Variant::Object(MakeInspectorObject(self.Owner().InspectorOf(self.item)));
            })
       .Get(L"MessageClass", 26, Text(&MessageData::messageClass))
       .Put(L"MessageClass", 26, Param::kText, PutText(&MessageData::messageClass))
@@ -186,7 +185,10 @@ Interface MailTable() {
       .NotPlayed(L"Move", 61492, Kind::kMethod, {Param::kObject})
       .Method(L"Send", 61557, {}, [](ItemObject& self) { self.item->Send(); })
       .Get(L"BodyFormat", 64073,
-           [](ItemObject& self) { return Variant::Long(self.Data().IsHtml() ? 2 : 1); })
+           [](ItemObject& self) {
+             const bool html = self.Data().IsHtml();
+             return Variant::Long(self.item->IsRichText() ? 3 : html ? 2 : 1);
+           })
       .Since(10)
       .Put(L"BodyFormat", 64073, Param::kLong,
            [](ItemObject& self, const Arguments& arguments) {
@@ -195,8 +197,10 @@ Interface MailTable() {
                self.item->MakePlain();
              } else if (format == 2) {
                self.item->MakeHtml();
+             } else if (format == 3) {
+               self.item->MakeRichText();
              } else {
-               throw HostError{E_INVALIDARG, L"The stand-in has plain text and HTML."};
+               throw HostError{E_INVALIDARG, L"There is no such body format."};
              }
            })
       .Since(10)

@@ -64,26 +64,38 @@ std::shared_ptr<Item> Session::NewItem(ItemKind kind, MessageData message, bool 
 
 Inspector* Session::Open(const std::shared_ptr<Item>& item, Editor editor) {
   if (const std::shared_ptr<Inspector> open = Find(*item)) {
+    open->Show();
     Activate(*open);
     return open.get();
   }
   if (item->Sent()) item->Events()->Raise(kItemEventsId, kItemRead);
   if (item->Events()->RaiseCancellable(kItemEventsId, kItemOpen)) return nullptr;
-  const auto inspector = std::make_shared<Inspector>(item, editor);
-  inspectors_.push_back(inspector);
-  inspectorsEvents_->Raise(kInspectorsEventsId, kNewInspector,
-                           One(Variant::Object(MakeInspectorObject(inspector))));
+  const std::shared_ptr<Inspector> inspector = Announce(item, editor);
   if (!inspector->IsOpen()) return inspector.get();  // a sink closed it again
   inspector->Show();
   if (inspector->IsOpen()) Activate(*inspector);
   return inspector.get();
 }
 
-bool Session::Close(Inspector& inspector, bool cancellable) {
+std::shared_ptr<Inspector> Session::Announce(const std::shared_ptr<Item>& item, Editor editor) {
+  const auto inspector = std::make_shared<Inspector>(item, editor);
+  inspectors_.push_back(inspector);
+  inspectorsEvents_->Raise(kInspectorsEventsId, kNewInspector,
+                           One(Variant::Object(MakeInspectorObject(inspector))));
+  return inspector;
+}
+
+std::shared_ptr<Inspector> Session::InspectorOf(const std::shared_ptr<Item>& item) {
+  const std::shared_ptr<Inspector> open = Find(*item);
+  return open && !open->IsClosing() ? open : Announce(item, Editor::kFromMessage);
+}
+
+bool Session::Close(Inspector& inspector, bool cancellable, SaveChanges answer) {
   if (!inspector.IsOpen()) return true;
   if (inspector.IsClosing()) throw HostError{E_FAIL, L"The inspector is being closed."};
   inspector.BeginClosing();
-  if (inspector.Item()->Events()->RaiseCancellable(kItemEventsId, kItemClose) && cancellable) {
+  const bool cancelled = inspector.Item()->Events()->RaiseCancellable(kItemEventsId, kItemClose);
+  if ((cancelled && cancellable) || answer == SaveChanges::kCancel) {
     inspector.KeepOpen();
     return false;
   }

@@ -40,13 +40,18 @@ class Session final : public Runtime, public std::enable_shared_from_this<Sessio
   // Opens a window on the item, or brings the open one to the front. Null when a sink of the item's
   // Open event cancelled.
   Inspector* Open(const std::shared_ptr<Item>& item, Editor editor);
-  // False when the item's Close event cancelled, which only counts when `cancellable`. Throws
-  // HostError when it is already closing.
-  bool Close(Inspector& inspector, bool cancellable);
+  // What the user answers when he is asked whether to save the changes, after the item's Close.
+  enum class SaveChanges { kYes, kCancel };
+  // False when the window stays: the item's Close event cancelled, which only counts when
+  // `cancellable`, or the user did. Throws HostError when it is already closing.
+  bool Close(Inspector& inspector, bool cancellable, SaveChanges answer = SaveChanges::kYes);
   void CloseInspectorOf(const Item& item);
 
   std::vector<std::shared_ptr<Inspector>> OpenInspectors() const;  // in the order of opening
   std::shared_ptr<Inspector> Find(const Item& item) const;
+  // The inspector of an item. One without a window, or whose window is closing, gets one that is
+  // not shown, announced like any other.
+  std::shared_ptr<Inspector> InspectorOf(const std::shared_ptr<Item>& item);
   std::shared_ptr<Inspector> Active() const;
   void Activate(Inspector& inspector);
 
@@ -67,6 +72,7 @@ class Session final : public Runtime, public std::enable_shared_from_this<Sessio
   std::vector<std::shared_ptr<AddIn>>& AddIns() { return addIns_; }
 
  private:
+  std::shared_ptr<Inspector> Announce(const std::shared_ptr<Item>& item, Editor editor);
   void CollectPermanentControls(const Inspector& inspector);
 
   Options options_;

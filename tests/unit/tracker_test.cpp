@@ -111,7 +111,7 @@ TEST(Tracker, QuitReleasesByVersion) {
   const struct {
     const wchar_t* version;
     bool releasesTracker;
-  } cases[] = {{L"9.0.0.2711", true},      {L"10.0.0.2627", false}, {L"11.0.8173", true},
+  } cases[] = {{L"9.0.0.2711", true},      {L"10.0.0.2627", true},  {L"11.0.8173", true},
                {L"12.0.6739.5000", false}, {L"14.0.0.7011", false}, {L"15.0.0.4569", false},
                {L"16.0.0.4266", false},    {L"9.5", false},         {L"", false}};
   for (const auto& one : cases) {

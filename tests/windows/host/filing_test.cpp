@@ -18,7 +18,7 @@ constexpr wchar_t kFile[] = L"Minutes- 12 May.msg";
 
 TEST_F(Filing, EveryVersionAndEditor) {
   for (const int version : {9, 10, 11, 12, 14, 15, 16}) {
-    for (const Editor editor : {Editor::kText, Editor::kHtml, Editor::kWord}) {
+    for (const Editor editor : {Editor::kText, Editor::kHtml, Editor::kRichText, Editor::kWord}) {
       for (const bool composing : {false, true}) {
         SCOPED_TRACE(::testing::Message() << "version " << version << ", editor "
                                           << static_cast<int>(editor) << ", new " << composing);
@@ -33,7 +33,7 @@ TEST_F(Filing, EveryVersionAndEditor) {
         EXPECT_EQ(outcome.sent, composing ? 1u : 0u);
         EXPECT_EQ(outcome.reports, Texts{});
         EXPECT_EQ(outcome.held, "");
-        const bool text = editor == Editor::kText && version < 12;
+        const bool text = (editor == Editor::kText || editor == Editor::kRichText) && version < 12;
         EXPECT_EQ(std::count(outcome.calls.begin(), outcome.calls.end(),
                              text ? L"MailItem.Body=" : L"MailItem.HTMLBody="),
                   1);

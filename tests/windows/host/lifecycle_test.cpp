@@ -1,5 +1,6 @@
 // The add-in's life in Outlook, in every version: loading, windows that come and go, shutting down.
 
+#include "dialog_user.h"
 #include "product_run.h"
 
 namespace {
@@ -20,6 +21,13 @@ std::vector<std::wstring> Buttons(const Inspector& inspector) {
   return captions;
 }
 
+void Load(Host& host) {
+  const auto loaded = host.LoadAddIns();
+  ASSERT_EQ(loaded.size(), 1u);
+  EXPECT_EQ(loaded[0].progId, L"Postrove.Connect");
+  EXPECT_EQ(loaded[0].result, S_OK);
+}
+
 class Lifecycle : public ::testing::TestWithParam<int> {
  protected:
   std::unique_ptr<Host> Start() {
@@ -27,13 +35,6 @@ class Lifecycle : public ::testing::TestWithParam<int> {
     options.version = GetParam();
     return std::make_unique<Host>(options);
   }
-  static void Load(Host& host) {
-    const auto loaded = host.LoadAddIns();
-    ASSERT_EQ(loaded.size(), 1u);
-    EXPECT_EQ(loaded[0].progId, L"Postrove.Connect");
-    EXPECT_EQ(loaded[0].result, S_OK);
-  }
-
   const run::Registered registered_;
 };
 
@@ -95,6 +96,62 @@ TEST_P(Lifecycle, SwitchedOffAndThenOutlookCloses) {
   host->DisconnectAddIns();
   host->Quit();
   EXPECT_EQ(run::Held(*host), "");
+}
+
+// Whatever opens, closes and comes to the front: the button of each window files the message of the
+// window in front, once. Command bars can come late, an item's Close can leave its window open, and
+// an item that is asked for its inspector meanwhile gets one that nobody sees.
+TEST(Buttons, OfAllWindowsFileTheActiveMessageOnce) {
+  const run::Registered registered;
+  for (const int version : {9, 11, 16}) {
+    for (const bool late : {false, true}) {
+      SCOPED_TRACE(::testing::Message() << "version " << version << ", late bars " << late);
+      Options options;
+      options.version = version;
+      options.commandBarsFromActivate = late;
+      Host host(options);
+      Load(host);
+      std::vector<Inspector*> open;
+      const auto show = [&](const wchar_t* subject, Editor editor) {
+        open.push_back(&host.Open(run::Mail(subject), true, ItemKind::kMail, editor));
+      };
+      const auto close = [&](std::size_t n) {
+        EXPECT_TRUE(host.Close(*open[n]));
+        open.erase(open.begin() + static_cast<std::ptrdiff_t>(n));
+      };
+      const auto clickAll = [&] {
+        for (Inspector* const window : open) {
+          int dialogs = 0;
+          run::Click(host, *window, [&](const run::Window& save) {
+            EXPECT_EQ(save.Value(L"File Name"), window->Item()->Message().subject);
+            ++dialogs;
+            save.Press(L"Close");
+          });
+          EXPECT_EQ(dialogs, 1);
+        }
+      };
+      show(L"A", Editor::kHtml);
+      show(L"B", Editor::kWord);
+      show(L"C", Editor::kText);
+      close(2);
+      close(1);
+      clickAll();  // A alone
+      show(L"D", Editor::kHtml);
+      Inspector& contact = host.Open(run::Mail(L"Other"), false, ItemKind::kContact);
+      host.Close(contact);
+      host.CloseAndCancel(*open[1]);
+      clickAll();
+      host.CloseAndCancel(*open[0]);
+      close(1);
+      show(L"E", Editor::kWord);
+      host.Activate(*open[0]);
+      clickAll();
+      close(0);
+      clickAll();
+      host.Quit();
+      EXPECT_EQ(run::Held(host), "");
+    }
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(Versions, Lifecycle, ::testing::ValuesIn(kVersions),

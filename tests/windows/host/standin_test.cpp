@@ -123,6 +123,8 @@ TEST(Versions, MembersEditorsAndTextsDiffer) {
   const Case cases[] = {
       {9, Editor::kText, 1, false, false, false, L"9.0.0.2711"},
       {9, Editor::kHtml, 2, false, false, false, L"9.0.0.2711"},
+      {11, Editor::kRichText, 3, false, true, true, L"11.0.8173"},
+      {12, Editor::kRichText, 4, true, true, true, L"12.0.6739.5000"},
       {10, Editor::kWord, 4, true, true, false, L"10.0.0.2627"},
       {11, Editor::kText, 1, false, true, true, L"11.0.8173"},
       {12, Editor::kText, 4, true, true, true, L"12.0.6739.5000"},
@@ -254,10 +256,16 @@ TEST(Inspectors, CloseCanBeCancelledAndNotNested) {
   EXPECT_FALSE(host.Close(inspector));
   EXPECT_TRUE(inspector.IsOpen());
   events.cancelled = 0;
+  host.CloseAndCancel(inspector);
+  EXPECT_TRUE(inspector.IsOpen());
   events.during = [&](DISPID, const DISPPARAMS&) {
     EXPECT_EQ(Call(item, L"Close", List(Variant::Long(1))).hr, DISP_E_EXCEPTION);
+    // Its window is on its way: the item gets another inspector, which nobody sees.
+    EXPECT_TRUE(Get(Get(item, L"GetInspector").Object(), L"CurrentItem").Object());
   };
   EXPECT_TRUE(host.Close(inspector));
+  EXPECT_THAT(log, ElementsAre(L"Item.61444", L"Item.61444", L"Item.61444"));
+  EXPECT_EQ(host.Core().OpenInspectors().size(), 1u);
 }
 
 TEST(AddIns, AreToldOfStartAndEndAsTheVersionDoes) {
@@ -270,11 +278,12 @@ TEST(AddIns, AreToldOfStartAndEndAsTheVersionDoes) {
   const std::vector<std::wstring> whole = {L"OnConnection 1", L"OnStartupComplete", L"App.61447",
                                            L"OnBeginShutdown", L"OnDisconnection 0"};
   const Case cases[] = {
-      {9, ConnectMode::kStartup, false, whole},
+      // The reference that this add-in holds keeps the older versions from ending.
+      {9, ConnectMode::kStartup, false, {L"OnConnection 1", L"OnStartupComplete", L"App.61447"}},
       {12, ConnectMode::kStartup, false, whole},
       {14, ConnectMode::kStartup, true, whole},
       {14, ConnectMode::kStartup, false, {L"OnConnection 1", L"OnStartupComplete", L"App.61447"}},
-      {11,
+      {12,
        ConnectMode::kAfterStartup,
        false,
        {L"OnConnection 0", L"App.61447", L"OnBeginShutdown", L"OnDisconnection 0"}},
