@@ -161,7 +161,8 @@ TEST_F(ProjectDialog, EditsTheChosenProjectAndCancelTakesBack) {
         EXPECT_EQ(product_.utility->Messages().back().text,
                   L"Select the Project to edit from the list first.");
         dialog.cboPostrove.UserPicked(0);
-        edit(dialog);
+        dialog.txtSaveFolder.UserTyped(L"D:\\Mine", 7, 0);
+        edit(dialog);  // and back to the list's project, as if it were chosen again
         EXPECT_EQ(dialog.cboPostrove.Text(), L"Harbour: 7");
         EXPECT_EQ(dialog.txtSaveFolder.Text(), L"D:\\Files\\Corr_Out\\");
         EXPECT_TRUE(writes_.empty());

@@ -236,6 +236,10 @@ TEST_F(SetupDialog, TheWorkUnitListCompletesAndTakesNewWords) {
         EXPECT_FALSE(setup.IsUnloaded());
         combo.UserTyped(L"Jobs", 4, 0);
         EXPECT_FALSE(combo.UserPressed(8)) << "nothing is being completed";
+        combo.UserTyped(L"", 0, 0);
+        for (const wchar_t c : std::wstring(L"jo")) combo.UserPressed(c);
+        combo.UserLeft();
+        EXPECT_FALSE(combo.UserPressed(8)) << "left meanwhile";
         Enter(setup, forms::kSetupWorkType, L"Matter");
         EXPECT_EQ(combo.Items(), (std::vector<std::wstring>{L"Project", L"Job", L"Joint venture",
                                                             L"\u00dcber", L"\u03a9", L"Matter"}));
@@ -534,6 +538,29 @@ TEST_F(SetupDialog, FailingFilesLoseNothing) {
         EXPECT_TRUE(operations > 3);
       }
     }
+  }
+}
+
+// The local file names the new place before the old file does: whoever starts next finds settings.
+TEST_F(SetupDialog, SettingsThatMoveAreNamedByTheLocalFileFirst) {
+  const std::string far = "[Setup]\r\nRoot=P:\\Jobs\\\r\n";
+  int operations = 1;
+  for (int n = 0; n <= operations; ++n) {
+    SCOPED_TRACE(n);
+    Renew();
+    utility_->AddFile(kIni, "[Setup]\r\nPostroveSettingsPath=S:\\Set\\\r\n");
+    utility_->AddFile(L"S:\\Set\\Postrove.ini", far);
+    utility_->AddFolder(L"S:\\New");
+    utility_->AnswerTheRest(MessageAnswer::Yes);
+    product_->Start();
+    product_->Data().projects.GetProjectList();
+    const int before = utility_->FileOperations();
+    if (n > 0) utility_->FailFileOperation(n);
+    product_->Data().PostroveDefaultsSave(5, L"S:\\New");
+    if (n == 0) operations = utility_->FileOperations() - before;
+    const bool local = File(kIni) == "[Setup]\r\nPostroveSettingsPath=S:\\New\\\r\n";
+    EXPECT_TRUE(local || File(L"S:\\Set\\Postrove.ini") == far);
+    EXPECT_TRUE(File(local ? L"S:\\New\\Postrove.ini" : L"S:\\Set\\Postrove.ini").starts_with(far));
   }
 }
 

@@ -1,5 +1,7 @@
 // The add-in's life in Outlook, in every version: loading, windows that come and go, shutting down.
 
+#include <atomic>
+
 #include "dialog_user.h"
 #include "product_run.h"
 
@@ -89,11 +91,25 @@ TEST_P(Lifecycle, SwitchedOffAndOnWhileOutlookRuns) {
   EXPECT_EQ(run::Held(*host), "");
 }
 
+// Its dialog is open when the user switches the add-in off: it goes with it.
 TEST_P(Lifecycle, SwitchedOffAndThenOutlookCloses) {
+  static Host* switchedOff = nullptr;
+  static std::atomic<bool> seen;
+  seen = false;
   const auto host = Start();
   Load(*host);
-  host->Open(run::Mail(L"Mail"));
-  host->DisconnectAddIns();
+  Inspector& inspector = host->Open(run::Mail(L"Mail"));
+  switchedOff = host.get();
+  // Outlook does it on its own thread, in the dialog's message loop.
+  SetTimer(nullptr, 0, 10, [](HWND, UINT, UINT_PTR timer, DWORD) {
+    if (!seen) return;
+    KillTimer(nullptr, timer);
+    switchedOff->DisconnectAddIns();
+  });
+  run::Click(*host, inspector, [](const run::Window&) {
+    seen = true;
+    run::WaitFor("the end of the dialog", [] { return !FindWindowW(L"PostroveForm", nullptr); });
+  });
   host->Quit();
   EXPECT_EQ(run::Held(*host), "");
 }
