@@ -18,7 +18,7 @@ FolderMessageDialog::FolderMessageDialog(DialogStack& dialogs, clsSharedUtil& ut
       form_(std::make_shared<forms::frmFolderMessage>(events_)) {
   form_->txtFolderMessage(0).SetText(texts.message);
   form_->txtFolderMessage(kName).SetText(texts.name);
-  form_->lblWarning().SetText(texts.instructions);
+  form_->lblWarning.SetText(texts.instructions);
   form_->SetCaption(texts.caption);
 }
 

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "forms/kit/form.h"
+#include "forms/dialog_form.h"
 
 namespace postrove::forms {
 
@@ -23,13 +23,19 @@ class frmFolderMessageEvents {
 
 // States a problem with a file or folder name and lets the user correct it. The caller writes
 // message, name, instructions and caption; the answer comes back through the controller.
-class frmFolderMessage : public Form {
+class frmFolderMessage : public DialogForm {
  public:
   explicit frmFolderMessage(std::weak_ptr<frmFolderMessageEvents> events);
 
-  Control& txtFolderMessage(int index) const { return Find(L"txtFolderMessage", index); }
-  Control& cmdFolderMessage(int index) const { return Find(L"cmdFolderMessage", index); }
-  Control& lblWarning() const { return Find(L"lblWarning"); }
+  // In tab order.
+  Control& txtMessage;
+  Control& lblWarning;  // before the name, which it describes
+  Control& txtName;
+  Control& cmdOk;
+  Control& cmdCancel;
+
+  const ControlArray txtFolderMessage;
+  const ControlArray cmdFolderMessage;
 };
 
 }  // namespace postrove::forms

@@ -3,7 +3,7 @@
 #include <memory>
 #include <string>
 
-#include "forms/kit/form.h"
+#include "forms/dialog_form.h"
 
 namespace postrove::forms {
 
@@ -44,33 +44,41 @@ enum PostroveButton {
 // Labels of the array lblFieldLabel; kFolderLabel and kNameLabel of lblAlert as well.
 enum PostroveLabel { kProjectLabel = 0, kFolderLabel = 1, kNameLabel = 2 };
 
-// The save dialog. It does no work: every control event goes to the events object.
-class frmPostrove : public Form {
+// The save dialog. It does no work: every control event goes to the events object. Behind the
+// fields the main button comes first: whoever types needs nothing else.
+class frmPostrove : public DialogForm {
  public:
   // `events` may be gone before the form: events are then dropped.
   explicit frmPostrove(std::weak_ptr<frmPostroveEvents> events);
 
+  // In tab order.
   Control& lblFormTitle;
   Control& lblProjectLabel;  // lblFieldLabel(0)
   Control& cboPostrove;
   Control& lblFolderLabel;  // lblFieldLabel(1)
   Control& txtSaveFolder;
+  Control& cmdBrowse;
   Control& lblNameLabel;  // lblFieldLabel(2)
   Control& txtSaveAsName;
+  Control& lblFolderAlert;  // the markers of the required fields
+  Control& lblNameAlert;
   Control& rtfFieldHints;
-  Control& lblVersion;
+  Control& cmdMain;
+  Control& cmdClose;
+  Control& cmdAddProject;
+  Control& cmdEditProject;
+  Control& cmdDefaults;
+  Control& cmdHelp;
   Control& lblWebSite;
-  // The markers of the required fields, by the label of the field.
-  Control& lblAlert(int index) const { return Find(L"lblAlert", index); }
-  Control& cmdPostrove(int index) const { return Find(L"cmdPostrove", index); }
+  Control& lblVersion;
+
+  const ControlArray lblAlert;  // by the label of the field
+  const ControlArray cmdPostrove;
 
  private:
-  Control& Design();
-  void DesignFields();
-  void DesignFoot();
-  Control& AddButton(int index, Box place, const wchar_t* caption, const wchar_t* tip,
-                     unsigned anchors);
-  void Connect(std::weak_ptr<frmPostroveEvents> events);
+  Control& AddAction(int index, int left, int top, int width, const wchar_t* caption,
+                     const wchar_t* tip, const Look& look);
+  void Connect(const Raising<frmPostroveEvents>& raise);
 };
 
 }  // namespace postrove::forms

@@ -3,7 +3,7 @@
 #include <memory>
 #include <string>
 
-#include "forms/kit/form.h"
+#include "forms/dialog_form.h"
 
 namespace postrove::forms {
 
@@ -32,25 +32,40 @@ enum ProjInfoButton { kProjInfoSave = 0, kProjInfoCancel = 1, kProjInfoHelp = 2 
 
 // The project information dialog, which adds or edits a project. It does no work: every control
 // event goes to the events object. Only its buttons end it, and its title bar as Cancel.
-class frmProjInfo : public Form {
+class frmProjInfo : public DialogForm {
  public:
   // `events` may be gone before the form: events are then dropped.
   explicit frmProjInfo(std::weak_ptr<frmProjInfoEvents> events);
 
+  // In tab order.
+  Control& lblFormTitle;
+  Control& lblNumber;
+  Control& txtNumber;
+  Control& lblNumberAlert;
+  Control& lblName;
+  Control& txtName;
+  Control& lblNameAlert;
+  Control& lblFolder;
+  Control& txtFolder;
+  Control& cmdBrowseFolder;
+  Control& lblFolderAlert;
   Control& chkProjActive;
   Control& rtfFieldHints;
+  Control& cmdSave;
+  Control& cmdCancel;
+  Control& cmdHelp;
   Control& lblWebSite;
-  Control& lblFieldLabel(int index) const { return Find(L"lblFieldLabel", index); }
-  Control& lblAlert(int index) const { return Find(L"lblAlert", index); }
-  Control& txtProjInfo(int index) const { return Find(L"txtProjInfo", index); }
-  Control& cmdBrowse(int index) const { return Find(L"cmdBrowse", index); }
-  Control& cmdProjInfo(int index) const { return Find(L"cmdProjInfo", index); }
+
+  const ControlArray lblFieldLabel;
+  const ControlArray txtProjInfo;
+  const ControlArray lblAlert;
+  const ControlArray cmdBrowse;
+  const ControlArray cmdProjInfo;
 
  private:
-  Control& Design();
-  void DesignFields();
-  void DesignFoot();
-  void Connect(std::weak_ptr<frmProjInfoEvents> events);
+  Control& AddCaption(int index, int top, const wchar_t* text, const wchar_t* tip);
+  Control& AddAction(int index, int left, const wchar_t* caption, const Look& look);
+  void Connect(const Raising<frmProjInfoEvents>& raise);
 };
 
 }  // namespace postrove::forms

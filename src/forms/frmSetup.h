@@ -3,7 +3,7 @@
 #include <memory>
 #include <string>
 
-#include "forms/kit/form.h"
+#include "forms/dialog_form.h"
 
 namespace postrove::forms {
 
@@ -56,42 +56,71 @@ enum SetupDbType { kSetupOwnDb = 0, kSetupSiblingDb = 1 };
 
 // The defaults setup dialog. It does no work: every control event goes to the events object. Only
 // the return button ends it (Enter and the close box press it), because its listener may refuse.
-class frmSetup : public Form {
+class frmSetup : public DialogForm {
  public:
   // `events` may be gone before the form: events are then dropped.
   explicit frmSetup(std::weak_ptr<frmSetupEvents> events);
 
+  // The row of a folder: its controls in tab order.
+  struct FolderRow {
+    FolderRow(frmSetup& form, int field, int row, const wchar_t* caption, const wchar_t* tip,
+              int browse, const wchar_t* browseCaption);
+    Control& label;
+    Control& field;
+    Control& browse;
+    Control& alert;
+  };
+
+  // In tab order.
+  Control& lblFormTitle;
+  Control& lblDbType;
   Control& fraDbOption;
+  Control& optOwnDb;
+  Control& optSiblingDb;
   Control& fraSettings;
+  const FolderRow database;
+  const FolderRow settings;
+  const FolderRow serverFolder;
+  const FolderRow emailFolder;
+  Control& lblWorkType;
   Control& cboWorkType;
+  Control& lblWorkTypeAlert;
+  Control& lblDelimiters;
+  Control& lblUnitNumber;  // the tags of these keep the designed text, with "~Unit~" where the
+  Control& txtProjDelim;   // work-unit word goes
+  Control& lblUnit;
+  Control& txtSubjDelim;
+  Control& lblSubject;
+  Control& lblProjDelimAlert;
+  Control& lblSubjDelimAlert;
+  Control& lblExample;
   Control& lblSavePathSample;
   Control& rtfFieldHints;
-  Control& lblFieldLabel(int index) const { return Find(L"lblFieldLabel", index); }
-  Control& lblAlert(int index) const { return Find(L"lblAlert", index); }
-  // Its tag keeps the designed text, with "~Unit~" where the work-unit word goes.
-  Control& lblDelimLabel(int index) const { return Find(L"lblDelimLabel", index); }
-  Control& lblWebSite(int index) const { return Find(L"lblWebSite", index); }
-  Control& txtSetup(int index) const { return Find(L"txtSetup", index); }
-  Control& optDbType(int index) const { return Find(L"optDbType", index); }
-  Control& cmdBrowse(int index) const { return Find(L"cmdBrowse", index); }
-  Control& cmdSetup(int index) const { return Find(L"cmdSetup", index); }
+  Control& cmdReturn;
+  Control& cmdHelp;
+  Control& lblPostroveSite;
+  Control& lblQuillionSite;
+
+  const ControlArray lblFieldLabel;
+  const ControlArray lblAlert;
+  const ControlArray lblDelimLabel;
+  const ControlArray lblWebSite;
+  const ControlArray txtSetup;
+  const ControlArray optDbType;
+  const ControlArray cmdBrowse;
+  const ControlArray cmdSetup;
 
   // Shows or hides the row of the settings location and moves what lies below so that no gap
   // stays: the rows close up, and the hint box takes or gives the space.
   void ShowSettingsLocation(bool show);
 
  private:
-  Control& Design();
-  void DesignDbType();
-  void DesignFolders();
-  void DesignSubjectLine();
-  void DesignFoot();
-  Control& AddLabel(int index, int row, const wchar_t* text);
-  Control& AddField(int index, Box place, const wchar_t* tip);
-  void AddAlert(int index, int left, int row, unsigned side);
-  void AddFolder(int index, int row, const wchar_t* label, const wchar_t* tip, int browseIndex,
-                 const wchar_t* browseCaption);
-  void Connect(std::weak_ptr<frmSetupEvents> events);
+  Control& AddCaption(int index, int row, const wchar_t* text, const wchar_t* tip = L"");
+  Control& AddOption(int index, const wchar_t* caption, const wchar_t* tip);
+  Control& AddSettingAlert(int index, int left, int row, unsigned anchors);
+  Control& AddWord(int index, int left, int width, const wchar_t* text, const Look& look);
+  Control& AddDelimiter(int index, int left, const wchar_t* tip);
+  void Connect(const Raising<frmSetupEvents>& raise);
 };
 
 }  // namespace postrove::forms

@@ -1,5 +1,4 @@
-// The dialogs without windows: each control's event becomes one of the form, and every design can
-// be used by keyboard, screen reader and eye.
+// The dialogs without windows: every design can be used by keyboard, screen reader and eye.
 #include <map>
 #include <memory>
 #include <string>
@@ -12,92 +11,13 @@
 #include "forms/frmProjInfo.h"
 #include "forms/frmSetup.h"
 #include "forms/kit/access_key.h"
-#include "forms/web_site.h"
 #include "gtest/gtest.h"
-#include "shared/error.h"
 #include "shared/text.h"
 
 namespace postrove::forms {
 namespace {
 
-using Log = std::vector<std::string>;
-
-// A control event of the save dialog arrives as the event of the form, with its values.
-class PostroveListener final : public frmPostroveEvents {
- public:
-  Log log;
-
-  void frmPostroveEvent_ButtonClicked(int Index) override {
-    Add("button " + std::to_string(Index));
-  }
-  void frmPostroveEvent_FormUnload(bool& Cancel) override {
-    Cancel = refuse;
-    Add("unload");
-  }
-  void frmPostroveEvent_FormActivate() override { Add("activate"); }
-  void frmPostroveEvent_ProjectComboChange(const std::wstring& Text) override {
-    Add("project " + text::ToUtf8(Text));
-  }
-  void frmPostroveEvent_ProjectComboClick() override { Add("project click"); }
-  void frmPostroveEvent_ProjectComboGotFocus() override { Add("project got"); }
-  void frmPostroveEvent_ProjectComboKeyPress(int& KeyAscii) override {
-    Add("project key " + std::to_string(KeyAscii));
-    KeyAscii = 0;
-  }
-  void frmPostroveEvent_ProjectComboLostFocus() override { Add("project lost"); }
-  void frmPostroveEvent_SaveAsNameChanged() override { Add("name"); }
-  void frmPostroveEvent_SaveAsNameGotFocus() override { Add("name got"); }
-  void frmPostroveEvent_SaveAsNameLostFocus() override { Add("name lost"); }
-  void frmPostroveEvent_SaveFolderChanged() override { Add("folder"); }
-  void frmPostroveEvent_SaveFolderGotFocus() override { Add("folder got"); }
-  void frmPostroveEvent_SaveFolderLostFocus() override { Add("folder lost"); }
-  void frmPostroveEvent_WebLabelClick(const std::wstring& Caption) override {
-    EXPECT_EQ(Caption, kWebSite);
-    Add("web");
-  }
-
-  bool refuse = false;
-
- private:
-  void Add(std::string event) { log.push_back(std::move(event)); }
-};
-
-TEST(FrmPostrove, RaisesOneEventForEachOfItsControls) {
-  const auto listener = std::make_shared<PostroveListener>();
-  frmPostrove form(listener);
-  listener->refuse = true;  // so that the close button leaves the form to go on with
-  form.UserActivated();
-  for (const int index : {0, 1, 2, 3, 4, 5, 8}) form.cmdPostrove(index).UserClicked();
-  form.cboPostrove.SetItems({L"P"});
-  form.cboPostrove.UserPicked(0);
-  form.cboPostrove.UserEntered();
-  EXPECT_TRUE(form.cboPostrove.UserPressed(13));
-  form.cboPostrove.UserLeft();
-  form.txtSaveAsName.SetText(L"n");
-  form.txtSaveAsName.UserEntered();
-  form.txtSaveAsName.UserLeft();
-  form.txtSaveFolder.SetText(L"f");
-  form.txtSaveFolder.UserEntered();
-  form.txtSaveFolder.UserLeft();
-  form.lblWebSite.UserClicked();
-  EXPECT_FALSE(form.Unload());
-  EXPECT_EQ(listener->log,
-            (Log{"activate",      "button 0",    "button 1",       "button 2",     "button 3",
-                 "button 4",      "unload",      "button 5",       "button 8",     "project P",
-                 "project click", "project got", "project key 13", "project lost", "name",
-                 "name got",      "name lost",   "folder",         "folder got",   "folder lost",
-                 "web",           "unload"}));
-  for (const int index : {6, 7}) EXPECT_THROW(form.cmdPostrove(index), Error) << index;
-}
-
-TEST(FrmPostrove, OutlivesItsListener) {
-  auto listener = std::make_shared<PostroveListener>();
-  frmPostrove form(listener);
-  listener.reset();
-  form.cmdPostrove(kMainButton).UserClicked();
-  form.txtSaveAsName.SetText(L"n");
-  EXPECT_TRUE(form.Unload());
-}
+using Stops = std::vector<std::string>;
 
 bool Within(const Box& inner, const Box& outer) {
   return inner.left >= outer.left && inner.top >= outer.top &&
@@ -197,9 +117,9 @@ TEST(FrmPostrove, IsDesignedForKeyboardAndScreenReader) {
     stops.push_back(std::string(control->Name().begin(), control->Name().end()));
     if (control->Index() >= 0) stops.back() += ' ' + std::to_string(control->Index());
   }
-  EXPECT_EQ(stops, (Log{"cboPostrove", "txtSaveFolder", "cmdPostrove 1", "txtSaveAsName",
-                        "cmdPostrove 0", "cmdPostrove 4", "cmdPostrove 2", "cmdPostrove 8",
-                        "cmdPostrove 3", "cmdPostrove 5"}));
+  EXPECT_EQ(stops, (Stops{"cboPostrove", "txtSaveFolder", "cmdPostrove 1", "txtSaveAsName",
+                          "cmdPostrove 0", "cmdPostrove 4", "cmdPostrove 2", "cmdPostrove 8",
+                          "cmdPostrove 3", "cmdPostrove 5"}));
 }
 
 // Keys are found for any word that stands for a project and in any language, a text that has an "&"

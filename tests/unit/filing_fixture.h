@@ -73,7 +73,7 @@ class Filing : public ::testing::Test {
     answers_.push_back([=, this](forms::Form& form) {
       EXPECT_EQ(form.Caption(), caption);
       auto& dialog = dynamic_cast<forms::frmFolderMessage&>(form);
-      EXPECT_EQ(dialog.lblWarning().Text(),
+      EXPECT_EQ(dialog.lblWarning.Text(),
                 caption == L"Folder Not Found"
                     ? L"You may:\r\n-Click 'OK' to create it. You may edit the folder name "
                       L"first.\r\n-Click 'Cancel' to return to the Postrove form to pick a "

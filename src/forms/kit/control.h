@@ -64,7 +64,25 @@ enum class Property {
   Value,      // checked state
 };
 
-class Control {
+// How a control is designed: fixed before the form is shown.
+struct Look {
+  unsigned anchors = kLeft | kTop;
+  bool isDefault = false;  // the button that Enter presses
+  bool isCancel = false;   // the button that Esc and the title bar press
+  bool isHelp = false;     // the button that F1 presses
+  bool tabStop = true;
+  bool bold = false;
+  bool link = false;        // a label that is clicked like a link
+  bool multiLine = false;   // a label or text box of several lines; Enter is still the dialog's
+  bool border = true;       // a text box without one looks like a label
+  bool mnemonic = true;     // "&" in a label's text marks a key; else it is shown
+  bool choosesKey = false;  // a caption without a mark: it is shown with a key that is free
+  bool boxOnRight = false;  // a check box stands right of its text
+  int fontPoints = 0;       // 0: the form's font size
+  int icon = 0;             // icon resource of a picture button, 0 for none
+};
+
+class Control : public Look {
  public:
   Control(Form& form, ControlKind kind, std::wstring name, int index, Box place);
   Control(const Control&) = delete;
@@ -118,22 +136,6 @@ class Control {
   // control array exclude each other.
   bool Checked() const { return checked_; }
   void SetChecked(bool checked);
-
-  // Design: fixed before the form is shown.
-  unsigned anchors = kLeft | kTop;
-  bool isDefault = false;  // the button that Enter presses
-  bool isCancel = false;   // the button that Esc and the title bar press
-  bool isHelp = false;     // the button that F1 presses
-  bool tabStop = true;
-  bool bold = false;
-  bool link = false;        // a label that is clicked like a link
-  bool multiLine = false;   // a label or text box of several lines; Enter is still the dialog's
-  bool border = true;       // a text box without one looks like a label
-  bool mnemonic = true;     // "&" in a label's text marks a key; else it is shown
-  bool choosesKey = false;  // a caption without a mark: it is shown with a key that is free
-  bool boxOnRight = false;  // a check box stands right of its text
-  int fontPoints = 0;       // 0: the form's font size
-  int icon = 0;             // icon resource of a picture button, 0 for none
 
   // Events, set by the form class. Unset ones are ignored.
   std::function<void()> onChange;

@@ -12,6 +12,13 @@ Form::~Form() {
   if (FormView* view = std::exchange(view_, nullptr)) view->Unloaded();
 }
 
+Control& ControlArray::operator()(int index) const {
+  for (Control* const control : controls_) {
+    if (control->Index() == index) return *control;
+  }
+  throw Error(kInvalidArgument, L"ControlArray", L"Control not found: " + text::FromNumber(index));
+}
+
 void Form::SetCaption(std::wstring caption) {
   if (caption == caption_) return;
   caption_ = std::move(caption);
@@ -26,10 +33,13 @@ Control& Form::Find(const std::wstring& name, int index) const {
               L"Control not found: " + name + L"(" + text::FromNumber(index) + L")");
 }
 
-Control& Form::Add(ControlKind kind, std::wstring name, int index, Box place, std::wstring text) {
+Control& Form::Add(ControlKind kind, std::wstring name, int index, Box place, std::wstring text,
+                   std::wstring tip, const Look& look) {
   controls_.push_back(std::make_unique<Control>(*this, kind, std::move(name), index, place));
   Control& control = *controls_.back();
+  static_cast<Look&>(control) = look;
   control.SetText(std::move(text));
+  control.SetToolTip(std::move(tip));
   return control;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <initializer_list>
 #include <memory>
 #include <string>
 #include <vector>
@@ -17,6 +18,21 @@ class FormView {
   virtual void CaptionChanged() = 0;
   // The form was unloaded: its windows go, ShowModal returns. The form's destructor calls it too.
   virtual void Unloaded() = 0;
+};
+
+// Controls of one name, found by their index.
+class ControlArray {
+ public:
+  ControlArray(std::initializer_list<Control*> controls) : controls_(controls) {}
+
+  // Throws Error 5 when there is none of that index.
+  Control& operator()(int index) const;
+
+  auto begin() const { return controls_.begin(); }
+  auto end() const { return controls_.end(); }
+
+ private:
+  std::vector<Control*> controls_;
 };
 
 // A form: its controls in tab order (the order of their making), its size, its events. Forms do no
@@ -40,7 +56,7 @@ class Form {
   // Every control in tab order. A label stands directly before the control that it names.
   const std::vector<std::unique_ptr<Control>>& Controls() const { return controls_; }
 
-  // The control of that name and index. Throws Error 5 when there is none.
+  // The control of that name and index, for tests. Throws Error 5 when there is none.
   Control& Find(const std::wstring& name, int index = -1) const;
 
   // Ends the form: raises onUnload, which can cancel, then lets the view go. False when cancelled.
@@ -75,7 +91,8 @@ class Form {
   FormView* View() const { return view_; }
 
  protected:
-  Control& Add(ControlKind kind, std::wstring name, int index, Box place, std::wstring text = {});
+  Control& Add(ControlKind kind, std::wstring name, int index, Box place, std::wstring text = {},
+               std::wstring tip = {}, const Look& look = {});
 
  private:
   bool Press(bool Control::*role);
