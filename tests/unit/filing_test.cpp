@@ -9,13 +9,14 @@ using office::Value;
 TEST_F(Filing, ReceivedMessageIsFootedAndSaved) {
   Open(true);
   product_->outlook.AddAttachment(*mail_, L"a.txt");
-  Click([](forms::frmPostrove& dialog) {
+  Click([this](forms::frmPostrove& dialog) {
     EXPECT_EQ(dialog.lblFormTitle.Text(), L"Postrove Project EMail and File Location");
     EXPECT_EQ(dialog.lblProjectLabel.Text(), L"Project: ");
     EXPECT_EQ(dialog.cmdPostrove(0).Text(), L"Save");
     EXPECT_EQ(dialog.txtSaveFolder.Text(), L"C:\\Corr_Out\\");
     EXPECT_EQ(dialog.txtSaveAsName.Text(), L"Minutes: 12 May");
     EXPECT_EQ(dialog.lblVersion.Text(), L"1.2.3");
+    EXPECT_EQ(product_->forms->actions, std::vector<std::wstring>{L"topmost frmPostrove"});
     TypeProject(dialog);
   });
   EXPECT_EQ(saved_, std::vector<std::wstring>{L"C:\\Corr_Out\\Minutes- 12 May(att).msg"});
@@ -413,6 +414,23 @@ TEST_F(Filing, FoldersThatCannotBeUsedAreRefusedInWords) {
   EXPECT_TRUE(saved_.empty());
   Click(type(L"  C:/Corr_Out. "));
   EXPECT_EQ(saved_, std::vector<std::wstring>{L"C:\\Corr_Out\\Minutes- 12 May.msg"});
+}
+
+TEST_F(Filing, TheProjectBoxCompletesWhatIsTyped) {
+  Open(true);
+  Click([this](forms::frmPostrove& dialog) {
+    forms::Control& box = dialog.cboPostrove;
+    for (const wchar_t c : std::wstring(L"mi")) EXPECT_TRUE(box.UserPressed(c));
+    EXPECT_EQ(box.Text(), L"Mill Street: 2231");
+    EXPECT_EQ(box.SelectionStart(), 2);
+    EXPECT_EQ(box.SelectionLength(), 15);
+    EXPECT_EQ(dialog.txtSaveFolder.Text(), L"C:\\Corr_Out\\");
+    EXPECT_FALSE(box.UserPressed(L'x'));
+    EXPECT_TRUE(box.UserPressed(13));
+    EXPECT_EQ(product_->forms->actions.back(), L"tab frmPostrove");
+    EXPECT_FALSE(dialog.IsUnloaded());
+  });
+  EXPECT_TRUE(product_->utility->Messages().empty()) << "it is not asked about";
 }
 
 // A typed project is split at its first colon, and has nothing of the project before.

@@ -430,7 +430,10 @@ TEST_F(ProjectDialog, ARowWithoutAKeyIsListedOnceAndSaysWhyItIsNotEdited) {
 TEST_F(ProjectDialog, GoesWithOutlook) {
   for (const bool inQuestion : {true, false}) {
     Start();
-    const auto quit = [this] { product_.outlook.Quit(); };
+    const auto quit = [this] {
+      product_.outlook.Quit();
+      EXPECT_EQ(mail_->window.use_count(), 1) << "the window is held while Outlook waits for it";
+    };
     product_.utility->ExpectMessage(MessageAnswer::Yes,
                                     inQuestion ? quit : std::function<void()>());
     product_.forms->Expect([](forms::Form& form) {

@@ -443,13 +443,22 @@ TEST_F(SetupDialog, BrowsedFoldersAreCheckedAndStoredAtOnce) {
 }
 
 TEST_F(SetupDialog, WhatTheUserEnteredInTheSaveDialogStays) {
-  for (const bool own : {true, false}) {
-    SCOPED_TRACE(own);
+  enum { kOwn, kListed, kNumberless };
+  for (const int what : {kOwn, kListed, kNumberless}) {
+    SCOPED_TRACE(what);
     Renew();
+    const bool own = what == kOwn;
+    if (what == kNumberless) {
+      product_->database->SetRows(sql::ListProjects(L"Access"),
+                                  {{L"", L"Library", L"", true, std::int64_t{8}}});
+    }
     Use([](forms::frmSetup& setup) { Enter(setup, 0, L"P:\\Jobs"); },
         [&](forms::frmPostrove& save) {
-          EXPECT_EQ(save.cboPostrove.Text(), own ? L"Harbour: 9" : L"Mill Street: 2231");
-          EXPECT_EQ(save.txtSaveFolder.Text(), own ? L"D:\\Mine" : L"P:\\Jobs\\2231\\Corr_Out\\");
+          const wchar_t* const kProjects[] = {L"Harbour: 9", L"Mill Street: 2231", L"Library"};
+          const wchar_t* const kFolders[] = {L"D:\\Mine", L"P:\\Jobs\\2231\\Corr_Out\\",
+                                             L"P:\\Jobs\\Corr_Out\\"};
+          EXPECT_EQ(save.cboPostrove.Text(), kProjects[what]);
+          EXPECT_EQ(save.txtSaveFolder.Text(), kFolders[what]);
           EXPECT_EQ(save.txtSaveAsName.Text(), L"A name");
         },
         [&](forms::frmPostrove& save) {

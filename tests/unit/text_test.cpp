@@ -45,7 +45,8 @@ TEST(Text, FoldsTheCapitalsOfFourScripts) {
 
 TEST(Text, FoldsNothingElse) {
   // Neighbours of the letters, signs between them, letters without a partner, other scripts.
-  for (const char32_t c : U"@[`{×÷ßİıĸŉſ΀·ϏϐѾ҂ȠẟᎠ\u00A0\u1E9E\u2126\uFF21\uFFFF") {
+  for (const char32_t c :
+       U"@[`{×÷ßİıĸŉſ΀·ϏϐѾ҂ȠẟᎠ\u00A0\u1E9E\u2126\uFF21\uFFFF") {
     const auto unit = static_cast<wchar_t>(c);
     if (c == U'Ѿ') continue;  // a capital; its neighbour is not
     EXPECT_EQ(text::Fold(unit), unit) << std::hex << static_cast<unsigned>(c);
