@@ -79,9 +79,7 @@ void clsPostrove::mcbPostroveMenuButton_Click() {
 void clsPostrove::FileActiveMessage() {
   data_.ReadMissing();
   data_.projects.GetProjectList();
-  const std::shared_ptr<IclsOutlook> outlook = shared_.gOutlook;
-  if (!outlook) throw Error(kObjectNotSet, L"gOutlook", L"Outlook is closing.");
-  SaveDialog dialog(shared_, data_, *utility_, *forms_, TakeActiveMessage(*outlook));
+  SaveDialog dialog(shared_, data_, *utility_, *forms_, TakeActiveMessage(shared_));
   const struct Shown {
     SaveDialog*& shown;
     ~Shown() { shown = nullptr; }

@@ -3,7 +3,8 @@
 #include <string>
 
 #include "data/projects.h"
-#include "outlook/IclsOutlook.h"
+#include "outlook/office/outlook.h"
+#include "outlook/shared_objects.h"
 
 namespace postrove {
 
@@ -22,8 +23,9 @@ struct Filing {
 };
 
 // The message of the active window, whichever window's button was clicked, which the tracker holds
-// from now on. Throws Error when there is none. Whether it is sent is asked of that very item: the
-// window opened last can show another one.
-Filing TakeActiveMessage(IclsOutlook& outlook);
+// from now on. Throws Error when there is none, or no tracker any more. Whether it is sent is asked
+// of that very item: the window opened last can show another one. Nothing holds the tracker
+// afterwards: Outlook can quit while the dialog is open.
+Filing TakeActiveMessage(const SharedObjects& shared);
 
 }  // namespace postrove

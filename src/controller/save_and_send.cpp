@@ -7,6 +7,7 @@
 #include "controller/message_changes.h"
 #include "controller/message_name.h"
 #include "forms/kit/guards.h"
+#include "outlook/IclsOutlook.h"
 #include "outlook/office/ids.h"
 #include "shared/raised.h"
 #include "shared/text.h"
