@@ -15,9 +15,9 @@ Control& DialogForm::AddTitle(const wchar_t* text, bool mnemonic) {
 }
 
 Control& DialogForm::AddLabel(const wchar_t* name, int index, int left, int fieldTop, int width,
-                              const wchar_t* text, const wchar_t* tip, const Look& look) {
+                              const wchar_t* text, const wchar_t* tip, const Design& design) {
   return Add(ControlKind::Label, name, index, {left, fieldTop + kTextTop, width, kLabelHeight},
-             text, tip, look);
+             text, tip, design);
 }
 
 Control& DialogForm::AddRequired(ControlKind kind, const wchar_t* name, int index, Box place,
@@ -49,9 +49,9 @@ Control& DialogForm::AddHints(int top, int height) {
 }
 
 Control& DialogForm::AddButton(const wchar_t* name, int index, int left, int top, int width,
-                               const wchar_t* caption, const wchar_t* tip, const Look& look) {
+                               const wchar_t* caption, const wchar_t* tip, const Design& design) {
   return Add(ControlKind::CommandButton, name, index, {left, top, width, kButtonHeight}, caption,
-             tip, look);
+             tip, design);
 }
 
 Control& DialogForm::AddWebSite(int index, int left, int top, int width, const wchar_t* caption,

@@ -31,7 +31,7 @@ class DialogForm : public Form {
 
   // The label on the line of its field's text; `fieldTop` is the top of the row's field.
   Control& AddLabel(const wchar_t* name, int index, int left, int fieldTop, int width,
-                    const wchar_t* text, const wchar_t* tip = L"", const Look& look = {});
+                    const wchar_t* text, const wchar_t* tip = L"", const Design& design = {});
 
   // A field whose value is required: a text or a combo box.
   Control& AddRequired(ControlKind kind, const wchar_t* name, int index, Box place,
@@ -48,7 +48,7 @@ class DialogForm : public Form {
 
   Control& AddHints(int top, int height);
   Control& AddButton(const wchar_t* name, int index, int left, int top, int width,
-                     const wchar_t* caption, const wchar_t* tip, const Look& look);
+                     const wchar_t* caption, const wchar_t* tip, const Design& design);
   Control& AddWebSite(int index, int left, int top, int width, const wchar_t* caption,
                       const wchar_t* tip);
 };

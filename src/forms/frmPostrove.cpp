@@ -89,8 +89,8 @@ frmPostrove::frmPostrove(std::weak_ptr<frmPostroveEvents> events)
 }
 
 Control& frmPostrove::AddAction(int index, int left, int top, int width, const wchar_t* caption,
-                                const wchar_t* tip, const Look& look) {
-  return AddButton(L"cmdPostrove", index, left, top, width, caption, tip, look);
+                                const wchar_t* tip, const Design& design) {
+  return AddButton(L"cmdPostrove", index, left, top, width, caption, tip, design);
 }
 
 void frmPostrove::Connect(const Raising<frmPostroveEvents>& raise) {

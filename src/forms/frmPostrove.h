@@ -77,7 +77,7 @@ class frmPostrove : public DialogForm {
 
  private:
   Control& AddAction(int index, int left, int top, int width, const wchar_t* caption,
-                     const wchar_t* tip, const Look& look);
+                     const wchar_t* tip, const Design& design);
   void Connect(const Raising<frmPostroveEvents>& raise);
 };
 

@@ -90,8 +90,8 @@ Control& frmProjInfo::AddCaption(int index, int top, const wchar_t* text, const 
                   {.choosesKey = true});
 }
 
-Control& frmProjInfo::AddAction(int index, int left, const wchar_t* caption, const Look& look) {
-  return AddButton(L"cmdProjInfo", index, left, kButtonsTop, kButtonWidth, caption, L"", look);
+Control& frmProjInfo::AddAction(int index, int left, const wchar_t* caption, const Design& design) {
+  return AddButton(L"cmdProjInfo", index, left, kButtonsTop, kButtonWidth, caption, L"", design);
 }
 
 void frmProjInfo::Connect(const Raising<frmProjInfoEvents>& raise) {

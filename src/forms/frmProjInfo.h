@@ -64,7 +64,7 @@ class frmProjInfo : public DialogForm {
 
  private:
   Control& AddCaption(int index, int top, const wchar_t* text, const wchar_t* tip);
-  Control& AddAction(int index, int left, const wchar_t* caption, const Look& look);
+  Control& AddAction(int index, int left, const wchar_t* caption, const Design& design);
   void Connect(const Raising<frmProjInfoEvents>& raise);
 };
 

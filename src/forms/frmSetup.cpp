@@ -181,9 +181,10 @@ Control& frmSetup::AddSettingAlert(int index, int left, int row, unsigned anchor
   return alert;
 }
 
-Control& frmSetup::AddWord(int index, int left, int width, const wchar_t* text, const Look& look) {
+Control& frmSetup::AddWord(int index, int left, int width, const wchar_t* text,
+                           const Design& design) {
   Control& word =
-      AddLabel(L"lblDelimLabel", index, left, RowTop(kDelimiterRow), width, text, L"", look);
+      AddLabel(L"lblDelimLabel", index, left, RowTop(kDelimiterRow), width, text, L"", design);
   word.SetTag(text);  // the word is put into it
   return word;
 }

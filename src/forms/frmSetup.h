@@ -118,7 +118,7 @@ class frmSetup : public DialogForm {
   Control& AddCaption(int index, int row, const wchar_t* text, const wchar_t* tip = L"");
   Control& AddOption(int index, const wchar_t* caption, const wchar_t* tip);
   Control& AddSettingAlert(int index, int left, int row, unsigned anchors);
-  Control& AddWord(int index, int left, int width, const wchar_t* text, const Look& look);
+  Control& AddWord(int index, int left, int width, const wchar_t* text, const Design& design);
   Control& AddDelimiter(int index, int left, const wchar_t* tip);
   void Connect(const Raising<frmSetupEvents>& raise);
 };

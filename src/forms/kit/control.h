@@ -65,7 +65,7 @@ enum class Property {
 };
 
 // How a control is designed: fixed before the form is shown.
-struct Look {
+struct Design {
   unsigned anchors = kLeft | kTop;
   bool isDefault = false;  // the button that Enter presses
   bool isCancel = false;   // the button that Esc and the title bar press
@@ -82,7 +82,7 @@ struct Look {
   int icon = 0;             // icon resource of a picture button, 0 for none
 };
 
-class Control : public Look {
+class Control : public Design {
  public:
   Control(Form& form, ControlKind kind, std::wstring name, int index, Box place);
   Control(const Control&) = delete;

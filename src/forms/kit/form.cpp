@@ -34,10 +34,10 @@ Control& Form::Find(const std::wstring& name, int index) const {
 }
 
 Control& Form::Add(ControlKind kind, std::wstring name, int index, Box place, std::wstring text,
-                   std::wstring tip, const Look& look) {
+                   std::wstring tip, const Design& design) {
   controls_.push_back(std::make_unique<Control>(*this, kind, std::move(name), index, place));
   Control& control = *controls_.back();
-  static_cast<Look&>(control) = look;
+  static_cast<Design&>(control) = design;
   control.SetText(std::move(text));
   control.SetToolTip(std::move(tip));
   return control;

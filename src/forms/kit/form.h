@@ -92,7 +92,7 @@ class Form {
 
  protected:
   Control& Add(ControlKind kind, std::wstring name, int index, Box place, std::wstring text = {},
-               std::wstring tip = {}, const Look& look = {});
+               std::wstring tip = {}, const Design& design = {});
 
  private:
   bool Press(bool Control::*role);

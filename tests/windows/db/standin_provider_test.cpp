@@ -69,26 +69,5 @@ TEST_F(Standin, RunsOneStatementAndNothingBehindIt) {
             database_->OpenRecordset(L"SELECT 'a;''b--', 'c/*' AS [d--e]; \r\n"));
 }
 
-TEST_F(Standin, RefusesFilesWithTheirReason) {
-  for (const wchar_t* name : {L"text.mdb", L"empty.mdb", L"locked.mdb"}) folder_.Write(name, "");
-  folder_.Write(L"text.mdb", "Standard Jet DB and no more of it");
-  const HANDLE lock = CreateFileW((folder_ / L"locked.mdb").c_str(), GENERIC_WRITE, 0, nullptr,
-                                  OPEN_EXISTING, 0, nullptr);
-  const std::pair<const wchar_t*, std::wstring> cases[] = {
-      {L"missing.mdb", L"Could not find file '" + folder_.Path() + L"missing.mdb'."},
-      {L"none\\a.mdb", L"is not a valid path."},
-      {L"text.mdb", L"Unrecognized database format '" + folder_.Path() + L"text.mdb'."},
-      {L"empty.mdb", L"Unrecognized database format '" + folder_.Path() + L"empty.mdb'."},
-      {L"locked.mdb", L"Could not use '" + folder_.Path() + L"locked.mdb'; file already in use."},
-  };
-  for (const auto& [name, reason] : cases) {
-    Use(folder_ / name);
-    ExpectError(L"SELECT 1", E_FAIL, reason.c_str());
-  }
-  CloseHandle(lock);
-  const std::vector<std::wstring> names = folder_.Names();
-  EXPECT_EQ(0, std::count(names.begin(), names.end(), L"missing.mdb")) << "it was made";
-}
-
 }  // namespace
 }  // namespace postrove

@@ -41,18 +41,6 @@ TEST(CommandBars, AnOutOfRangePositionFails) {
             DISP_E_BADPARAMCOUNT);
 }
 
-TEST(CommandBars, OnlyPermanentControlsComeBack) {
-  Host host;
-  Inspector& first = host.Open(SampleMessage());
-  const ComPtr<IDispatch> kept = AddButton(host, L"Stays", false);
-  AddButton(host, L"Goes");
-  host.Close(first);
-  EXPECT_EQ(Get(kept, L"Caption").hr, DISP_E_EXCEPTION);
-  Inspector& second = host.Open(SampleMessage());
-  EXPECT_TRUE(second.FindByTag(L"Stays"));
-  EXPECT_FALSE(second.FindByTag(L"Goes"));
-}
-
 TEST(CommandBars, ANoteHasNoneAndSomeBuildsHaveThemLate) {
   Options late;
   late.commandBarsFromActivate = true;
@@ -95,41 +83,6 @@ TEST(CommandBars, AClickReachesEverySinkOfTheTag) {
   EXPECT_THAT(log, ElementsAre(L"Two.1"));
   Call(two, L"Delete");
   EXPECT_FALSE(host.Click(second, L"T"));
-}
-
-TEST(CommandBars, WhatASinkEndsIsNotCalledAnyMore) {
-  Host host;
-  std::vector<std::wstring> log;
-  Inspector& inspector = host.Open(SampleMessage());
-  const ComPtr<IDispatch> one = AddButton(host, L"T");
-  const ComPtr<IDispatch> two = AddButton(host, L"T");  // stands before the other
-  Listener first(two, kCommandBarButtonEventsId, L"Two", log);
-  auto unsubscribed = std::make_unique<Listener>(two, kCommandBarButtonEventsId, L"Ended", log);
-  const Listener deleted(one, kCommandBarButtonEventsId, L"One", log);
-  Listener again(two, kCommandBarButtonEventsId, L"Again", log);
-  first.during = [&](DISPID, const DISPPARAMS&) {
-    unsubscribed.reset();
-    Call(one, L"Delete");
-  };
-  EXPECT_TRUE(host.Click(inspector, L"T"));
-  EXPECT_THAT(log, ElementsAre(L"Two.1", L"Again.1"));
-}
-
-// A press of the real child window is a click, also when the sink closes the window under it.
-TEST(CommandBars, TheButtonInTheWindowClicks) {
-  Host host;
-  std::vector<std::wstring> log;
-  Inspector& inspector = host.Open(SampleMessage());
-  const ComPtr<IDispatch> control = AddButton(host, L"T");
-  Put(control, L"Caption", Variant::Text(L"&File it"));
-  PumpMessages();
-  const HWND button = FindWindowExW(inspector.Window()->Handle(), nullptr, L"BUTTON", L"&File it");
-  ASSERT_TRUE(button);
-  Listener sink(control, kCommandBarButtonEventsId, L"Button", log);
-  sink.during = [&](DISPID, const DISPPARAMS&) { host.Close(inspector); };
-  SendMessageW(button, BM_CLICK, 0, 0);
-  EXPECT_THAT(log, ElementsAre(L"Button.1"));
-  EXPECT_FALSE(IsWindow(button));
 }
 
 }  // namespace

@@ -92,21 +92,5 @@ TEST(SaveAs, ReplacesAFileWholeOrNotAtAll) {
   EXPECT_EQ(ReadWholeFile(path).substr(0, 4), "\xD0\xCF\x11\xE0");
 }
 
-// As in Outlook, only the Unicode form holds letters beyond the system's code page.
-TEST(SaveAs, KeepsTheLettersThatItsTypeHas) {
-  using namespace std::string_literals;
-  TemporaryFolder folder;
-  Options options;
-  options.version = 11;
-  Host host(options);
-  Item item(host.Core(), ItemKind::kMail, Message(), true);
-  for (const long type : {3, 9}) {
-    item.SaveAs(folder / L"a.msg", type);
-    const std::string bytes = ReadWholeFile(folder / L"a.msg");
-    EXPECT_EQ(bytes.find("P\0l\0\xE4\0n\0e\0 \0\xA9\x03"s) != bytes.npos, type == 9);
-    EXPECT_EQ(bytes.find("Pl\xE4ne ") != bytes.npos, type == 3);
-  }
-}
-
 }  // namespace
 }  // namespace standin

@@ -77,22 +77,6 @@ class Setup : public ::testing::Test {
   std::string types_;
 };
 
-TEST_F(Setup, ANewWordStandsInEveryCaption) {
-  Run(
-      [](const Window& setup) {
-        EXPECT_TRUE(setup.Shows(L"<Project No.>"));
-        setup.Enter(L"Work Unit Type", L"Landing");
-        WaitForText(kIni, "[Setup]\r\nWorkUnit=Landing\r\n");
-        setup.WaitForLabel(L"<Landing No.>");
-        setup.WaitForLabel(L"C:\\Corr_Out\\<Landing No.>-<Landing>=><email subject>");
-      },
-      [](const Window& save) {
-        save.WaitForLabel(L"Postrove Landing EMail and File Location");
-        save.WaitForLabel(L"Landing: ");
-      });
-  EXPECT_TRUE(Text(kData + L"WorkUnitType.cnt").ends_with("Landing\r\n"));
-}
-
 TEST_F(Setup, OwnAndSharedDatabase) {
   CreateDirectoryW(kQuillion.c_str(), nullptr);
   const std::string settings =

@@ -147,40 +147,6 @@ TEST(Versions, MembersEditorsAndTextsDiffer) {
   }
 }
 
-TEST(Collections, CountFromOne) {
-  Host host;
-  MessageData message = SampleMessage();
-  message.attachments = {{L"plan.pdf", L"application/pdf", L"", "%PDF"}};
-  host.Open(message);
-  const ComPtr<IDispatch> item = CurrentItem(host);
-  const ComPtr<IDispatch> standard =
-      Get(Get(Bars(host), L"Item", List(Variant::Long(2))).Object(), L"Controls").Object();
-  struct Case {
-    const char* name;
-    ComPtr<IDispatch> collection;
-    WORD flags;
-  };
-  const Case cases[] = {
-      {"attachments", Get(item, L"Attachments").Object(), DISPATCH_METHOD},
-      {"recipients", Get(item, L"Recipients").Object(), DISPATCH_METHOD},
-      {"inspectors", Get(host.Application(), L"Inspectors").Object(), DISPATCH_METHOD},
-      {"controls", standard, DISPATCH_PROPERTYGET},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    const auto at = [&](long index) {
-      return c.flags == DISPATCH_METHOD ? Call(c.collection, L"Item", List(Variant::Long(index)))
-                                        : Get(c.collection, L"Item", List(Variant::Long(index)));
-    };
-    const long count = Get(c.collection, L"Count").Long();
-    ASSERT_GE(count, 1);
-    EXPECT_TRUE(at(1).Object());
-    EXPECT_TRUE(at(count).Object());
-    EXPECT_EQ(at(0).hr, DISP_E_EXCEPTION);
-    EXPECT_EQ(at(count + 1).hr, DISP_E_EXCEPTION);
-  }
-}
-
 TEST(Items, AnUnsentItemIsGoneAfterSend) {
   Host host;
   Inspector& inspector = host.Open(SampleMessage(), false);
@@ -203,23 +169,6 @@ TEST(Items, AnUnsentItemIsGoneAfterSend) {
   EXPECT_EQ(Get(shown, L"CommandBars").hr, DISP_E_EXCEPTION);
   ASSERT_EQ(host.SentMessages().size(), 1u);
   EXPECT_EQ(host.SentMessages()[0].subject, L"Site report");
-}
-
-TEST(Items, SendCanBeRefusedAndCancelled) {
-  Host host;
-  MessageData nobody = SampleMessage();
-  nobody.recipients.clear();
-  host.Open(nobody, false);
-  EXPECT_EQ(Call(CurrentItem(host), L"Send").hr, DISP_E_EXCEPTION);
-
-  host.Open(SampleMessage(), false);
-  const ComPtr<IDispatch> item = CurrentItem(host);
-  std::vector<std::wstring> log;
-  Listener events(item, kItemEventsId, L"Item", log);
-  events.cancelled = 61445;
-  EXPECT_EQ(Call(item, L"Send").code, E_ABORT);
-  EXPECT_EQ(Get(item, L"Subject").Text(), L"Site report");
-  EXPECT_THAT(host.SentMessages(), IsEmpty());
 }
 
 TEST(Inspectors, OpenAnnouncesAndActivates) {
@@ -306,22 +255,6 @@ TEST(AddIns, AreToldOfStartAndEndAsTheVersionDoes) {
   }
 }
 
-TEST(AddIns, CanFailAndBeDisconnected) {
-  std::vector<std::wstring> log;
-  ProbeAddIn failing(log), good(log);
-  failing.answer = E_FAIL;
-  Host host;
-  EXPECT_EQ(host.Connect(&failing, ConnectMode::kStartup), E_FAIL);
-  EXPECT_EQ(failing.References(), 0u);
-  failing.application.Reset();
-  log.clear();
-  ASSERT_EQ(host.Connect(&good, ConnectMode::kStartup), S_OK);
-  host.DisconnectAddIns();
-  host.Quit();
-  EXPECT_THAT(log, ElementsAre(L"OnConnection 1", L"OnStartupComplete", L"OnDisconnection 1"));
-  EXPECT_THAT(host.Leaks(), IsEmpty());
-}
-
 TEST(Watching, AHeldObjectIsNamed) {
   Host host;
   host.Open(SampleMessage());
@@ -363,35 +296,6 @@ TEST(Watching, ASinkEndsWithTheObjectItWasGivenTo) {
   EXPECT_EQ(sink.references, 0u);
   host.Close(inspector);
   EXPECT_THAT(log, ElementsAre(L"Other.61444"));
-}
-
-TEST(Watching, CallsAreLoggedAndCanBeMadeToFail) {
-  Host host;
-  host.Open(SampleMessage());
-  const ComPtr<IDispatch> item = CurrentItem(host);
-  const std::size_t before = host.Calls().size();
-  host.FailMember(L"MailItem.Subject", E_ACCESSDENIED);
-  EXPECT_EQ(Get(item, L"Subject").code, E_ACCESSDENIED);
-  EXPECT_EQ(Get(item, L"Subject").hr, S_OK);
-  Put(item, L"Subject", Variant::Text(L"Two\r\nlines"));
-  const std::vector<std::wstring> calls = host.Calls();
-  EXPECT_EQ(calls[before], L"MailItem.Subject");
-  EXPECT_EQ(calls.back(), L"MailItem.Subject=Two  lines");
-
-  // QueryInterface, FindConnectionPoint and Advise count as calls.
-  for (const std::size_t n : {1u, 2u, 3u}) {
-    host.FailCall(n, RPC_E_DISCONNECTED);
-    ComPtr<IConnectionPointContainer> container;
-    ComPtr<IConnectionPoint> point;
-    CountingSink sink;
-    DWORD cookie = 0;
-    HRESULT last = item.As(&container);
-    if (container) last = container->FindConnectionPoint(kItemEventsId, &point);
-    if (point) last = point->Advise(&sink, &cookie);
-    EXPECT_EQ(last, RPC_E_DISCONNECTED) << n;
-    EXPECT_EQ((container ? 1 : 0) + (point ? 1 : 0), static_cast<int>(n) - 1);
-    EXPECT_EQ(sink.references, 0u);
-  }
 }
 
 }  // namespace
