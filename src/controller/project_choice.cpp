@@ -85,7 +85,6 @@ void ProjectChoice::SelectProject(const Project& listed) {
   const std::wstring folder = FolderOf(data_.settings, listed);
   filing_.project = listed;
   filing_.project.filePath = folder;
-  filing_.project.temporary = false;
 }
 
 const Project* ProjectChoice::CurrentRow() const {

@@ -58,7 +58,6 @@ void OfficeData::ReadMissing() {
 void OfficeData::Reload() {
   TryToRead(Search::Ask);
   projects.GetProjectList();
-  TellTroubles();
 }
 
 void OfficeData::TellTroubles() {

@@ -101,33 +101,38 @@ TEST_F(ProjectDialog, AddsFromScratchAndFilesIntoTheNewFolder) {
             (std::vector<std::wstring>{L"Harbour: 7", L"Bridge: 2232", L"Mill Street: 2231"}));
         EXPECT_EQ(dialog.cboPostrove.ListIndex(), 1);
         EXPECT_EQ(dialog.txtSaveFolder.Text(), L"D:\\Files\\Corr_Out\\");
+        dialog.cmdPostrove(forms::kEditProjectButton).UserClicked();  // it has a row by now
         dialog.cmdPostrove(forms::kMainButton).UserClicked();
       },
       {[this](forms::frmProjInfo& form) {
-        EXPECT_EQ(Fields(form), (std::vector<std::wstring>{L"Add a Project", L"2232",
-                                                           L"New Project", L"C:\\Projects\\"}));
-        EXPECT_FALSE(form.chkProjActive.Visible());
-        EXPECT_EQ(product_.forms->actions.back(), L"focus txtProjInfo");
-        EXPECT_EQ(form.txtProjInfo(1).SelectionLength(), 11);
-        EXPECT_FALSE(form.lblAlert(0).Visible());
-        form.txtProjInfo(0).UserTyped(L"", 0, 0);
-        EXPECT_TRUE(form.lblAlert(0).Visible());
-        form.txtProjInfo(0).UserTyped(L"2232", 0, 0);
-        form.txtProjInfo(1).UserTyped(L"", 0, 0);
-        EXPECT_EQ(form.txtProjInfo(1).BackColor(), forms::kYellow);
-        form.txtProjInfo(1).UserTyped(L"Bridge", 0, 0);
-        EXPECT_EQ(form.txtProjInfo(1).BackColor(), forms::kSystemWindow);
-        form.cmdBrowse(0).UserClicked();
-        form.cmdProjInfo(forms::kProjInfoHelp).UserClicked();
-        EXPECT_FALSE(form.IsUnloaded());
-        EXPECT_EQ(form.rtfFieldHints.Text(), L"");
-        form.lblWebSite.SetText(L"howtouse.htm");
-        form.lblWebSite.UserClicked();
-        EXPECT_EQ(product_.utility->OpenedDocuments().back(), L"https://www.postrove.example");
-        form.txtProjInfo(2).UserTyped(L"D:\\Files", 0, 0);
-        Save(form);
-        EXPECT_TRUE(form.IsUnloaded());
-      }});
+         EXPECT_EQ(Fields(form), (std::vector<std::wstring>{L"Add a Project", L"2232",
+                                                            L"New Project", L"C:\\Projects\\"}));
+         EXPECT_FALSE(form.chkProjActive.Visible());
+         EXPECT_EQ(product_.forms->actions.back(), L"focus txtProjInfo");
+         EXPECT_EQ(form.txtProjInfo(1).SelectionLength(), 11);
+         EXPECT_FALSE(form.lblAlert(0).Visible());
+         form.txtProjInfo(0).UserTyped(L"", 0, 0);
+         EXPECT_TRUE(form.lblAlert(0).Visible());
+         form.txtProjInfo(0).UserTyped(L"2232", 0, 0);
+         form.txtProjInfo(1).UserTyped(L"", 0, 0);
+         EXPECT_EQ(form.txtProjInfo(1).BackColor(), forms::kYellow);
+         form.txtProjInfo(1).UserTyped(L"Bridge", 0, 0);
+         EXPECT_EQ(form.txtProjInfo(1).BackColor(), forms::kSystemWindow);
+         form.cmdBrowse(0).UserClicked();
+         form.cmdProjInfo(forms::kProjInfoHelp).UserClicked();
+         EXPECT_FALSE(form.IsUnloaded());
+         EXPECT_EQ(form.rtfFieldHints.Text(), L"");
+         form.lblWebSite.SetText(L"howtouse.htm");
+         form.lblWebSite.UserClicked();
+         EXPECT_EQ(product_.utility->OpenedDocuments().back(), L"https://www.postrove.example");
+         form.txtProjInfo(2).UserTyped(L"D:\\Files", 0, 0);
+         Save(form);
+         EXPECT_TRUE(form.IsUnloaded());
+       },
+       [](forms::frmProjInfo& form) {
+         EXPECT_EQ(form.Caption(), L"Edit a Project");
+         Cancel(form);
+       }});
   EXPECT_EQ(product_.utility->BrowsePrompts().back(),
             L"Select the Folder for the Project Files and Emails:");
   EXPECT_TRUE(
@@ -136,7 +141,7 @@ TEST_F(ProjectDialog, AddsFromScratchAndFilesIntoTheNewFolder) {
                          sql::InsertProject({L"2232", L"Bridge", L"D:\\Files", true}, L"Access")});
   EXPECT_EQ(saved_, std::vector<std::wstring>{L"D:\\Files\\Corr_Out\\Mine.msg"});
   const auto& actions = product_.forms->actions;
-  EXPECT_EQ(std::count(actions.begin(), actions.end(), L"lower frmPostrove"), 2);
+  EXPECT_EQ(std::count(actions.begin(), actions.end(), L"lower frmPostrove"), 3);
 }
 
 TEST_F(ProjectDialog, EditsTheChosenProjectAndCancelTakesBack) {

@@ -443,20 +443,25 @@ TEST_F(SetupDialog, BrowsedFoldersAreCheckedAndStoredAtOnce) {
 }
 
 TEST_F(SetupDialog, WhatTheUserEnteredInTheSaveDialogStays) {
-  enum { kOwn, kListed, kNumberless };
-  for (const int what : {kOwn, kListed, kNumberless}) {
+  enum { kOwn, kListed, kNumberless, kDouble };
+  for (const int what : {kOwn, kListed, kNumberless, kDouble}) {
     SCOPED_TRACE(what);
     Renew();
     const bool own = what == kOwn;
     if (what == kNumberless) {
       product_->database->SetRows(sql::ListProjects(L"Access"),
                                   {{L"", L"Library", L"", true, std::int64_t{8}}});
+    } else if (what == kDouble) {  // the first of two projects with one number is meant
+      product_->database->SetRows(sql::ListProjects(L"Access"),
+                                  {{L"7", L"Annex", L"", true, std::int64_t{8}},
+                                   {L"7", L"Wing", L"", true, std::int64_t{9}}});
     }
     Use([](forms::frmSetup& setup) { Enter(setup, 0, L"P:\\Jobs"); },
         [&](forms::frmPostrove& save) {
-          const wchar_t* const kProjects[] = {L"Harbour: 9", L"Mill Street: 2231", L"Library"};
+          const wchar_t* const kProjects[] = {L"Harbour: 9", L"Mill Street: 2231", L"Library",
+                                              L"Annex: 7"};
           const wchar_t* const kFolders[] = {L"D:\\Mine", L"P:\\Jobs\\2231\\Corr_Out\\",
-                                             L"P:\\Jobs\\Corr_Out\\"};
+                                             L"P:\\Jobs\\Corr_Out\\", L"P:\\Jobs\\7\\Corr_Out\\"};
           EXPECT_EQ(save.cboPostrove.Text(), kProjects[what]);
           EXPECT_EQ(save.txtSaveFolder.Text(), kFolders[what]);
           EXPECT_EQ(save.txtSaveAsName.Text(), L"A name");
