@@ -4,6 +4,7 @@
 
 #include <limits>
 #include <new>
+#include <optional>
 
 #include "outlook/com/dispatch_object.h"
 #include "shared/error.h"
@@ -48,19 +49,17 @@ struct VariantWriter {
   }
 };
 
-double FromNumber(VARIANT& variant, const wchar_t* source) {
-  Variant number;
-  if (FAILED(VariantChangeType(number.Get(), &variant, 0, VT_R8))) ThrowMismatch(source);
-  return number->dblVal;
-}
-
-office::Value FromWholeNumber(VARIANT& variant, const wchar_t* source) {
-  // Every 32-bit number is exact as a double.
-  const double number = FromNumber(variant, source);
-  using Limits = std::numeric_limits<std::int32_t>;
-  if (number < Limits::min() || number > Limits::max()) return number;
-  return static_cast<std::int32_t>(number);
-}
+struct CellReader {
+  office::Value operator()(std::int64_t whole) const {
+    using Limits = std::numeric_limits<std::int32_t>;
+    if (whole < Limits::min() || whole > Limits::max()) return static_cast<double>(whole);
+    return static_cast<std::int32_t>(whole);
+  }
+  template <class T>
+  office::Value operator()(T value) const {
+    return value;
+  }
+};
 
 }  // namespace
 
@@ -74,16 +73,9 @@ office::Value FromVariant(const VARIANT& variant, const wchar_t* source) {
   Variant direct;
   if (FAILED(VariantCopyInd(direct.Get(), const_cast<VARIANT*>(&variant)))) ThrowMismatch(source);
   switch (direct->vt) {
-    case VT_EMPTY:
-    case VT_NULL:
-      return {};
     case VT_ERROR:
       if (direct->scode == DISP_E_PARAMNOTFOUND) return office::Missing{};
       return std::int32_t{direct->scode};
-    case VT_BOOL:
-      return direct->boolVal != VARIANT_FALSE;
-    case VT_BSTR:
-      return std::wstring(direct->bstrVal ? direct->bstrVal : L"", SysStringLen(direct->bstrVal));
     case VT_DISPATCH:
       return WrapDispatch(direct->pdispVal);
     case VT_UNKNOWN: {
@@ -93,21 +85,10 @@ office::Value FromVariant(const VARIANT& variant, const wchar_t* source) {
       }
       return WrapDispatch(dispatch.Get());
     }
-    case VT_DATE:
-      return direct->date;
-    case VT_I1:
-    case VT_I2:
-    case VT_I4:
-    case VT_I8:
-    case VT_INT:
-    case VT_UI1:
-    case VT_UI2:
-    case VT_UI4:
-    case VT_UI8:
-    case VT_UINT:
-      return FromWholeNumber(*direct.Get(), source);
     default:
-      return FromNumber(*direct.Get(), source);
+      const std::optional<Cell> cell = ToCell(*direct.Get());
+      if (!cell) ThrowMismatch(source);
+      return std::visit(CellReader(), *cell);
   }
 }
 

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <limits>
+#include <optional>
 #include <utility>
 
 #include "shared/error.h"
@@ -165,53 +165,15 @@ std::vector<Column> ColumnsOf(IRowset* rowset, const wchar_t* source) {
   return columns;
 }
 
-Cell ToCell(Field& field, const Column& column, const wchar_t* source) {
+Cell Take(Field& field, const Column& column, const wchar_t* source) {
   if (field.status == DBSTATUS_S_ISNULL) return {};
   if (field.status != DBSTATUS_S_OK) ThrowUnreadable(column, field.status, source);
   if (column.asText) {
     return std::wstring(field.text.Get() ? field.text.Get() : L"", field.length / sizeof(wchar_t));
   }
-  Variant& value = field.value;
-  switch (value->vt) {
-    case VT_EMPTY:
-    case VT_NULL:
-      return {};
-    case VT_BOOL:
-      return value->boolVal != VARIANT_FALSE;
-    case VT_BSTR:
-      return std::wstring(value->bstrVal ? value->bstrVal : L"", SysStringLen(value->bstrVal));
-    case VT_I4:
-      return std::int64_t{value->lVal};
-    case VT_UI8:
-      if (value->ullVal > std::numeric_limits<std::int64_t>::max()) {
-        return static_cast<double>(value->ullVal);
-      }
-      return static_cast<std::int64_t>(value->ullVal);
-    case VT_I1:
-    case VT_I2:
-    case VT_I8:
-    case VT_INT:
-    case VT_UI1:
-    case VT_UI2:
-    case VT_UI4:
-    case VT_UINT: {
-      Variant number;
-      if (FAILED(VariantChangeType(number.Get(), value.Get(), 0, VT_I8))) break;
-      return std::int64_t{number->llVal};
-    }
-    case VT_R4:
-    case VT_R8:
-    case VT_CY:
-    case VT_DECIMAL:
-    case VT_DATE: {
-      Variant number;
-      if (FAILED(VariantChangeType(number.Get(), value.Get(), 0, VT_R8))) break;
-      return number->dblVal;
-    }
-    default:
-      break;
-  }
-  ThrowUnreadable(column, DBSTATUS_E_CANTCONVERTVALUE, source);
+  std::optional<Cell> cell = ToCell(*field.value.Get());
+  if (!cell) ThrowUnreadable(column, DBSTATUS_E_CANTCONVERTVALUE, source);
+  return *std::move(cell);
 }
 
 // `fields`, one for each column, are the room that the provider writes to; what the row before left
@@ -229,7 +191,7 @@ void ReadRow(IRowset* rowset, HROW row, const Accessor& accessor,
   if (result != DB_E_ERRORSOCCURRED) Check(result, source);
   cells.clear();
   for (std::size_t i = 0; i < columns.size(); ++i) {
-    cells.push_back(ToCell(fields[i], columns[i], source));
+    cells.push_back(Take(fields[i], columns[i], source));
   }
 }
 

@@ -4,6 +4,10 @@
 
 #include <oleauto.h>
 
+#include <optional>
+
+#include "shared/clsDatabase.h"
+
 namespace postrove {
 
 // An owned VARIANT.
@@ -22,5 +26,10 @@ class Variant {
  private:
   VARIANT variant_;
 };
+
+// The text, number or Boolean that a VARIANT holds, as a cell; the empty one for Empty and Null.
+// Whole numbers are whole unless 63 bits cannot hold them; currency, decimals and dates are
+// doubles. Nothing for an object, an array or an error.
+std::optional<Cell> ToCell(VARIANT& value);
 
 }  // namespace postrove
