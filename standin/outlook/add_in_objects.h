@@ -7,8 +7,6 @@
 
 namespace standin {
 
-// The COMAddIns collection and one COMAddIn, the AddInInst of OnConnection.
-ComPtr<IDispatch> MakeAddInsObject(Session& session);
 ComPtr<IDispatch> MakeAddInObject(Session& session, const std::shared_ptr<AddIn>& addIn);
 
 }  // namespace standin

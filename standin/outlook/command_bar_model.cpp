@@ -5,9 +5,7 @@
 namespace standin {
 
 ControlPointer BarModel::Insert(Runtime& runtime, const ControlLook& look, std::size_t at) {
-  static long lastInstance = 0;
   auto control = std::make_shared<ControlModel>(runtime, look, *this);
-  control->instanceId = ++lastInstance;
   controls.insert(controls.begin() + static_cast<std::ptrdiff_t>(at), control);
   return control;
 }

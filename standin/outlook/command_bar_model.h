@@ -38,7 +38,6 @@ struct ControlModel : ControlLook {
       : ControlLook(look), bar(&owner), events(std::make_shared<EventHub>(runtime)) {}
 
   BarModel* bar;
-  long instanceId = 0;
   bool deleted = false;  // also when its inspector is closed
   std::shared_ptr<EventHub> events;
 };
@@ -49,8 +48,6 @@ struct BarModel {
   Inspector* inspector = nullptr;
   std::wstring name;
   bool visible = true;
-  bool enabled = true;
-  long position = 1;
   long protection = 0;
   long type = 0;
   std::vector<ControlPointer> controls;

@@ -139,15 +139,6 @@ void DeleteControl(ControlObject& self) {
   self.Changed();
 }
 
-Variant ParentBar(ControlObject& self) {
-  for (const auto& inspector : self.owner.OpenInspectors()) {
-    for (const auto& bar : inspector->Bars()) {
-      if (bar.get() == self.Alive().bar) return Variant::Object(Make<BarObject>(inspector, bar));
-    }
-  }
-  throw HostError{E_FAIL, L"The control has no bar."};
-}
-
 const Interface& ControlObject::ControlTable() {
   using Self = ControlObject;
   static const Interface table = [] {
@@ -161,21 +152,9 @@ const Interface& ControlObject::ControlTable() {
     AddText(members, L"Tag", 1610874915, &ControlModel::tag);
     AddText(members, L"TooltipText", 1610874917, &ControlModel::tooltip);
     AddBool(members, L"Visible", 1610874921, &ControlModel::visible);
-    members
-        .Get(L"BuiltIn", 1610874882, [](Self& self) { return Variant::Bool(self.Alive().builtIn); })
-        .Get(L"Id", 1610874899, [](Self& self) { return Variant::Long(self.Alive().id); })
-        .Get(L"Index", 1610874900, IndexOf)
-        .Get(L"InstanceId", 1610874901,
-             [](Self& self) { return Variant::Long(self.Alive().instanceId); })
+    members.Get(L"Index", 1610874900, IndexOf)
         .Get(L"Type", 1610874920, [](Self& self) { return Variant::Long(self.Alive().type); })
-        .Get(L"Parent", 1610874908, ParentBar)
-        .Get(L"Application", 1610809344,
-             [](Self& self) { return Variant::Object(MakeApplicationObject(self.owner)); })
-        .Method(L"Delete", 1610874887, {Param::kOptional}, DeleteControl)
-        .Method(L"Execute", 1610874892, {}, [](Self& self) {
-          self.Alive();
-          self.owner.Click(self.control);
-        });
+        .Method(L"Delete", 1610874887, {Param::kOptional}, DeleteControl);
     return members.Done();
   }();
   return table;
@@ -189,10 +168,6 @@ const Interface& ControlObject::ButtonTable() {
     AddLong(members, L"FaceId", 1610940419, &ControlModel::faceId);
     AddLong(members, L"State", 1610940424, &ControlModel::state);
     AddLong(members, L"Style", 1610940426, &ControlModel::style);
-    members.NotPlayed(L"BuiltInFace", 1610940416, Kind::kGet)
-        .NotPlayed(L"CopyFace", 1610940418, Kind::kMethod)
-        .NotPlayed(L"PasteFace", 1610940421, Kind::kMethod)
-        .NotPlayed(L"ShortcutText", 1610940422, Kind::kGet);
     return members.Done();
   }();
   return table;
@@ -250,11 +225,6 @@ const Interface& ControlsObject::Table() {
                  return Variant::Long(static_cast<long>(self.Open().controls.size()));
                })
           .GetIndexed(L"Item", 0, {Param::kAny}, ControlAt)
-          .Get(L"Parent", 1610809348,
-               [](Self& self) {
-                 self.Open();
-                 return Variant::Object(Make<BarObject>(self.inspector, self.bar));
-               })
           .Done();
   return table;
 }
@@ -272,26 +242,12 @@ const Interface& BarObject::Table() {
                  self.Open();
                  return Variant::Object(Make<ControlsObject>(self.inspector, self.bar));
                })
-          .Get(L"Name", 1610874894, [](Self& self) { return Variant::Text(self.Open().name); })
-          .Get(L"NameLocal", 1610874896, [](Self& self) { return Variant::Text(self.Open().name); })
           .Get(L"Visible", 1610874910,
                [](Self& self) { return Variant::Bool(self.Open().visible); })
           .Put(L"Visible", 1610874910, Param::kBool,
                [](Self& self, const Arguments& arguments) {
                  self.Open().visible = arguments.Bool(0);
                  self.inspector->Changed();
-               })
-          .Get(L"Enabled", 1610874885,
-               [](Self& self) { return Variant::Bool(self.Open().enabled); })
-          .Put(L"Enabled", 1610874885, Param::kBool,
-               [](Self& self, const Arguments& arguments) {
-                 self.Open().enabled = arguments.Bool(0);
-               })
-          .Get(L"Position", 1610874899,
-               [](Self& self) { return Variant::Long(self.Open().position); })
-          .Put(L"Position", 1610874899, Param::kLong,
-               [](Self& self, const Arguments& arguments) {
-                 self.Open().position = arguments.Long(0);
                })
           .Get(L"Protection", 1610874903,
                [](Self& self) { return Variant::Long(self.Open().protection); })
@@ -305,15 +261,7 @@ const Interface& BarObject::Table() {
                   [](Self& self, const Arguments& arguments) {
                     return Found(self.Owner(), Find(self.Open(), QueryFrom(arguments)));
                   })
-          .NotPlayed(L"Delete", 1610874884, Kind::kMethod)
-          .NotPlayed(L"Index", 1610874890, Kind::kGet)
           .Get(L"Type", 1610874909, [](Self& self) { return Variant::Long(self.Open().type); })
-          .Get(L"BuiltIn", 1610874880, [](Self&) { return Variant::Bool(true); })
-          .Get(L"Parent", 1610874898,
-               [](Self& self) {
-                 self.Open();
-                 return Variant::Object(MakeInspectorObject(self.inspector));
-               })
           .Done();
   return table;
 }
@@ -359,14 +307,7 @@ const Interface& BarsObject::Table() {
                  self.inspector->RequireOpen();
                  return Variant::Long(static_cast<long>(self.inspector->Bars().size()));
                })
-          .NotPlayed(L"ActiveMenuBar", 1610809345, Kind::kGet)
-          .NotPlayed(L"Add", 1610809346, Kind::kMethod, search)
           .Method(L"FindControl", 1610809352, search, FindInBars)
-          .NotPlayed(L"FindControls", 1610809365, Kind::kMethod, search)
-          .Get(L"Parent", 1610809359,
-               [](Self& self) { return Variant::Object(MakeInspectorObject(self.inspector)); })
-          .Get(L"Application", 1610743808,
-               [](Self& self) { return Variant::Object(MakeApplicationObject(self.Owner())); })
           .Done();
   return table;
 }

@@ -100,13 +100,6 @@ class InterfaceOf {
   InterfaceOf& Method(const wchar_t* name, DISPID id, std::vector<Param> params, F handler) {
     return Add(name, id, Kind::kMethod, std::move(params), handler);
   }
-  // A member that the real object has and this one does not play.
-  InterfaceOf& NotPlayed(const wchar_t* name, DISPID id, Kind kind,
-                         std::vector<Param> params = {}) {
-    return Add(name, id, kind, std::move(params), [](T&) -> Variant {
-      throw HostError{E_NOTIMPL, L"This member is not played by the stand-in."};
-    });
-  }
   // The member added last exists from this version on.
   InterfaceOf& Since(int version) {
     table_.members.back().since = version;

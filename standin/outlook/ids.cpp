@@ -34,7 +34,6 @@ std::wstring InterfaceName(const GUID& id) {
       Known{kCommandBarControlId, L"CommandBarControl"},
       Known{kCommandBarButtonId, L"_CommandBarButton"},
       Known{kCommandBarButtonEventsId, L"_CommandBarButtonEvents"},
-      Known{kComAddInsId, L"COMAddIns"},
       Known{kComAddInId, L"COMAddIn"},
       Known{IID_IUnknown, L"IUnknown"},
       Known{IID_IDispatch, L"IDispatch"},

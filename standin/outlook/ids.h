@@ -36,7 +36,6 @@ inline constexpr GUID kCommandBarControlsId = OfficeId(0x000C0306);
 inline constexpr GUID kCommandBarControlId = OfficeId(0x000C0308);
 inline constexpr GUID kCommandBarButtonId = OfficeId(0x000C030E);
 inline constexpr GUID kCommandBarButtonEventsId = OfficeId(0x000C0351);
-inline constexpr GUID kComAddInsId = OfficeId(0x000C0339);
 inline constexpr GUID kComAddInId = OfficeId(0x000C033A);
 
 inline constexpr GUID kExtensibility2Id = {

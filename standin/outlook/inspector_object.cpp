@@ -44,15 +44,7 @@ const Interface& InspectorObject::Table() {
   using Self = InspectorObject;
   static const Interface table =
       InterfaceOf<Self>(L"_Inspector", kInspectorId)
-          .Get(L"Application", 61440,
-               [](Self& self) {
-                 return Variant::Object(MakeApplicationObject(self.inspector->Owner()));
-               })
           .Get(L"Class", 61450, [](Self&) { return Variant::Long(35); })
-          .Get(L"Session", 61451,
-               [](Self& self) {
-                 return Variant::Object(MakeNameSpaceObject(self.inspector->Owner()));
-               })
           .Get(L"Parent", 61441,
                [](Self& self) {
                  return Variant::Object(MakeApplicationObject(self.inspector->Owner()));
@@ -63,20 +55,9 @@ const Interface& InspectorObject::Table() {
           .Get(L"EditorType", 8464,
                [](Self& self) { return Variant::Long(self.Open().EditorType()); })
           .Method(L"Close", 8451, {Param::kLong}, CloseInspector)
-          .Method(L"Display", 8452, {Param::kOptional},
-                  [](Self& self) { self.Open().Owner().Activate(*self.inspector); })
           .Method(L"IsWordMail", 8453, {},
                   [](Self& self) { return Variant::Bool(self.Open().IsWordMail()); })
-          .NotPlayed(L"HTMLEditor", 8462, Kind::kGet)
-          .NotPlayed(L"WordEditor", 8463, Kind::kGet)
           .Get(L"Caption", 8465, [](Self& self) { return Variant::Text(self.Open().Caption()); })
-          .NotPlayed(L"Height", 8468, Kind::kGet)
-          .NotPlayed(L"Left", 8469, Kind::kGet)
-          .NotPlayed(L"Top", 8470, Kind::kGet)
-          .NotPlayed(L"Width", 8471, Kind::kGet)
-          .NotPlayed(L"WindowState", 8466, Kind::kGet)
-          .Method(L"Activate", 8467, {},
-                  [](Self& self) { self.Open().Owner().Activate(*self.inspector); })
           .Done();
   return table;
 }

@@ -128,11 +128,6 @@ void Item::Save() {
   if (!saved_ && events_->RaiseCancellable(kItemEventsId, kItemWrite)) {
     throw HostError{E_ABORT, L"Saving the item was cancelled."};
   }
-  if (entryId_.empty()) {
-    wchar_t id[17];
-    swprintf(id, 17, L"%016X", session_.NextEntry());
-    entryId_ = id;
-  }
   saved_ = true;
 }
 

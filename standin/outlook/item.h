@@ -44,7 +44,6 @@ class Item : public std::enable_shared_from_this<Item> {
   void Save();
   bool UnRead() const { return unRead_; }
   void SetUnRead(bool unRead) { unRead_ = unRead; }
-  const std::wstring& EntryId() const { return entryId_; }  // empty before the first save
 
   // Writes the item. Throws HostError as the real calls fail: missing folder, over-long or
   // forbidden name, unknown type.
@@ -63,7 +62,6 @@ class Item : public std::enable_shared_from_this<Item> {
   bool richText_ = false;
   bool gone_ = false;
   bool sending_ = false;
-  std::wstring entryId_;
   std::shared_ptr<EventHub> events_;
 };
 

@@ -57,34 +57,15 @@ class AttachmentObject final : public PartObject {
   static const Interface& Table();
 };
 
-void SaveAttachment(AttachmentObject& self, const Arguments& arguments) {
-  const std::string& bytes = self.Data().bytes;
-  const HANDLE file = CreateFileW(arguments.Text(0).c_str(), GENERIC_WRITE, 0, nullptr,
-                                  CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
-  if (file == INVALID_HANDLE_VALUE) {
-    throw HostError{HRESULT_FROM_WIN32(GetLastError()), L"Cannot save the attachment."};
-  }
-  DWORD written = 0;
-  const BOOL done =
-      WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
-  CloseHandle(file);
-  if (!done) throw HostError{STG_E_MEDIUMFULL, L"Cannot save the attachment."};
-}
-
 const Interface& AttachmentObject::Table() {
   using Self = AttachmentObject;
   static const Interface table =
       InterfaceOf<Self>(L"Attachment", kAttachmentId)
-          .Get(L"Parent", 113, [](Self& self) { return self.Parent(); })
           .Get(L"DisplayName", 12289, [](Self& self) { return Variant::Text(self.Data().name); })
           .Get(L"FileName", 14084, [](Self& self) { return Variant::Text(self.Data().name); })
           .Get(L"Index", 91,
                [](Self& self) { return Variant::Long(static_cast<long>(self.position) + 1); })
-          .NotPlayed(L"PathName", 14088, Kind::kGet)
-          .NotPlayed(L"Position", 114, Kind::kGet)
           .Get(L"Type", 14085, [](Self&) { return Variant::Long(1); })
-          .NotPlayed(L"Delete", 105, Kind::kMethod)
-          .Method(L"SaveAsFile", 104, {Param::kText}, SaveAttachment)
           .Done();
   return table;
 }
@@ -131,12 +112,6 @@ const Interface& AttachmentsObject::Table() {
                   })
           .Method(L"Add", 101, {Param::kAny, Param::kOptional, Param::kOptional, Param::kOptional},
                   AddAttachment)
-          .Method(L"Remove", 84, {Param::kLong},
-                  [](Self& self, const Arguments& arguments) {
-                    const std::size_t at = position(self, arguments);
-                    auto& all = self.item->Change().attachments;
-                    all.erase(all.begin() + static_cast<std::ptrdiff_t>(at));
-                  })
           .Done();
   return table;
 }
@@ -162,14 +137,8 @@ const Interface& RecipientObject::Table() {
   using Self = RecipientObject;
   static const Interface table =
       InterfaceOf<Self>(L"Recipient", kRecipientId)
-          .Get(L"Parent", 109, [](Self& self) { return self.Parent(); })
-          .Get(L"Address", 12291, [](Self& self) { return Variant::Text(self.Data().address); })
-          .NotPlayed(L"AddressEntry", 121, Kind::kGet)
-          .Get(L"DisplayType", 14592, [](Self&) { return Variant::Long(0); })
-          .NotPlayed(L"EntryID", 61470, Kind::kGet)
           .Get(L"Index", 91,
                [](Self& self) { return Variant::Long(static_cast<long>(self.position) + 1); })
-          .Get(L"Name", 12289, [](Self& self) { return Variant::Text(self.Data().name); })
           .Get(L"Resolved", 100, [](Self&) { return Variant::Bool(true); })
           .Get(L"Type", 3093,
                [](Self& self) { return Variant::Long(static_cast<long>(self.Data().kind)); })
@@ -181,8 +150,6 @@ const Interface& RecipientObject::Table() {
                  self.item->Change().recipients[self.position].kind =
                      static_cast<RecipientKind>(kind);
                })
-          .NotPlayed(L"Delete", 110, Kind::kMethod)
-          .Method(L"Resolve", 113, {}, [](Self&) { return Variant::Bool(true); })
           .Done();
   return table;
 }
@@ -221,13 +188,6 @@ const Interface& RecipientsObject::Table() {
                     all.push_back({RecipientKind::kTo, name, name});
                     return Variant::Object(Make<RecipientObject>(self.item, all.size() - 1));
                   })
-          .Method(L"Remove", 84, {Param::kLong},
-                  [](Self& self, const Arguments& arguments) {
-                    const std::size_t at = position(self, arguments);
-                    auto& all = self.item->Change().recipients;
-                    all.erase(all.begin() + static_cast<std::ptrdiff_t>(at));
-                  })
-          .Method(L"ResolveAll", 126, {}, [](Self&) { return Variant::Bool(true); })
           .Done();
   return table;
 }

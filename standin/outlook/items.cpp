@@ -49,13 +49,6 @@ auto PutNames(RecipientKind kind) {
   };
 }
 
-Variant Date(ItemObject& self) { return Variant::Date(ModelDate(self.Data().date)); }
-
-Variant ReceivedTime(ItemObject& self) {
-  const std::optional<FILETIME> date = self.Data().date;
-  return Variant::Date(ModelDate(self.item->Sent() ? date : std::nullopt));
-}
-
 void SetSubject(ItemObject& self, const Arguments& arguments) {
   self.item->Change().subject = arguments.Text(0);
   if (const auto inspector = self.Owner().Find(*self.item)) inspector->Changed();
@@ -66,37 +59,19 @@ void CloseItem(ItemObject& self) {
   if (const auto inspector = self.Owner().Find(*self.item)) self.Owner().Close(*inspector, true);
 }
 
-long Size(const MessageData& message) {
-  std::size_t size = (message.subject.size() + message.body.size() + message.html.size()) * 2;
-  for (const AttachmentData& attachment : message.attachments) size += attachment.bytes.size();
-  return static_cast<long>(size);
-}
-
 // The members that have the same numbers on every kind of item.
 InterfaceOf<ItemObject> Common(const wchar_t* name, const GUID& id) {
   InterfaceOf<ItemObject> table(name, id);
   table
-      .Get(L"Application", 61440,
-           [](ItemObject& self) { return Variant::Object(MakeApplicationObject(self.Owner())); })
       .Get(L"Class", 61450,
            [](ItemObject& self) {
              self.Data();
              return Variant::Long(self.item->Class());
            })
-      .Get(L"Session", 61451,
-           [](ItemObject& self) { return Variant::Object(MakeNameSpaceObject(self.Owner())); })
-      .NotPlayed(L"Parent", 61441, Kind::kGet)
       .Get(L"Body", 37120, Text(&MessageData::body))
       .Put(L"Body", 37120, Param::kText,
            [](ItemObject& self, const Arguments& arguments) {
              self.item->SetBody(arguments.Text(0));
-           })
-      .Get(L"CreationTime", 12295, Date)
-      .Get(L"LastModificationTime", 12296, Date)
-      .Get(L"EntryID", 61470,
-           [](ItemObject& self) {
-             self.Data();
-             return Variant::Text(self.item->EntryId());
            })
       .Get(L"GetInspector", 61502,
            [](ItemObject& self) {
@@ -105,20 +80,7 @@ InterfaceOf<ItemObject> Common(const wchar_t* name, const GUID& id) {
            })
       .Get(L"MessageClass", 26, Text(&MessageData::messageClass))
       .Put(L"MessageClass", 26, Param::kText, PutText(&MessageData::messageClass))
-      .Get(L"Saved", 61603,
-           [](ItemObject& self) {
-             self.Data();
-             return Variant::Bool(self.item->Saved());
-           })
-      .Get(L"Size", 3592, [](ItemObject& self) { return Variant::Long(Size(self.Data())); })
       .Method(L"Close", 61475, {Param::kLong}, CloseItem)
-      .NotPlayed(L"Copy", 61490, Kind::kMethod)
-      .NotPlayed(L"Delete", 61514, Kind::kMethod)
-      .Method(L"Display", 61606, {Param::kOptional},
-              [](ItemObject& self) {
-                self.Data();
-                self.Owner().Open(self.item, Editor::kFromMessage);
-              })
       .Method(L"Save", 61512, {}, [](ItemObject& self) { self.item->Save(); })
       .Method(L"SaveAs", 61521, {Param::kText, Param::kOptional},
               [](ItemObject& self, const Arguments& arguments) {
@@ -145,16 +107,12 @@ Interface MailTable() {
       .Put(L"BCC", 3586, Param::kText, PutNames(RecipientKind::kBcc))
       .Get(L"To", 3588, Names(RecipientKind::kTo))
       .Put(L"To", 3588, Param::kText, PutNames(RecipientKind::kTo))
-      .NotPlayed(L"ConversationTopic", 112, Kind::kGet)
       .Get(L"HTMLBody", 62468,
            [](ItemObject& self) { return Variant::Text(self.item->HtmlBody()); })
       .Put(L"HTMLBody", 62468, Param::kText,
            [](ItemObject& self, const Arguments& arguments) {
              self.item->SetHtmlBody(arguments.Text(0));
            })
-      .NotPlayed(L"MAPIOBJECT", 61696, Kind::kGet)
-      .Get(L"ReceivedTime", 3590, ReceivedTime)
-      .Get(L"SentOn", 57, ReceivedTime)
       .Get(L"Recipients", 63508,
            [](ItemObject& self) {
              self.Data();
@@ -167,11 +125,6 @@ Interface MailTable() {
              self.Data();
              return Variant::Bool(self.item->Sent());
            })
-      .Get(L"Submitted", 62467,
-           [](ItemObject& self) {
-             self.Data();
-             return Variant::Bool(false);
-           })
       .Get(L"UnRead", 61468,
            [](ItemObject& self) {
              self.Data();
@@ -182,7 +135,6 @@ Interface MailTable() {
              self.Data();
              self.item->SetUnRead(arguments.Bool(0));
            })
-      .NotPlayed(L"Move", 61492, Kind::kMethod, {Param::kObject})
       .Method(L"Send", 61557, {}, [](ItemObject& self) { self.item->Send(); })
       .Get(L"BodyFormat", 64073,
            [](ItemObject& self) {
@@ -204,16 +156,8 @@ Interface MailTable() {
              }
            })
       .Since(10)
-      .Get(L"InternetCodepage", 16350,
-           [](ItemObject& self) {
-             self.Data();
-             return Variant::Long(CP_UTF8);
-           })
-      .Since(10)
       .Get(L"SenderEmailAddress", 3103, Text(&MessageData::senderAddress))
-      .Since(11)
-      .NotPlayed(L"PropertyAccessor", 64253, Kind::kGet)
-      .Since(12);
+      .Since(11);
   return table.Done();
 }
 
@@ -266,17 +210,6 @@ ComPtr<IDispatch> MakeItemObject(const std::shared_ptr<Item>& item) {
 std::vector<Variant> ItemArgument(Item& item) {
   std::vector<Variant> result;
   result.push_back(Variant::Object(MakeItemObject(item.shared_from_this())));
-  return result;
-}
-
-double ModelDate(const std::optional<FILETIME>& time) {
-  constexpr double kNoDate = 949998.0;  // 1 January 4501
-  FILETIME local;
-  SYSTEMTIME parts;
-  double result = kNoDate;
-  if (time && FileTimeToLocalFileTime(&*time, &local) && FileTimeToSystemTime(&local, &parts)) {
-    SystemTimeToVariantTime(&parts, &result);
-  }
   return result;
 }
 

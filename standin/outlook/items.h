@@ -18,7 +18,4 @@ std::vector<Variant> ItemArgument(Item& item);
 ComPtr<IDispatch> MakeAttachmentsObject(const std::shared_ptr<Item>& item);
 ComPtr<IDispatch> MakeRecipientsObject(const std::shared_ptr<Item>& item);
 
-// A time of the object model: local, or 1 January 4501 for none.
-double ModelDate(const std::optional<FILETIME>& time);
-
 }  // namespace standin

@@ -33,7 +33,6 @@ class Session final : public Runtime, public std::enable_shared_from_this<Sessio
   std::wstring VersionText() const;
   const std::shared_ptr<EventHub>& ApplicationEvents() const { return applicationEvents_; }
   const std::shared_ptr<EventHub>& InspectorsEvents() const { return inspectorsEvents_; }
-  unsigned NextEntry() { return ++lastEntry_; }
 
   std::shared_ptr<Item> NewItem(ItemKind kind, MessageData message, bool sent);
 
@@ -87,7 +86,6 @@ class Session final : public Runtime, public std::enable_shared_from_this<Sessio
   std::vector<std::wstring> sentFiles_;
   std::vector<MessageData> sentMessages_;
   std::vector<std::shared_ptr<AddIn>> addIns_;
-  unsigned lastEntry_ = 0;
 };
 
 }  // namespace standin

@@ -47,13 +47,6 @@ Variant Variant::Bool(bool value) {
   return result;
 }
 
-Variant Variant::Date(double value) {
-  Variant result;
-  V_VT(&result.value_) = VT_DATE;
-  V_DATE(&result.value_) = value;
-  return result;
-}
-
 Variant Variant::Text(const std::wstring& value) {
   Variant result;
   V_BSTR(&result.value_) = SysAllocStringLen(value.data(), static_cast<UINT>(value.size()));

@@ -40,7 +40,6 @@ class Variant {
 
   static Variant Long(long value);
   static Variant Bool(bool value);
-  static Variant Date(double value);
   static Variant Text(const std::wstring& value);
   static Variant Object(ComPtr<IDispatch> value);  // empty is Nothing
   static Variant Unknown(ComPtr<IUnknown> value);
