@@ -7,6 +7,20 @@
 
 namespace postrove {
 
+namespace {
+
+// How surely a row is the current project: by its key, by both of its texts, by the one that is
+// known. 0: it is another one.
+int Likeness(const Project& row, const Project& current) {
+  if (current.number.empty() && text::IsBlank(current.name)) return 0;
+  if (current.id != 0 && row.id == current.id) return 3;
+  const bool named = row.name == current.name;
+  if (row.number == current.number) return named ? 2 : !current.number.empty();
+  return named && current.number.empty() && current.id == 0;
+}
+
+}  // namespace
+
 std::wstring ItemText(const Project& project) {
   if (project.number.empty()) return project.name;
   constexpr std::wstring_view kBetween = L": ";
@@ -20,11 +34,13 @@ void FillProjectCombo(forms::Control& combo, const std::vector<Project>& project
   std::vector<std::wstring> items;
   items.reserve(projects.size());
   int selected = -1;
+  int best = 1;
   for (const Project& project : projects) {
-    const bool shown = current.number.empty()
-                           ? project.name == current.name && !text::IsBlank(current.name)
-                           : project.number == current.number;
-    if (shown) selected = static_cast<int>(items.size());
+    const int likeness = Likeness(project, current);
+    if (likeness >= best) {
+      best = likeness;
+      selected = static_cast<int>(items.size());
+    }
     items.push_back(ItemText(project));
   }
   if (items.empty()) items.push_back(ItemText(current));

@@ -12,8 +12,9 @@ namespace postrove {
 // An item or the text of the box: "name: number", the name alone without a number.
 std::wstring ItemText(const Project& project);
 
-// Lists the projects and selects the last one with the number of `current`, or with its name when
-// it has no number. An empty list shows one item that stands for no project.
+// Lists the projects and selects `current`: the row with its key, else the last one with its number
+// and name, with its number, or, when it has neither key nor number, with its name. An empty list
+// shows one item that stands for no project.
 void FillProjectCombo(forms::Control& combo, const std::vector<Project>& projects,
                       const Project& current);
 

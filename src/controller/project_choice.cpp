@@ -75,7 +75,10 @@ bool ProjectChoice::AskToAddProject() const {
 
 void ProjectChoice::AddTemporaryProject() {
   Project& current = filing_.project;
-  current.filePath = text::NormaliseFolder(FolderOfNumber(data_.settings, current.number));
+  // One that had a row keeps its folder: the list may only be out of reach for a moment.
+  if (current.id == 0) {
+    current.filePath = text::NormaliseFolder(FolderOfNumber(data_.settings, current.number));
+  }
   std::vector<Project>& list = data_.projects.ProjectList;
   list.push_back({current.number, current.name, current.filePath, false, 0, true});
   if (!form_.IsUnloaded()) AppendToProjectCombo(form_.cboPostrove, list);
@@ -180,9 +183,9 @@ void ProjectChoice::EditProject() {
 
 void ProjectChoice::OpenProjectInfo(ProjInfoMode mode, const Project& proposal) {
   filing_.saveAsName = form_.txtSaveAsName.Text();
+  // Cancelled, it has changed nothing of what is shown here.
   ProjectDialog::Show(data_, utility_, dialogs_, mode, proposal,
-                      {[&](const Project& saved) { ShowSavedProject(saved, mode); },
-                       [&] { ChooseListedProject(form_.cboPostrove.ListIndex()); }});
+                      [&](const Project& saved) { ShowSavedProject(saved, mode); });
   if (!dialogs_.IsOver()) dialogs_.Host().SetFocus(form_.cboPostrove);
 }
 

@@ -15,20 +15,20 @@
 namespace postrove {
 
 ProjectDialog::ProjectDialog(OfficeData& data, clsSharedUtil& utility, DialogStack& dialogs,
-                             ProjInfoMode mode, const Project& proposal, Outcome outcome)
+                             ProjInfoMode mode, const Project& proposal, Saved saved)
     : data_(data),
       utility_(utility),
       dialogs_(dialogs),
       mode_(mode),
       proposal_(proposal),
-      outcome_(std::move(outcome)),
+      saved_(std::move(saved)),
       events_(Listening<forms::frmProjInfoEvents>(*this)),
       form_(std::make_shared<forms::frmProjInfo>(events_)) {}
 
 void ProjectDialog::Show(OfficeData& data, clsSharedUtil& utility, DialogStack& dialogs,
-                         ProjInfoMode mode, const Project& proposal, Outcome outcome) {
+                         ProjInfoMode mode, const Project& proposal, Saved saved) {
   if (dialogs.IsOver()) return;  // Outlook quit during the question
-  ProjectDialog dialog(data, utility, dialogs, mode, proposal, std::move(outcome));
+  ProjectDialog dialog(data, utility, dialogs, mode, proposal, std::move(saved));
   dialog.Fill();
   dialogs.ShowAbove(dialog.form_);
 }
@@ -74,7 +74,6 @@ void ProjectDialog::frmProjInfoEvent_ButtonClicked(int Index) {
       case forms::kProjInfoSave:
         return SaveClicked();
       case forms::kProjInfoCancel:
-        outcome_.cancelled();
         form_->Unload();
         return;
       default:
@@ -101,7 +100,7 @@ void ProjectDialog::SaveClicked() {
     const forms::WaitCursor wait(dialogs_.Host());
     if (!data_.projects.ProjectInfoSave(project, edited)) return;
   }
-  outcome_.saved(project);
+  saved_(project);
   form_->Unload();
 }
 

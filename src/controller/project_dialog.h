@@ -17,16 +17,13 @@ enum class ProjInfoMode { add, addmanual, edit };
 // The project information dialog: adds or edits a project in the database.
 class ProjectDialog final : public forms::frmProjInfoEvents {
  public:
-  // What becomes of it, while the dialog is still shown.
-  struct Outcome {
-    std::function<void(const Project& saved)> saved;
-    std::function<void()> cancelled;
-  };
+  // Is told of a project that was saved, while the dialog is still shown.
+  using Saved = std::function<void(const Project& saved)>;
 
   // Shows the dialog above the save dialog, whether that is shown yet or not, and returns when it
   // is closed. `proposal` is what it begins with.
   static void Show(OfficeData& data, clsSharedUtil& utility, DialogStack& dialogs,
-                   ProjInfoMode mode, const Project& proposal, Outcome outcome);
+                   ProjInfoMode mode, const Project& proposal, Saved saved);
 
   void frmProjInfoEvent_BrowseClicked(int Index) override;
   void frmProjInfoEvent_ButtonClicked(int Index) override;
@@ -36,7 +33,7 @@ class ProjectDialog final : public forms::frmProjInfoEvents {
 
  private:
   ProjectDialog(OfficeData& data, clsSharedUtil& utility, DialogStack& dialogs, ProjInfoMode mode,
-                const Project& proposal, Outcome outcome);
+                const Project& proposal, Saved saved);
 
   void Fill();
   void Mark(int field);
@@ -49,7 +46,7 @@ class ProjectDialog final : public forms::frmProjInfoEvents {
   DialogStack& dialogs_;
   const ProjInfoMode mode_;
   const Project proposal_;
-  const Outcome outcome_;
+  const Saved saved_;
   const std::shared_ptr<forms::frmProjInfoEvents> events_;
   const std::shared_ptr<forms::frmProjInfo> form_;
 };

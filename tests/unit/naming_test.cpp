@@ -136,22 +136,27 @@ TEST(Naming, FillsTheProjectBox) {
   const struct {
     const wchar_t *number, *name;
     int selected;
+    std::int64_t id = 0;
   } cases[] = {
       {L"ab-1", L"", 3},   // by exact letters only
       {L"AB-1", L"x", 0},  // whatever the name
-      {L"aB-1", L"Mill", -1}, {L"", L"Mill", 0}, {L"", L"MILL", -1}, {L"", L"", -1},
+      {L"aB-1", L"Mill", -1}, {L"", L"Mill", 0},    {L"", L"MILL", -1},
+      {L"", L"", -1},         {L"", L"Mill", 1, 8},  // the very row
+      {L"", L"Mill", -1, 99},  // one that left the list is not another one of its name
   };
   for (const auto& one : cases) {
-    FillProjectCombo(form.cboPostrove, kProjects, {one.number, one.name, L""});
+    FillProjectCombo(form.cboPostrove, kProjects, {one.number, one.name, L"", true, one.id});
     EXPECT_EQ(form.cboPostrove.Items(),
               (std::vector<std::wstring>{L"Mill: AB-1", L"\x00DC\x0062\x0065rbau", L"mill: C",
                                          L"Twin: ab-1", L""}));
     EXPECT_EQ(form.cboPostrove.ListIndex(), one.selected) << text::ToUtf8(one.number);
   }
   std::vector<Project> twice = kProjects;
-  twice.push_back(twice[0]);
-  FillProjectCombo(form.cboPostrove, twice, twice[0]);
+  twice.push_back({L"AB-1", L"Annex", L"", true, 12});
+  FillProjectCombo(form.cboPostrove, twice, {L"AB-1", L"x", L""});
   EXPECT_EQ(form.cboPostrove.ListIndex(), 5);  // a later match replaces an earlier one
+  FillProjectCombo(form.cboPostrove, twice, {L"AB-1", L"Mill", L""});
+  EXPECT_EQ(form.cboPostrove.ListIndex(), 0);  // but not a better one
   FillProjectCombo(form.cboPostrove, {}, {L"9", L"Hall", L""});
   EXPECT_EQ(form.cboPostrove.Items(), std::vector<std::wstring>{L"Hall: 9"});
   AppendToProjectCombo(form.cboPostrove, {kProjects[0]});  // in the place of that item

