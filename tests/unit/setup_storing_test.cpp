@@ -1,0 +1,229 @@
+// What the defaults setup dialog stores and moves, and what is left when that fails.
+#include "setup_fixture.h"
+
+namespace postrove::testing {
+namespace {
+
+TEST_F(SetupDialog, DatabaseAndSettingsMoveFromTheirFields) {
+  utility_->AddFile(L"S:\\Taken\\Postrove.mdb", "other rows");
+  utility_->AddFolder(L"S:\\Db");
+  utility_->AddFile(L"S:\\Set\\Postrove.ini", "[Setup]\r\nRoot=P:\\Jobs\\\r\nWorkUnit=Job\r\n");
+  Use([&](forms::frmSetup& setup) {
+    utility_->ExpectMessage(MessageAnswer::No);
+    Enter(setup, 4, L"S:\\Taken");
+    EXPECT_EQ(setup.txtSetup(4).Text(), kFolder);
+    EXPECT_EQ(File(kIni), "(none)");
+    utility_->ExpectMessage(MessageAnswer::No);
+    Enter(setup, 4, L"S:\\Db");
+    EXPECT_EQ(setup.txtSetup(4).Text(), kFolder);
+    EXPECT_EQ(File(kFolder + L"Postrove.mdb"), "rows");
+    EXPECT_EQ(utility_->Messages().back(),
+              (ShownMessage{L"Do you want to move the database from \"" + kFolder +
+                                L"\" to \"S:\\Db\\\"?\r\n\r\nEverybody who uses it will find it "
+                                L"there. Ask them to close Outlook first.",
+                            L"Move the Database", MessageButtons::YesNo, MessageIcon::Question}));
+    utility_->ExpectMessage(MessageAnswer::Yes);
+    utility_->ExpectMessage();
+    Enter(setup, 4, L"S:\\Db");
+    EXPECT_EQ(setup.txtSetup(4).Text(), L"S:\\Db\\");
+    EXPECT_EQ(utility_->Messages().back(),
+              (ShownMessage{L"You have changed the database location to S:\\Db\\.\r\n",
+                            L"Postrove Database Location Changed", MessageButtons::Ok,
+                            MessageIcon::Information}));
+    EXPECT_EQ(File(L"S:\\Db\\Postrove.mdb"), "rows");
+    EXPECT_FALSE(utility_->File(kFolder + L"Postrove.mdb"));
+    EXPECT_EQ(File(kIni), "[Setup]\r\nPostroveDBPath=S:\\Db\\\r\n");
+
+    utility_->ExpectMessage(MessageAnswer::No);
+    Enter(setup, 5, L"S:\\Set");
+    EXPECT_EQ(setup.txtSetup(5).Text(), kFolder);
+    utility_->ExpectMessage(MessageAnswer::Yes);
+    utility_->ExpectBrowse(L"S:\\Db");  // that file does not know where the database went
+    utility_->AddFile(kFolder + L"Away.txt");
+    Enter(setup, 5, L"S:\\Set");
+    EXPECT_EQ(setup.txtSetup(5).Text(), L"S:\\Set\\");
+    EXPECT_EQ(setup.txtSetup(0).Text(), L"P:\\Jobs\\");
+    EXPECT_EQ(setup.cboWorkType.Text(), L"Job");
+    EXPECT_EQ(setup.lblDelimLabel(1).Text(), L"<Job>");
+
+    // Back again: as well a question, which tells whose letter it is.
+    utility_->SetDriveType(L"C:\\", DriveKind::Network);
+    utility_->ExpectMessage(MessageAnswer::No);
+    Enter(setup, 5, kFolder);
+    EXPECT_EQ(setup.txtSetup(5).Text(), L"S:\\Set\\");
+    EXPECT_EQ(
+        utility_->Messages().back(),
+        (ShownMessage{L"Do you want to move the settings from \"S:\\Set\\\" to \"" + kFolder +
+                          L"\"?\r\n\r\nThey are kept there from now on.\r\n\r\nC: is a network "
+                          L"drive: everybody who uses that folder needs this letter for it.",
+                      L"Move the Settings", MessageButtons::YesNo, MessageIcon::Question}));
+  });
+  EXPECT_NE(File(kIni).find("PostroveSettingsPath=S:\\Set\\\r\n"), std::string::npos);
+}
+
+// The way back to settings that are gone is another folder, or the old one when it is there again.
+TEST_F(SetupDialog, SettingsThatCannotBeReadAreNotStoredOver) {
+  const std::wstring far = L"S:\\Set\\Postrove.ini";
+  enum { Stays, Back, LocalAgain };
+  for (const int what : {Stays, Back, LocalAgain}) {
+    SCOPED_TRACE(what);
+    Renew();
+    utility_->AddFile(kIni, "[Setup]\r\nPostroveSettingsPath=S:\\Set\\\r\nRoot=P:\\Jobs\\\r\n");
+    utility_->AddFolder(L"S:\\Set");
+    utility_->ExpectMessage();
+    Use([&](forms::frmSetup& setup) {
+      EXPECT_EQ(setup.txtSetup(0).Text() + L"|" + setup.txtSetup(5).Text(), L"|S:\\Set\\");
+      utility_->ExpectMessage();
+      Enter(setup, 0, L"P:\\Jobs");
+      EXPECT_EQ(setup.txtSetup(0).Text(), L"");
+      EXPECT_FALSE(utility_->File(far));
+      if (what == Back) {
+        utility_->AddFile(far, "[Setup]\r\nRoot=P:\\\r\n");
+        utility_->ExpectMessage();
+        Enter(setup, 0, L"P:\\Jobs");
+      } else if (what == LocalAgain) {
+        utility_->ExpectMessage(MessageAnswer::Yes);  // whether to move
+        Enter(setup, 5, kFolder);
+      }
+      const wchar_t* const shown[] = {L"", L"P:\\", L"P:\\Jobs\\"};
+      EXPECT_EQ(setup.txtSetup(0).Text(), shown[what]);
+    });
+    EXPECT_EQ(File(far), what == Back ? "[Setup]\r\nRoot=P:\\\r\n" : "(none)");
+  }
+}
+
+// Whatever file operation fails: the database is somewhere whole, the dialog shows what is in force
+// and works on.
+TEST_F(SetupDialog, FailingFilesLoseNothing) {
+  const struct {
+    int field;
+    const wchar_t* text;
+  } cases[] = {{0, L"P:\\Jobs"}, {1, L"_"},       {4, L"P:\\Jobs"},
+               {5, L"P:\\Jobs"}, {6, L"Landing"}, {forms::kSetupSharing, L""}};
+  for (const auto& one : cases) {
+    int operations = 1;
+    for (int n = 0; n <= operations; ++n) {
+      SCOPED_TRACE(::testing::Message() << "field " << one.field << ", operation " << n);
+      Renew();
+      utility_->AddFile(kIni, "[Setup]\r\nUseQuillion=0\r\nRoot=C:\\\r\n");
+      utility_->AddFolder(kQuillion);
+      product_->Start();
+      utility_->AnswerTheRest(MessageAnswer::Yes);
+      Use([&](forms::frmSetup& setup) {
+        const int before = utility_->FileOperations();
+        if (n > 0) utility_->FailFileOperation(n);
+        if (one.field == forms::kSetupSharing) {
+          setup.optDbType(forms::kSetupSiblingDb).UserClicked();
+        } else {
+          // The first operation looks for the folder.
+          const bool asked = n == 1 && text::IsRootedPath(one.text);
+          if (asked) ExpectFolderQuestion(L"", 1);
+          Enter(setup, one.field, one.text);
+          if (asked) Field(setup, one.field).UserLeft();
+        }
+        if (n == 0) operations = utility_->FileOperations() - before;
+        EXPECT_EQ(setup.optDbType(forms::kSetupSiblingDb).Checked(), Current().UseQuillion());
+        EXPECT_EQ(setup.txtSetup(5).Visible(), !Current().UseQuillion());
+        if (!Current().UseQuillion() && one.field != 1) {
+          EXPECT_EQ(setup.txtSetup(0).Text(), Current().Root);
+          EXPECT_EQ(setup.txtSetup(4).Text(), product_->database->DBPath);
+          EXPECT_EQ(setup.cboWorkType.Text(), Current().WorkUnit);
+        }
+      });
+      EXPECT_TRUE(File(kFolder + L"Postrove.mdb") == "rows" ||
+                  File(L"P:\\Jobs\\Postrove.mdb") == "rows");
+      EXPECT_TRUE(File(kIni).starts_with("[Setup]\r\nUseQuillion="));
+      if (n == 0) {
+        EXPECT_TRUE(operations > 3);
+      }
+    }
+  }
+}
+
+// The local file names the new place before the old file does: whoever starts next finds settings.
+TEST_F(SetupDialog, SettingsThatMoveAreNamedByTheLocalFileFirst) {
+  const std::string far = "[Setup]\r\nRoot=P:\\Jobs\\\r\n";
+  int operations = 1;
+  for (int n = 0; n <= operations; ++n) {
+    SCOPED_TRACE(n);
+    Renew();
+    utility_->AddFile(kIni, "[Setup]\r\nPostroveSettingsPath=S:\\Set\\\r\n");
+    utility_->AddFile(L"S:\\Set\\Postrove.ini", far);
+    utility_->AddFolder(L"S:\\New");
+    utility_->AnswerTheRest(MessageAnswer::Yes);
+    product_->Start();
+    product_->Data().projects.GetProjectList();
+    const int before = utility_->FileOperations();
+    if (n > 0) utility_->FailFileOperation(n);
+    product_->Data().PostroveDefaultsSave(5, L"S:\\New");
+    if (n == 0) operations = utility_->FileOperations() - before;
+    const bool local = File(kIni) == "[Setup]\r\nPostroveSettingsPath=S:\\New\\\r\n";
+    EXPECT_TRUE(local || File(L"S:\\Set\\Postrove.ini") == far);
+    EXPECT_TRUE(File(local ? L"S:\\New\\Postrove.ini" : L"S:\\Set\\Postrove.ini").starts_with(far));
+  }
+}
+
+TEST_F(SetupDialog, OwnAndSharedDatabase) {
+  const std::wstring shared = kQuillion + L"\\Qulln.txt";
+  utility_->AddFile(shared,
+                    "[FilePathsPrj]\r\n1=S:\\Prj\r\n[Setup]\r\nSubjDelim=##\r\n"
+                    "EmailFolder=Mail\\\r\n");
+  utility_->AddFile(kFolder + L"Postrove.cnt",
+                    "2\r\nh\r\n[Form]\r\no|own\r\ns|shared\r\n[Form]\r\n");
+  const auto check = [](forms::frmSetup& setup, bool sibling) {
+    SCOPED_TRACE(sibling);
+    EXPECT_EQ(setup.rtfFieldHints.Text(), sibling ? L"Hint:\r\nshared" : L"Hint:\r\nown");
+    EXPECT_EQ(setup.optDbType(forms::kSetupSiblingDb).Checked(), sibling);
+    for (const int field : {0, 4}) {
+      EXPECT_EQ(setup.txtSetup(field).Locked(), sibling);
+      EXPECT_EQ(setup.txtSetup(field).BackColor(),
+                sibling ? forms::kSystemButtonFace : forms::kSystemWindow);
+    }
+    EXPECT_EQ(setup.cmdBrowse(forms::kSetupBrowseServerFolder).Visible(), !sibling);
+    EXPECT_EQ(setup.cmdBrowse(forms::kSetupBrowseDatabase).Visible(), !sibling);
+    EXPECT_EQ(setup.txtSetup(5).Visible(), !sibling);
+    EXPECT_EQ(setup.txtSetup(0).Text(), sibling ? L"S:\\Prj\\" : L"C:\\");
+    EXPECT_EQ(setup.txtSetup(2).Text(), sibling ? L"##" : L"=>");
+    EXPECT_EQ(setup.txtSetup(3).Text(), sibling ? L"Mail\\" : L"Corr_Out\\");
+  };
+  Use(
+      [&](forms::frmSetup& setup) {
+        check(setup, true);
+        EXPECT_EQ(File(kIni), "(none)") << "opening it stored something";
+        setup.optDbType(forms::kSetupOwnDb).UserClicked();
+        check(setup, false);
+        EXPECT_EQ(File(kIni), "[Setup]\r\nUseQuillion=0\r\n");
+        setup.optDbType(forms::kSetupSiblingDb).UserClicked();
+        check(setup, true);
+        Enter(setup, 1, L"_");
+        setup.txtSetup(0).UserEntered();
+        utility_->SetReadOnly(kIni);
+        utility_->ExpectMessage();
+        setup.optDbType(forms::kSetupOwnDb).UserClicked();
+        check(setup, true);
+        EXPECT_TRUE(Current().UseQuillion());
+        utility_->AddFile(kIni, File(kIni));
+        setup.optDbType(forms::kSetupOwnDb).UserClicked();
+        check(setup, false);
+      },
+      [&](forms::frmPostrove& save) {
+        EXPECT_TRUE(save.cmdPostrove(forms::kAddProjectButton).Visible());
+        EXPECT_EQ(save.lblFormTitle.Place().left, save.lblProjectLabel.Place().left);
+        EXPECT_EQ(save.txtSaveFolder.Text(), L"C:\\Corr_Out\\");
+        EXPECT_EQ(save.cboPostrove.Text(), L"");  // that project was Quillion's
+      },
+      [](forms::frmPostrove& save) {
+        EXPECT_FALSE(save.cmdPostrove(forms::kAddProjectButton).Visible());
+        EXPECT_EQ(save.lblFormTitle.Place(), (forms::Box{1620, 195, 6870, 330}));
+        EXPECT_EQ(save.lblWebSite.Place(), (forms::Box{1620, 4425, 3300, 240}));
+        save.cboPostrove.UserPicked(0);
+        EXPECT_EQ(save.txtSaveFolder.Text(), L"S:\\Prj\\2231\\Mail\\");
+      });
+  EXPECT_EQ(File(kIni), "[Setup]\r\nUseQuillion=0\r\n");
+  EXPECT_EQ(File(shared),
+            "[FilePathsPrj]\r\n1=S:\\Prj\r\n[Setup]\r\nSubjDelim=##\r\nEmailFolder=Mail\\\r\n"
+            "ProjDelim=_\r\n");
+}
+
+}  // namespace
+}  // namespace postrove::testing
