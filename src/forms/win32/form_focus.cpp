@@ -7,6 +7,16 @@
 // Where the focus of a dialog is, and what its keys do.
 namespace postrove::forms {
 
+// The second half of a double press was meant for what opened the dialog: nobody can have read the
+// question that it would answer.
+bool FormWindow::IsSecondPress(const MSG& message) const {
+  const bool enter = byEnter_ && message.message == WM_KEYDOWN && message.wParam == VK_RETURN;
+  const bool click =
+      aboveForm_ && (message.message == WM_LBUTTONDOWN || message.message == WM_LBUTTONDBLCLK);
+  if (!(enter || click) || !IsChild(window_, message.hwnd)) return false;
+  return static_cast<LONG>(message.time - shown_) < static_cast<LONG>(GetDoubleClickTime());
+}
+
 bool FormWindow::IsKeyOfDialog(MSG& message) {
   if (message.hwnd != window_ && !IsChild(window_, message.hwnd)) {
     return IsDialogMessageW(window_, &message);

@@ -76,6 +76,9 @@ void FormWindow::Show() {
   PostMessageW(window_, kFormActivated, 0, 0);
   ShowWindow(window_, SW_SHOW);
   RestoreFocus();
+  byEnter_ = GetKeyState(VK_RETURN) < 0;
+  aboveForm_ = IsForm(owner);
+  shown_ = GetTickCount();
 }
 
 void FormWindow::CreateControls() {
@@ -97,7 +100,7 @@ void FormWindow::Run() {
     const BOOL got = GetMessageW(&message, nullptr, 0, 0);
     if (got == 0) PostQuitMessage(static_cast<int>(message.wParam));
     if (got <= 0) break;
-    if (IsKeyOfDialog(message)) continue;
+    if (IsSecondPress(message) || IsKeyOfDialog(message)) continue;
     TranslateMessage(&message);
     DispatchMessageW(&message);
   }

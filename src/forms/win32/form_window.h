@@ -70,6 +70,7 @@ class FormWindow final : public FormView {
 
   // Where the focus is, and what the keys do (form_focus.cpp).
   ControlWindow* ButtonFor(bool Control::*role) const;
+  bool IsSecondPress(const MSG& message) const;
   bool IsKeyOfDialog(MSG& message);
   void MoveFocus(bool back);
   void RestoreFocus();
@@ -104,6 +105,9 @@ class FormWindow final : public FormView {
   Accessibility accessibility_;
   ControlWindow* told_ = nullptr;  // the control whose focus the model knows of
   HWND lastFocus_ = nullptr;       // where the focus returns when the window is activated
+  DWORD shown_ = 0;                // when, in milliseconds
+  bool byEnter_ = false;           // the key was down then
+  bool aboveForm_ = false;         // a form opened it
   bool activationPending_ = false;
   bool sized_ = false;  // the user changed the size
 };

@@ -99,6 +99,45 @@ TEST_F(FormModal, SurvivesTheDestructionOfItsOwner) {
   }
 }
 
+// Enter pressed twice, or a double click: the second half would answer what nobody has read.
+TEST_F(FormModal, TheSecondHalfOfADoublePressAnswersNoQuestion) {
+  OwnerWindow outlook;
+  frmPostrove outer({});
+  frmFolderMessage inner({});
+  EventLog events;
+  Record(outer, events);
+  Record(inner, events);
+  outer.cmdPostrove(kMainButton).onClick = [&] {
+    BYTE keys[256] = {};
+    keys[VK_RETURN] = 0x80;  // down
+    SetKeyboardState(keys);
+    host->ShowModal(inner);
+    keys[VK_RETURN] = 0;
+    SetKeyboardState(keys);
+    outer.Unload();
+  };
+  const UINT usual = GetDoubleClickTime();
+  SetDoubleClickTime(5000);  // however slow the machine is
+  const DialogUser user([&] {
+    const Dialog dialog(L"Postrove");
+    dialog.Click(outer.cmdPostrove(kMainButton));
+    const Dialog question(inner.Caption());
+    const HWND ok = question.Item(inner.cmdFolderMessage(0));
+    question.Press(inner.txtFolderMessage(1), VK_RETURN);
+    PostMessageW(ok, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(3, 4));
+    PostMessageW(ok, WM_LBUTTONUP, 0, MAKELPARAM(3, 4));
+    question.Type(inner.txtFolderMessage(1), L"x");
+    WaitFor("what was typed, or an answer", [&] {
+      return events.Has("txtFolderMessage1 change x") || events.Has("cmdFolderMessage0 click");
+    });
+    question.Click(inner.cmdFolderMessage(1));
+    question.WaitForEnd();
+  });
+  host->ShowModal(outer);
+  SetDoubleClickTime(usual);
+  EXPECT_FALSE(events.Has("cmdFolderMessage0 click"));
+}
+
 TEST_F(FormModal, EndsWhenItsWindowIsDestroyedByOthers) {
   for (const bool within : {false, true}) {
     SCOPED_TRACE(within ? "within an event" : "outside of one");
