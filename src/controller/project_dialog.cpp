@@ -7,7 +7,7 @@
 #include "controller/handler.h"
 #include "controller/required_fields.h"
 #include "data/label_places.h"
-#include "forms/kit/guards.h"
+#include "forms/kit/wait_cursor.h"
 #include "forms/web_site.h"
 #include "shared/file_name.h"
 #include "shared/text.h"

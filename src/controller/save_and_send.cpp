@@ -6,7 +6,7 @@
 #include "controller/letters.h"
 #include "controller/message_changes.h"
 #include "controller/message_name.h"
-#include "forms/kit/guards.h"
+#include "forms/kit/wait_cursor.h"
 #include "outlook/IclsOutlook.h"
 #include "outlook/office/ids.h"
 #include "shared/raised.h"
