@@ -213,7 +213,9 @@ void ProjectChoice::FindAgain() {
            (one.id != 0 || one.name == current.name);
   });
   if (row != list.end()) return SelectProject(*row);
-  if (current.number.empty()) return;
+  // A row that nobody can look for now is not one that is gone.
+  const bool outOfReach = current.id != 0 && !data_.projects.ListIsKnown();
+  if (current.number.empty() || outOfReach) return;
   {
     // The question may bring the project dialog, which looks at the list.
     const Raised filling(filling_);

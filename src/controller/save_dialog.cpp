@@ -187,6 +187,12 @@ void SaveDialog::frmPostroveEvent_SaveAsNameGotFocus() {
          [this] { ShowHint(*form_, data_.labels, labels::kNameHint); });
 }
 
+// Another project that is chosen then leaves the name alone.
+void SaveDialog::frmPostroveEvent_SaveAsNameLostFocus() {
+  Handle(utility_, *form_, L"frmPostroveEvent_SaveAsNameLostFocus()",
+         [this] { filing_.saveAsName = form_->txtSaveAsName.Text(); });
+}
+
 void SaveDialog::frmPostroveEvent_SaveFolderGotFocus() {
   Handle(utility_, *form_, L"frmPostroveEvent_SaveFolderGotFocus()",
          [this] { ShowHint(*form_, data_.labels, labels::kFolderHint); });

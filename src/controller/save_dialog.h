@@ -43,6 +43,7 @@ class SaveDialog final : public forms::frmPostroveEvents {
   void frmPostroveEvent_ProjectComboLostFocus() override;
   void frmPostroveEvent_SaveAsNameChanged() override;
   void frmPostroveEvent_SaveAsNameGotFocus() override;
+  void frmPostroveEvent_SaveAsNameLostFocus() override;
   void frmPostroveEvent_SaveFolderChanged() override;
   void frmPostroveEvent_SaveFolderGotFocus() override;
   void frmPostroveEvent_WebLabelClick(const std::wstring& Caption) override;

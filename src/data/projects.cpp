@@ -55,8 +55,9 @@ constexpr std::size_t kFields = 5;
 
 void Projects::GetProjectList() {
   ProjectList.clear();
+  listIsKnown_ = false;
   if (!location_.IsFound()) return;
-  Reporting(utility_, L"clsPostrove", L"GetProjectList()", [this] {
+  listIsKnown_ = Reporting(utility_, L"clsPostrove", L"GetProjectList()", [this] {
     std::vector<Project> list;  // a failure can come after some rows
     database_.ReadRecordset(sql::ListProjects(database_.DbType), [&list](Row& row) {
       if (row.size() < kFields) {

@@ -31,6 +31,9 @@ class Projects {
   // Reads the project list; without a database, or after a failure, which is reported, it is empty.
   void GetProjectList();
 
+  // True when the last reading succeeded: then what the list lacks is not in the database.
+  bool ListIsKnown() const { return listIsKnown_; }
+
   // The same, for a project that was written just now: temporary projects stay in the list, behind
   // the others, and the very row that was written is answered, since another one may have its
   // number. Where the list does not show it, an active one is added to it.
@@ -56,6 +59,7 @@ class Projects {
   clsSharedUtil& utility_;
   const DatabaseLocation& location_;
   const Settings& settings_;
+  bool listIsKnown_ = false;
 };
 
 }  // namespace postrove

@@ -321,11 +321,14 @@ TEST_F(Filing, TheProjectBoxCompletesWhatIsTyped) {
   Open(true);
   Click([this](forms::frmPostrove& dialog) {
     forms::Control& box = dialog.cboPostrove;
+    dialog.txtSaveAsName.UserTyped(L"Mine", 4, 0);
+    dialog.txtSaveAsName.UserLeft();
     for (const wchar_t c : std::wstring(L"mi")) EXPECT_TRUE(box.UserPressed(c));
     EXPECT_EQ(box.Text(), L"Mill Street: 2231");
     EXPECT_EQ(box.SelectionStart(), 2);
     EXPECT_EQ(box.SelectionLength(), 15);
     EXPECT_EQ(dialog.txtSaveFolder.Text(), L"C:\\Corr_Out\\");
+    EXPECT_EQ(dialog.txtSaveAsName.Text(), L"Mine");
     EXPECT_FALSE(box.UserPressed(L'x'));
     EXPECT_TRUE(box.UserPressed(13));
     EXPECT_EQ(product_->forms->actions.back(), L"tab frmPostrove");

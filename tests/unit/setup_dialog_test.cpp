@@ -250,8 +250,8 @@ TEST_F(SetupDialog, BrowsedFoldersAreCheckedAndStoredAtOnce) {
 }
 
 TEST_F(SetupDialog, WhatTheUserEnteredInTheSaveDialogStays) {
-  enum { kOwn, kListed, kNumberless, kDouble, kGone };
-  for (const int what : {kOwn, kListed, kNumberless, kDouble, kGone}) {
+  enum { kOwn, kListed, kNumberless, kDouble, kGone, kUnread };
+  for (const int what : {kOwn, kListed, kNumberless, kDouble, kGone, kUnread}) {
     SCOPED_TRACE(what);
     Renew();
     const bool own = what == kOwn;
@@ -263,21 +263,26 @@ TEST_F(SetupDialog, WhatTheUserEnteredInTheSaveDialogStays) {
                                   {{L"7", L"Annex", L"", true, std::int64_t{8}},
                                    {L"7", L"Wing", L"", true, std::int64_t{9}}});
     }
-    if (what == kGone) {  // or out of reach for a moment
+    if (what == kGone || what == kUnread) {
       product_->database->SetRows(sql::ListProjects(L"Access"),
                                   {{L"9", L"Hall", L"D:\\Hall", true, std::int64_t{8}}});
-      utility_->ExpectMessage(MessageAnswer::No);
+      // Whether to add it, or that the list cannot be read.
+      utility_->ExpectMessage(what == kGone ? MessageAnswer::No : MessageAnswer::Ok);
     }
     Use(
         [&](forms::frmSetup& setup) {
           if (what == kGone) product_->database->SetRows(sql::ListProjects(L"Access"), {});
+          if (what == kUnread) product_->database->FailOperation(1);
           Enter(setup, 0, L"P:\\Jobs");
         },
         [&](forms::frmPostrove& save) {
           const wchar_t* const kProjects[] = {L"Harbour: 9", L"Mill Street: 2231", L"Library",
-                                              L"Annex: 7", L"Hall: 9"};
-          const wchar_t* const kFolders[] = {L"D:\\Mine", L"P:\\Jobs\\2231\\Corr_Out\\",
-                                             L"P:\\Jobs\\Corr_Out\\", L"P:\\Jobs\\7\\Corr_Out\\",
+                                              L"Annex: 7",   L"Hall: 9",           L"Hall: 9"};
+          const wchar_t* const kFolders[] = {L"D:\\Mine",
+                                             L"P:\\Jobs\\2231\\Corr_Out\\",
+                                             L"P:\\Jobs\\Corr_Out\\",
+                                             L"P:\\Jobs\\7\\Corr_Out\\",
+                                             L"D:\\Hall\\Corr_Out\\",
                                              L"D:\\Hall\\Corr_Out\\"};
           EXPECT_EQ(save.cboPostrove.Text(), kProjects[what]);
           EXPECT_EQ(save.txtSaveFolder.Text(), kFolders[what]);
