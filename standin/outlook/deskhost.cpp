@@ -1,7 +1,7 @@
 // A stand-in Outlook for one message: loads the registered add-ins, opens the message, presses the
 // add-in's button, lets the user act and ends.
 //
-//   deskhost [--outlook 9..16] [--editor text|html|word] [--new] [--project TEXT] [--folder PATH]
+//   deskhost [--outlook 9..16] [--editor text|html|rtf|word] [--new] [--project TEXT] [--folder PATH]
 //            [--name TEXT] [--answer TITLE=BUTTON[:NAME]]... [--screenshots DIR] [--interactive]
 //            [--sent-folder DIR] [--fail-call N] [--calls FILE] MESSAGEFOLDER
 //

@@ -101,11 +101,14 @@ TEST_P(Lifecycle, SwitchedOffAndThenOutlookCloses) {
   Inspector& inspector = host->Open(run::Mail(L"Mail"));
   switchedOff = host.get();
   // Outlook does it on its own thread, in the dialog's message loop.
-  SetTimer(nullptr, 0, 10, [](HWND, UINT, UINT_PTR timer, DWORD) {
-    if (!seen) return;
-    KillTimer(nullptr, timer);
-    switchedOff->DisconnectAddIns();
-  });
+  struct Timer {
+    static void CALLBACK Rang(HWND, UINT, UINT_PTR timer, DWORD) {
+      if (!seen) return;
+      KillTimer(nullptr, timer);
+      switchedOff->DisconnectAddIns();
+    }
+  };
+  SetTimer(nullptr, 0, 10, Timer::Rang);
   run::Click(*host, inspector, [](const run::Window&) {
     seen = true;
     run::WaitFor("the end of the dialog", [] { return !FindWindowW(L"PostroveForm", nullptr); });
