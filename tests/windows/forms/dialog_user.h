@@ -4,15 +4,19 @@
 
 #include <functional>
 #include <mutex>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "forms/kit/form.h"
 #include "gtest/gtest.h"
+#include "outlook/dialog_windows.h"
 #include "threads.h"
+#include "windows/util/user.h"
 
 namespace postrove::forms::testing {
+
+using DialogUser = postrove::User;
+using standin::WaitFor;
 
 // What happened, written by the dialog's thread and waited for by the user's.
 class EventLog {
@@ -37,22 +41,6 @@ class EventLog {
   mutable standin::Mutex mutex_;
   std::vector<std::string> events_;
 };
-
-// Waits until the condition holds. Throws when it does not within ten seconds.
-inline void WaitFor(const std::string& what, const std::function<bool()>& condition) {
-  const ULONGLONG deadline = GetTickCount64() + 10000;
-  while (!condition()) {
-    if (GetTickCount64() > deadline) throw std::runtime_error("waited for " + what);
-    Sleep(1);
-  }
-}
-
-inline std::wstring WindowText(HWND window) {
-  std::wstring text(2000, L'\0');
-  text.resize(static_cast<std::size_t>(
-      SendMessageW(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()))));
-  return text;
-}
 
 // A shown dialog as its user sees it. Used on the user's thread.
 class Dialog {
@@ -91,18 +79,13 @@ class Dialog {
   void PressAlt(wchar_t letter) const { PostMessageW(Focus(), WM_SYSCHAR, letter, 1 | (1 << 29)); }
   void Click(const Control& control) const { PostMessageW(Item(control), BM_CLICK, 0, 0); }
 
-  HWND Focus() const {
-    GUITHREADINFO info = {};
-    info.cbSize = sizeof info;
-    GetGUIThreadInfo(GetWindowThreadProcessId(window_, nullptr), &info);
-    return info.hwndFocus;
-  }
+  HWND Focus() const { return standin::FocusIn(window_); }
   void WaitForFocus(const Control& control) const {
     const HWND edit = Edit(control);
     WaitFor("the focus", [&] { return Focus() == edit; });
   }
 
-  std::wstring TextOf(const Control& control) const { return WindowText(Item(control)); }
+  std::wstring TextOf(const Control& control) const { return standin::TextOf(Item(control)); }
 
   void Close() const {
     PostMessageW(window_, WM_CLOSE, 0, 0);
@@ -114,31 +97,6 @@ class Dialog {
 
  private:
   HWND window_ = nullptr;
-};
-
-// Uses a dialog from a thread of its own while this thread shows it. When a step fails, the modal
-// loops are ended so that the test fails instead of hanging.
-class DialogUser {
- public:
-  explicit DialogUser(std::function<void()> steps)
-      : thread_([steps = std::move(steps), shower = GetCurrentThreadId()] {
-          try {
-            steps();
-          } catch (const std::exception& failure) {
-            ADD_FAILURE() << failure.what();
-            PostThreadMessageW(shower, WM_QUIT, 0, 0);
-          }
-        }) {}
-  ~DialogUser() {
-    thread_.Join();
-    MSG message;  // a failed user's end must not reach the next dialog
-    PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);
-  }
-  DialogUser(const DialogUser&) = delete;
-  DialogUser& operator=(const DialogUser&) = delete;
-
- private:
-  standin::Thread thread_;
 };
 
 // Writes the events of every control, and of the form, into the log as "name event". The cancel

@@ -98,56 +98,6 @@ TEST_F(SaveDialog, CompletesTheProjectFromWhatIsTyped) {
   });
 }
 
-// Whatever was typed or pasted: the box keeps it, and knows a project that it names.
-TEST_F(SaveDialog, TakesAnyProjectText) {
-  const std::wstring wide(1000, L'x');
-  const struct {
-    std::wstring typed, shown, folder;
-  } kCases[] = {{L"alpine road: 2", L"Alpine Road: 2", L"P:\\Alpine\\Corr_Out\\"},
-                {wide + L": 7", wide + L": 7", L"C:\\7\\Corr_Out\\"},
-                {L"bridge: north", L"bridge: north", L"P:\\Bridge\\Corr_Out\\"},
-                {L": 6", L": 6", L"P:\\Nameless\\Corr_Out\\"},
-                {L"alpha: 3", L"ALPHA: 3", L"C:\\3\\Corr_Out\\"},
-                {wide, wide, L"C:\\3\\Corr_Out\\"},
-                {L"\u00e9 &\t\u20ac", L"\u00e9 &\t\u20ac", L"C:\\3\\Corr_Out\\"}};
-  Use([&](Dialog& dialog) {
-    for (const auto& one : kCases) {
-      SCOPED_TRACE(std::string(one.typed.begin(), one.typed.begin() + 3));
-      const HWND edit = dialog.Edit(form.cboPostrove);
-      SendMessageW(dialog.Window(), WM_NEXTDLGCTL,
-                   reinterpret_cast<WPARAM>(dialog.Item(form.cboPostrove)), TRUE);
-      dialog.WaitForFocus(form.cboPostrove);
-      SendMessageW(edit, EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(one.typed.c_str()));
-      dialog.PressAlt(L'n');
-      dialog.WaitForFocus(form.txtSaveAsName);
-      WaitFor("the project's folder",
-              [&] { return dialog.TextOf(form.txtSaveFolder) == one.folder; });
-      EXPECT_EQ(testing::WindowText(edit), one.shown);
-    }
-  });
-}
-
-TEST_F(SaveDialog, ReachesEveryFieldByItsKey) {
-  Use([&](Dialog& dialog) {
-    for (const auto& [key, control] : {std::pair{L'n', &form.txtSaveAsName},
-                                       {L'f', &form.txtSaveFolder},
-                                       {L'p', &form.cboPostrove}}) {
-      dialog.PressAlt(key);
-      dialog.WaitForFocus(*control);
-    }
-    product.utility->ExpectBrowse(L"");
-    dialog.PressAlt(L'b');
-    dialog.WaitForFocus(form.cmdPostrove(kBrowseFolderButton));
-    dialog.PressAlt(L'h');
-    WaitFor("the help page", [&] { return product.utility->OpenedDocuments().size() == 1; });
-    EXPECT_EQ(testing::WindowText(dialog.Item(form.cmdPostrove(kMainButton))), L"&Save");
-    EXPECT_EQ(testing::WindowText(dialog.Item(form.cmdPostrove(kBrowseFolderButton))),
-              L"&Browse...");
-    dialog.PressAlt(L'c');
-    dialog.WaitForEnd();
-  });
-}
-
 TEST_F(SaveDialog, MarksAnEmptiedFieldAndTakesNoLineBreaks) {
   const auto ground = [](const Dialog& dialog, HWND edit) {
     const HDC dc = GetDC(edit);

@@ -1,7 +1,5 @@
 #include "probe.h"
 
-#include <algorithm>
-
 #include "outlook/ids.h"
 
 namespace standin::probe {
@@ -81,16 +79,14 @@ ComPtr<IDispatch> CurrentItem(const Host& host) {
   return As(Get(inspector, L"CurrentItem").Object(), kMailItemId);
 }
 
-ComPtr<IDispatch> Bars(const Host& host) {
-  return Get(Call(host.Application(), L"ActiveInspector").Object(), L"CommandBars").Object();
-}
-
-ComPtr<IDispatch> AddButton(const Host& host, const wchar_t* tag, bool temporary) {
-  const ComPtr<IDispatch> bar = Get(Bars(host), L"Item", List(Variant::Text(L"standard"))).Object();
+ComPtr<IDispatch> AddButton(const Host& host, const wchar_t* tag) {
+  const ComPtr<IDispatch> inspector = Call(host.Application(), L"ActiveInspector").Object();
+  const ComPtr<IDispatch> bars = Get(inspector, L"CommandBars").Object();
+  const ComPtr<IDispatch> bar = Get(bars, L"Item", List(Variant::Text(L"standard"))).Object();
   const ComPtr<IDispatch> control =
       Call(Get(bar, L"Controls").Object(), L"Add",
            List(Variant::Long(1), Variant::Missing(), Variant::Missing(), Variant::Long(4),
-                Variant::Bool(temporary)))
+                Variant::Bool(true)))
           .Object();
   Put(control, L"Tag", Variant::Text(tag));
   return control;
@@ -123,7 +119,6 @@ class Listener::Sink final : public IDispatch {
                       UINT*) override {
     log_.push_back(label_ + L'.' + std::to_wstring(id));
     if (listener_.during) listener_.during(id, *given);
-    if (id == listener_.cancelled) *given->rgvarg[0].pboolVal = VARIANT_TRUE;
     return S_OK;
   }
 
@@ -146,44 +141,6 @@ Listener::Listener(const ComPtr<IDispatch>& source, const GUID& id, const wchar_
 
 Listener::~Listener() {
   if (point_ && cookie_) point_->Unadvise(cookie_);
-}
-
-STDMETHODIMP ProbeAddIn::QueryInterface(REFIID id, void** object) {
-  const bool known = IsEqualGUID(id, IID_IUnknown) || IsEqualGUID(id, IID_IDispatch) ||
-                     IsEqualGUID(id, kExtensibility2Id);
-  *object = known ? this : nullptr;
-  if (!known) return E_NOINTERFACE;
-  ++references_;
-  return S_OK;
-}
-
-STDMETHODIMP ProbeAddIn::OnConnection(IDispatch* host, ConnectMode mode, IDispatch* addIn,
-                                      SAFEARRAY**) {
-  log_.push_back(L"OnConnection " + std::to_wstring(static_cast<long>(mode)) +
-                 (As(addIn, kComAddInId) ? L"" : L" without a COMAddIn"));
-  application = host;
-  return answer;
-}
-
-STDMETHODIMP ProbeAddIn::OnDisconnection(DisconnectMode mode, SAFEARRAY**) {
-  log_.push_back(L"OnDisconnection " + std::to_wstring(static_cast<long>(mode)));
-  application.Reset();
-  return S_OK;
-}
-
-STDMETHODIMP ProbeAddIn::OnAddInsUpdate(SAFEARRAY**) {
-  log_.push_back(L"OnAddInsUpdate");
-  return S_OK;
-}
-
-STDMETHODIMP ProbeAddIn::OnStartupComplete(SAFEARRAY**) {
-  log_.push_back(L"OnStartupComplete");
-  return S_OK;
-}
-
-STDMETHODIMP ProbeAddIn::OnBeginShutdown(SAFEARRAY**) {
-  log_.push_back(L"OnBeginShutdown");
-  return S_OK;
 }
 
 }  // namespace standin::probe

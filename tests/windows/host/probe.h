@@ -8,7 +8,6 @@
 #include <string>
 #include <vector>
 
-#include "outlook/add_ins.h"
 #include "outlook/host.h"
 #include "outlook/variant.h"
 
@@ -46,11 +45,10 @@ ComPtr<IDispatch> As(const ComPtr<IDispatch>& object, const GUID& id);
 
 MessageData SampleMessage();  // one recipient, plain text
 
-// Of the active inspector: its mail item, its command bars, and a button with the tag, added as the
-// fourth control of its "Standard" bar.
+// Of the active inspector: its mail item, and a button with the tag, added as the fourth control of
+// its "Standard" bar.
 ComPtr<IDispatch> CurrentItem(const Host& host);
-ComPtr<IDispatch> Bars(const Host& host);
-ComPtr<IDispatch> AddButton(const Host& host, const wchar_t* tag, bool temporary = true);
+ComPtr<IDispatch> AddButton(const Host& host, const wchar_t* tag);
 
 // Listens to an event interface of an object and writes "LABEL.DISPID" to the log.
 class Listener {
@@ -61,47 +59,13 @@ class Listener {
   Listener(const Listener&) = delete;
   Listener& operator=(const Listener&) = delete;
 
-  // The event to answer with Cancel, and what to run in each event.
-  DISPID cancelled = 0;
+  // What to run in each event.
   std::function<void(DISPID, const DISPPARAMS&)> during;
 
  private:
   class Sink;
   ComPtr<IConnectionPoint> point_;
   DWORD cookie_ = 0;
-};
-
-// An add-in that writes its calls to a log: "OnConnection 1", "OnDisconnection 0".
-class ProbeAddIn final : public Extensibility2 {
- public:
-  explicit ProbeAddIn(std::vector<std::wstring>& log) : log_(log) {}
-  virtual ~ProbeAddIn() = default;
-
-  HRESULT answer = S_OK;          // of OnConnection
-  ComPtr<IDispatch> application;  // kept until the caller lets it go
-
-  STDMETHODIMP QueryInterface(REFIID id, void** object) override;
-  STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
-  STDMETHODIMP_(ULONG) Release() override { return --references_; }  // lives on the stack
-  STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
-  STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
-                      UINT*) override {
-    return E_NOTIMPL;
-  }
-  STDMETHODIMP OnConnection(IDispatch* host, ConnectMode mode, IDispatch* addIn,
-                            SAFEARRAY** custom) override;
-  STDMETHODIMP OnDisconnection(DisconnectMode mode, SAFEARRAY** custom) override;
-  STDMETHODIMP OnAddInsUpdate(SAFEARRAY** custom) override;
-  STDMETHODIMP OnStartupComplete(SAFEARRAY** custom) override;
-  STDMETHODIMP OnBeginShutdown(SAFEARRAY** custom) override;
-
-  ULONG References() const { return references_; }
-
- private:
-  std::vector<std::wstring>& log_;
-  ULONG references_ = 0;
 };
 
 }  // namespace standin::probe

@@ -2,20 +2,17 @@
 
 #include <windows.h>
 
-#include <memory>
-#include <mutex>
 #include <string>
-#include <vector>
 
 #include "com/module_under_test.h"
 #include "gtest/gtest.h"
 #include "outlook/host.h"
 #include "outlook/scripted_user.h"
 #include "shared/text.h"
-#include "threads.h"
 #include "util/temporary_folder.h"
+#include "util/user.h"
 
-// The real add-in, registered for a moment, in the stand-in Outlook.
+// The real add-in, registered for a moment, in the stand-in Outlook, and what lies on the disk.
 namespace run {
 
 // Registers the built DLL for as long as it lives.
@@ -27,23 +24,6 @@ class Registered {
 
  private:
   ModuleUnderTest module_;
-};
-
-// What the scripted user saw.
-class Reports {
- public:
-  void Add(const std::wstring& line) {
-    const std::lock_guard lock(mutex_);
-    lines_.push_back(line);
-  }
-  std::vector<std::wstring> Lines() const {
-    const std::lock_guard lock(mutex_);
-    return lines_;
-  }
-
- private:
-  mutable standin::Mutex mutex_;
-  std::vector<std::wstring> lines_;
 };
 
 inline standin::MessageData Mail(const std::wstring& subject, bool html = true) {
@@ -58,6 +38,8 @@ inline standin::MessageData Mail(const std::wstring& subject, bool html = true) 
 }
 
 using Folder = postrove::TemporaryFolder;
+using standin::WaitFor;
+using Window = standin::DialogInFront;
 
 // The names of what is still held, for a message.
 inline std::string Held(const standin::Host& host) {
@@ -67,5 +49,40 @@ inline std::string Held(const standin::Host& host) {
   }
   return text;
 }
+
+// Clicks the add-in's button while a user does the steps, beginning in the save dialog.
+inline void Click(standin::Host& host, standin::Inspector& inspector,
+                  const std::function<void(const Window& save)>& steps) {
+  const postrove::User user([&] { steps(Window(L"Postrove")); });
+  EXPECT_TRUE(host.Click(inspector));
+}
+
+const std::wstring kData = L"C:\\ProgramData\\Postrove\\";  // the add-in's
+const std::wstring kIni = kData + L"Postrove.ini";
+const std::wstring kDatabase = kData + L"Postrove.mdb";
+
+inline std::string Text(const std::wstring& path) {
+  return postrove::Bytes(path).value_or("(none)");
+}
+
+// The add-in without a settings file; at the end there is none again, and the database is as it
+// was.
+class FreshData {
+ public:
+  FreshData() {
+    DeleteFileW(kIni.c_str());  // of a run that was ended
+    EXPECT_TRUE(CopyFileW(kDatabase.c_str(), backup_.c_str(), FALSE));
+  }
+  ~FreshData() {
+    CopyFileW(backup_.c_str(), kDatabase.c_str(), FALSE);
+    DeleteFileW(kIni.c_str());
+  }
+  FreshData(const FreshData&) = delete;
+  FreshData& operator=(const FreshData&) = delete;
+
+ private:
+  const Folder folder_;
+  const std::wstring backup_ = folder_ / L"backup";
+};
 
 }  // namespace run

@@ -5,7 +5,6 @@
 #include <filesystem>
 #include <optional>
 
-#include "dialog_user.h"
 #include "oledb/odbc.h"
 #include "product_run.h"
 
@@ -33,7 +32,8 @@ class ProjectStories : public ::testing::Test {
   void SetUp() override {
     before_ = Table();
     ASSERT_GT(before_.size(), 30u);
-    run::Write(run::kIni, "[Setup]\r\nRoot=" + postrove::text::ToUtf8(root_.Path()) + "\r\n");
+    postrove::MakeFile(run::kIni,
+                       "[Setup]\r\nRoot=" + postrove::text::ToUtf8(root_.Path()) + "\r\n");
     host_.emplace();
     host_->LoadAddIns();
   }

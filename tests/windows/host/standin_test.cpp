@@ -5,7 +5,6 @@
 
 #include "outlook/host.h"
 #include "outlook/ids.h"
-#include "outlook/items.h"
 #include "probe.h"
 
 namespace standin {
@@ -13,9 +12,6 @@ namespace {
 
 using namespace probe;
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-
-constexpr HRESULT kItemGone = static_cast<HRESULT>(0x8004010A);
 
 // A sink that counts its references only.
 struct CountingSink final : IDispatch {
@@ -112,149 +108,6 @@ TEST(CallingRules, ANumberMeansSomethingWithItsInterfaceOnly) {
   EXPECT_FALSE(As(control, kMailItemId));
 }
 
-TEST(Versions, MembersEditorsAndTextsDiffer) {
-  struct Case {
-    int version;
-    Editor editor;
-    long editorType;
-    bool word, bodyFormat, senderAddress;
-    const wchar_t* text;
-  };
-  const Case cases[] = {
-      {9, Editor::kText, 1, false, false, false, L"9.0.0.2711"},
-      {9, Editor::kHtml, 2, false, false, false, L"9.0.0.2711"},
-      {11, Editor::kRichText, 3, false, true, true, L"11.0.8173"},
-      {12, Editor::kRichText, 4, true, true, true, L"12.0.6739.5000"},
-      {10, Editor::kWord, 4, true, true, false, L"10.0.0.2627"},
-      {11, Editor::kText, 1, false, true, true, L"11.0.8173"},
-      {12, Editor::kText, 4, true, true, true, L"12.0.6739.5000"},
-      {16, Editor::kHtml, 4, true, true, true, L"16.0.0.4266"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(testing::Message() << c.version << ", editor " << static_cast<int>(c.editor));
-    Options options;
-    options.version = c.version;
-    Host host(options);
-    host.Open(SampleMessage(), true, ItemKind::kMail, c.editor);
-    const ComPtr<IDispatch> inspector = Call(host.Application(), L"ActiveInspector").Object();
-    const ComPtr<IDispatch> item = CurrentItem(host);
-    EXPECT_EQ(Get(host.Application(), L"Version").Text(), c.text);
-    EXPECT_EQ(Get(inspector, L"EditorType").Long(), c.editorType);
-    EXPECT_EQ(Call(inspector, L"IsWordMail").Bool(), c.word);
-    EXPECT_EQ(Get(item, L"BodyFormat").hr == S_OK, c.bodyFormat);
-    EXPECT_EQ(Invoke(item, 3103, DISPATCH_PROPERTYGET).hr,
-              c.senderAddress ? S_OK : DISP_E_MEMBERNOTFOUND);
-  }
-}
-
-TEST(Items, AnUnsentItemIsGoneAfterSend) {
-  Host host;
-  Inspector& inspector = host.Open(SampleMessage(), false);
-  const ComPtr<IDispatch> shown = Call(host.Application(), L"ActiveInspector").Object();
-  const ComPtr<IDispatch> item = CurrentItem(host);
-  std::vector<std::wstring> log;
-  const Listener itemEvents(item, kItemEventsId, L"Item", log);
-  const Listener inspectorEvents(shown, kInspectorEventsId, L"Inspector", log);
-  ASSERT_EQ(Call(item, L"Send").hr, S_OK);
-
-  EXPECT_THAT(log, ElementsAre(L"Item.61445", L"Item.61444", L"Inspector.61448"));
-  EXPECT_FALSE(inspector.IsOpen());
-  EXPECT_EQ(inspector.Window(), nullptr);
-  EXPECT_FALSE(Call(host.Application(), L"ActiveInspector").Object());
-  for (const wchar_t* member : {L"Subject", L"Class", L"Sent", L"Attachments", L"HTMLBody"}) {
-    EXPECT_EQ(Get(item, member).code, kItemGone) << testing::PrintToString(member);
-  }
-  EXPECT_EQ(Call(item, L"Send").code, kItemGone);
-  EXPECT_EQ(Put(item, L"Body", Variant::Text(L"late")).code, kItemGone);
-  EXPECT_EQ(Get(shown, L"CommandBars").hr, DISP_E_EXCEPTION);
-  ASSERT_EQ(host.SentMessages().size(), 1u);
-  EXPECT_EQ(host.SentMessages()[0].subject, L"Site report");
-}
-
-TEST(Inspectors, OpenAnnouncesAndActivates) {
-  Host host;
-  std::vector<std::wstring> log;
-  ComPtr<IDispatch> announced;
-  Listener inspectors(Get(host.Application(), L"Inspectors").Object(), kInspectorsEventsId,
-                      L"Inspectors", log);
-  std::unique_ptr<Listener> first;
-  inspectors.during = [&](DISPID, const DISPPARAMS& given) {
-    announced = given.rgvarg[0].pdispVal;
-    EXPECT_TRUE(Get(announced, L"CurrentItem").Object());
-    if (!first) first = std::make_unique<Listener>(announced, kInspectorEventsId, L"First", log);
-  };
-  Inspector& one = host.Open(SampleMessage());
-  host.Open(SampleMessage(), true, ItemKind::kAppointment);
-  EXPECT_EQ(Get(Get(announced, L"CurrentItem").Object(), L"Class").Long(), 26);
-  EXPECT_EQ(host.Core().Active().get(), host.Core().OpenInspectors()[1].get());
-  host.Close(*host.Core().OpenInspectors()[1]);
-  EXPECT_EQ(host.Core().Active().get(), &one);
-  host.Close(one);
-  EXPECT_FALSE(Call(host.Application(), L"ActiveInspector").Object());
-  EXPECT_THAT(log, ElementsAre(L"Inspectors.61441", L"First.61441", L"Inspectors.61441",
-                               L"First.61446", L"First.61441", L"First.61448"));
-}
-
-TEST(Inspectors, CloseCanBeCancelledAndNotNested) {
-  Host host;
-  Inspector& inspector = host.Open(SampleMessage());
-  const ComPtr<IDispatch> item = CurrentItem(host);
-  std::vector<std::wstring> log;
-  Listener events(item, kItemEventsId, L"Item", log);
-  events.cancelled = 61444;
-  EXPECT_FALSE(host.Close(inspector));
-  EXPECT_TRUE(inspector.IsOpen());
-  events.cancelled = 0;
-  host.CloseAndCancel(inspector);
-  EXPECT_TRUE(inspector.IsOpen());
-  events.during = [&](DISPID, const DISPPARAMS&) {
-    EXPECT_EQ(Call(item, L"Close", List(Variant::Long(1))).hr, DISP_E_EXCEPTION);
-    // Its window is on its way: the item gets another inspector, which nobody sees.
-    EXPECT_TRUE(Get(Get(item, L"GetInspector").Object(), L"CurrentItem").Object());
-  };
-  EXPECT_TRUE(host.Close(inspector));
-  EXPECT_THAT(log, ElementsAre(L"Item.61444", L"Item.61444", L"Item.61444"));
-  EXPECT_EQ(host.Core().OpenInspectors().size(), 1u);
-}
-
-TEST(AddIns, AreToldOfStartAndEndAsTheVersionDoes) {
-  struct Case {
-    int version;
-    ConnectMode mode;
-    bool notified;
-    std::vector<std::wstring> expected;
-  };
-  const std::vector<std::wstring> whole = {L"OnConnection 1", L"OnStartupComplete", L"App.61447",
-                                           L"OnBeginShutdown", L"OnDisconnection 0"};
-  const Case cases[] = {
-      // The reference that this add-in holds keeps the older versions from ending.
-      {9, ConnectMode::kStartup, false, {L"OnConnection 1", L"OnStartupComplete", L"App.61447"}},
-      {12, ConnectMode::kStartup, false, whole},
-      {14, ConnectMode::kStartup, true, whole},
-      {14, ConnectMode::kStartup, false, {L"OnConnection 1", L"OnStartupComplete", L"App.61447"}},
-      {12,
-       ConnectMode::kAfterStartup,
-       false,
-       {L"OnConnection 0", L"App.61447", L"OnBeginShutdown", L"OnDisconnection 0"}},
-  };
-  for (const Case& c : cases) {
-    Options options;
-    options.version = c.version;
-    std::vector<std::wstring> log;
-    ProbeAddIn addIn(log);
-    Host host(options);
-    ASSERT_EQ(host.Connect(&addIn, c.mode, c.notified), S_OK);
-    {
-      const Listener events(addIn.application, kApplicationEventsId, L"App", log);
-      host.Quit();
-    }
-    EXPECT_EQ(log, c.expected) << c.version;
-    addIn.application.Reset();
-    EXPECT_THAT(host.Leaks(), IsEmpty());
-    EXPECT_EQ(addIn.References(), 0u);
-  }
-}
-
 TEST(Watching, AHeldObjectIsNamed) {
   Host host;
   host.Open(SampleMessage());
@@ -264,16 +117,6 @@ TEST(Watching, AHeldObjectIsNamed) {
   ASSERT_EQ(host.Leaks().size(), 1u);
   EXPECT_EQ(host.Leaks()[0].name, L"MailItem");
   EXPECT_EQ(host.Leaks()[0].references, 2u);
-}
-
-TEST(Watching, AHeldObjectOutlivesTheHost) {
-  ComPtr<IDispatch> inspector;
-  {
-    Host host;
-    host.Open(SampleMessage());
-    inspector = Call(host.Application(), L"ActiveInspector").Object();
-  }
-  EXPECT_EQ(Get(inspector, L"CurrentItem").hr, DISP_E_EXCEPTION);
 }
 
 // Outlook raises nothing through an object that was let go of, subscribed or not.
@@ -296,6 +139,32 @@ TEST(Watching, ASinkEndsWithTheObjectItWasGivenTo) {
   EXPECT_EQ(sink.references, 0u);
   host.Close(inspector);
   EXPECT_THAT(log, ElementsAre(L"Other.61444"));
+}
+
+TEST(CommandBars, AClickReachesEverySinkOfTheTag) {
+  Host host;
+  std::vector<std::wstring> log;
+  Inspector& first = host.Open(SampleMessage());
+  const ComPtr<IDispatch> one = AddButton(host, L"T");
+  Inspector& second = host.Open(SampleMessage());
+  const ComPtr<IDispatch> two = AddButton(host, L"T");
+  const ComPtr<IDispatch> other = AddButton(host, L"Other");
+  Listener firstSink(one, kCommandBarButtonEventsId, L"One", log);
+  const Listener secondSink(two, kCommandBarButtonEventsId, L"Two", log);
+  const Listener otherSink(other, kCommandBarButtonEventsId, L"Other", log);
+  firstSink.during = [](DISPID, const DISPPARAMS& given) {
+    ASSERT_EQ(given.cArgs, 2u);
+    EXPECT_EQ(V_VT(&given.rgvarg[0]), VT_BYREF | VT_BOOL);
+    EXPECT_EQ(Get(ComPtr<IDispatch>(given.rgvarg[1].pdispVal), L"FaceId").hr, S_OK);
+  };
+  EXPECT_TRUE(host.Click(second, L"T"));
+  EXPECT_THAT(log, ElementsAre(L"One.1", L"Two.1"));
+  log.clear();
+  host.Close(first);
+  EXPECT_TRUE(host.Click(second, L"T"));
+  EXPECT_THAT(log, ElementsAre(L"Two.1"));
+  Call(two, L"Delete");
+  EXPECT_FALSE(host.Click(second, L"T"));
 }
 
 }  // namespace
