@@ -282,57 +282,5 @@ TEST_F(Failures, AnotherWindowsButtonDuringTheDialog) {
   EXPECT_EQ(dialogs, 2);
 }
 
-TEST_F(Failures, BadInputIsCleanedOrRefusedAndNothingGoesElsewhere) {
-  const std::wstring deep = L"C:\\" + std::wstring(252, L'd');
-  const struct {
-    std::wstring folder, name;
-    std::wstring saved;  // empty: refused with a message
-  } cases[] = {
-      {L"C:\\Corr_Out", L"..\\..\\x", L"C:\\Corr_Out\\-..-x.msg"},
-      {L"C:\\Corr_Out", L"Minutes.MSG", L"C:\\Corr_Out\\Minutes.msg"},
-      {L"C:\\Corr_Out", std::wstring(10000, L'x'),
-       L"C:\\Corr_Out\\" + std::wstring(200, L'x') + L".msg"},
-      {L"C:\\" + std::wstring(250, L'd'), L"xy", L"C:\\" + std::wstring(250, L'd') + L"\\x.msg"},
-      {kOther, L"x", L""},  // a folder that is a file
-      {std::wstring(kOther) + L"\\sub", L"x", L""},
-      {deep, L"x", L""},  // no room for a name
-      {deep + L"\\" + deep, L"x", L""},
-      {L"Q:\\", L"x", L""},  // no such drive
-  };
-  for (const bool sent : {true, false}) {
-    for (const auto& one : cases) {
-      SCOPED_TRACE(text::ToUtf8(one.folder.substr(0, 40) + L" | " + one.name.substr(0, 40)));
-      product_ = std::make_unique<Product>();
-      saved_.clear();
-      sent_ = 0;
-      Open(sent);
-      product_->utility->AnswerTheRest();
-      product_->utility->AddFile(kOther, "other");
-      product_->forms->everyone = [&](forms::Form& form) {
-        if (auto* question = dynamic_cast<forms::frmFolderMessage*>(&form)) {
-          return question->cmdFolderMessage(0).UserClicked();
-        }
-        auto& dialog = dynamic_cast<forms::frmPostrove&>(form);
-        TypeProject(dialog);
-        dialog.txtSaveFolder.UserTyped(one.folder, 0, 0);
-        dialog.txtSaveAsName.UserTyped(one.name, 0, 0);
-        dialog.cmdPostrove(forms::kMainButton).UserClicked();
-        closed_ = dialog.IsUnloaded();
-        dialog.Unload();
-      };
-      Press(mail_);
-      const bool refused = one.saved.empty();
-      EXPECT_EQ(saved_, refused ? std::vector<std::wstring>() : std::vector{one.saved});
-      EXPECT_EQ(sent_, refused || sent ? 0 : 1);
-      EXPECT_EQ(closed_, !refused);
-      ASSERT_EQ(product_->utility->Messages().size(), refused ? 1u : 0u);
-      if (one.folder == deep) {
-        EXPECT_NE(product_->utility->Messages()[0].text.find(L"shorter path.\n\nChange"),
-                  std::wstring::npos);
-      }
-    }
-  }
-}
-
 }  // namespace
 }  // namespace postrove::testing

@@ -291,32 +291,6 @@ TEST_F(Filing, AnExistingFileIsNeverReplacedUnasked) {
   Click(TypeProject, false);
 }
 
-TEST_F(Filing, FoldersThatCannotBeUsedAreRefusedInWords) {
-  Open(true);
-  product_->utility->SetDriveType(L"E:\\", DriveKind::CdRom);
-  product_->utility->AddFolder(L"E:\\");  // one that could be written to
-  const auto type = [](const wchar_t* folder) {
-    return [folder](forms::frmPostrove& dialog) {
-      TypeProject(dialog);
-      dialog.txtSaveFolder.UserTyped(folder, 0, 0);
-    };
-  };
-  for (const wchar_t* folder : {L"C:foo", L"\\\\?\\C:\\x", L"C:\\x\\nul"}) {
-    product_->utility->ExpectMessage();
-    Click(type(folder), false);
-    EXPECT_EQ(product_->utility->Messages().back().title, L"Cannot Save");
-  }
-  for (const wchar_t* edited : {L"Bridge", L"E:/x", L"D:\\aux"}) {  // in the question
-    product_->utility->ExpectMessage();
-    AnswerFolderMessage(L"Folder Not Found", edited, 0);
-    Click(type(L"D:\\New"), false);
-    EXPECT_EQ(product_->utility->Messages().back().text.find(L"restart"), std::wstring::npos);
-  }
-  EXPECT_TRUE(saved_.empty());
-  Click(type(L"  C:/Corr_Out. "));
-  EXPECT_EQ(saved_, std::vector<std::wstring>{L"C:\\Corr_Out\\Minutes- 12 May.msg"});
-}
-
 TEST_F(Filing, TheProjectBoxCompletesWhatIsTyped) {
   Open(true);
   Click([this](forms::frmPostrove& dialog) {
@@ -337,29 +311,138 @@ TEST_F(Filing, TheProjectBoxCompletesWhatIsTyped) {
   EXPECT_TRUE(product_->utility->Messages().empty()) << "it is not asked about";
 }
 
-// A typed project is split at its first colon, and has nothing of the project before.
-TEST_F(Filing, ATypedProjectIsTakenApart) {
-  const struct {
-    const wchar_t *typed, *name, *folder;
-  } cases[] = {{L"Hall: 9: b", L"Hall", L"C:\\9- b\\Corr_Out\\"},
-               {L" Hall ", L"Hall", L"C:\\Corr_Out\\"},
-               {L": 9", L"", L"C:\\9\\Corr_Out\\"}};
-  for (const auto& one : cases) {
+// Outlook handles messages while it writes and sends: a second press, Esc and the title bar reach
+// the dialog then.
+TEST_F(Filing, TheDialogRestsWhileOutlookWorks) {
+  for (const wchar_t* member : {L"SaveAs", L"Send"}) {
     product_ = std::make_unique<Product>();
-    Open(true);
-    product_->database->SetRows(sql::ListProjects(product_->database->DbType),
-                                {{L"2231", L"Mill Street", L"D:\\Mill", true, std::int64_t{7}}});
-    product_->utility->ExpectMessage(MessageAnswer::No);
-    product_->utility->AddFolder(one.folder);
+    saved_.clear();
+    sent_ = 0;
+    Open(false);
+    forms::frmPostrove* form = nullptr;
+    const auto works = mail_->item->functions[member];
+    mail_->item->functions[member] = [&, works](const office::Arguments& arguments) {
+      form->cmdPostrove(forms::kMainButton).UserClicked();
+      form->UserClosed();
+      EXPECT_FALSE(form->IsUnloaded());
+      EXPECT_EQ(product_->forms->actions.back(), L"lower frmPostrove");  // behind what Outlook asks
+      return works(arguments);
+    };
     Click([&](forms::frmPostrove& dialog) {
-      dialog.cboPostrove.UserPicked(0);
-      EXPECT_EQ(dialog.txtSaveFolder.Text(), L"D:\\Mill\\Corr_Out\\");
-      dialog.txtSaveFolder.UserTyped(L"d:/mill/corr_out", 0, 0);  // the same folder
-      dialog.cboPostrove.UserTyped(one.typed, 0, 0);
+      form = &dialog;
+      TypeProject(dialog);
     });
-    EXPECT_EQ(saved_.back(), std::wstring(one.folder) + L"Minutes- 12 May.msg");
-    EXPECT_TRUE(product_->utility->Messages()[0].text.starts_with(L"Project name \"" +
-                                                                  std::wstring(one.name) + L"\""));
+    EXPECT_EQ(saved_.size(), 1u);
+    EXPECT_EQ(sent_, 1);
+  }
+}
+
+// Nothing is asked about its file, and nothing of the message is changed.
+TEST_F(Filing, WithoutRecipientsNothingIsFiled) {
+  enum { kReceived, kRefused, kSent };
+  for (const auto outcome : {kReceived, kRefused, kSent}) {
+    product_ = std::make_unique<Product>();
+    recipients_ = false;
+    Open(outcome == kReceived);
+    mail_->item->properties[L"Subject"] = L"";
+    office::ToObject(mail_->item->properties[L"Recipients"])->Put(L"Count", 0);
+    product_->utility->AddFile(L"C:\\Corr_Out\\x.msg", "first");
+    if (outcome == kRefused) {
+      mail_->item->functions[L"Send"] = [](const office::Arguments&) -> Value {
+        throw Error(static_cast<long>(0x80004005), L"Send", L"There must be at least one name.");
+      };
+    }
+    product_->utility->ExpectMessage();  // never silently unsaved
+    Click(
+        [this](forms::frmPostrove& dialog) {
+          TypeProject(dialog);
+          dialog.txtSaveAsName.UserTyped(L"x", 0, 0);
+          product_->outlook.log.calls.clear();
+        },
+        outcome != kRefused);
+    const wchar_t* const kSays[] = {L"This E-mail has no recipients. It was not saved.",
+                                    L"There must be at least one name.",
+                                    L"This E-mail was sent, but it was not saved, because it had "
+                                    L"no recipients."};
+    EXPECT_TRUE(product_->utility->Messages()[0].text.starts_with(kSays[outcome]));
+    EXPECT_THAT(product_->outlook.log.calls,  // of the message nothing is changed
+                ::testing::Not(::testing::Contains(
+                    ::testing::AllOf(::testing::StartsWith(L"Item."), ::testing::EndsWith(L"=")))));
+    EXPECT_TRUE(saved_.empty());
+  }
+}
+
+TEST_F(Filing, UnusableWindowsAreReportedInWords) {
+  Open(true);
+  const auto click = [this] {
+    product_->utility->ExpectMessage(MessageAnswer::Ok);
+    product_->outlook.Click(mail_);
+  };
+  product_->outlook.Open(true, 26);  // an appointment is in front
+  click();
+  product_->outlook.active = nullptr;
+  click();
+  product_->outlook.active = mail_;
+  mail_->item->properties.erase(L"Subject");
+  click();
+  EXPECT_EQ(product_->utility->Messages().size(), 3u);
+  EXPECT_TRUE(product_->forms->shown.empty());
+  mail_->item->properties[L"Subject"] = L"x";
+  Click(TypeProject);
+  EXPECT_EQ(saved_.size(), 1u);
+}
+
+// A refusal is a message in words, and every question about a folder is agreed to.
+TEST_F(Filing, BadInputIsCleanedOrRefusedAndNothingGoesElsewhere) {
+  const std::wstring deep = L"C:\\" + std::wstring(252, L'd'), file = L"D:\\Filed\\other.msg";
+  const struct {
+    std::wstring folder, name;
+    std::wstring saved;        // empty: refused
+    std::wstring edited = {};  // typed into the question
+  } cases[] = {
+      {L"C:\\Corr_Out", L"..\\..\\x", L"C:\\Corr_Out\\-..-x.msg"},
+      {L"  C:/Corr_Out. ", L"Minutes.MSG", L"C:\\Corr_Out\\Minutes.msg"},
+      {L"C:\\Corr_Out", std::wstring(10000, L'x'),
+       L"C:\\Corr_Out\\" + std::wstring(200, L'x') + L".msg"},
+      {L"C:\\" + std::wstring(250, L'd'), L"xy", L"C:\\" + std::wstring(250, L'd') + L"\\x.msg"},
+      {file, L"x", L""},  // a folder that is a file
+      {file + L"\\sub", L"x", L""},
+      {deep, L"x", L""},  // no room for a name
+      {deep + L"\\" + deep, L"x", L""},
+      {L"Q:\\", L"x", L""},  // no such drive
+      {L"C:foo", L"x", L""},
+      {L"\\\\?\\C:\\x", L"x", L""},
+      {L"C:\\x\\nul", L"x", L""},
+      {L"D:\\New", L"x", L"", L"Bridge"},
+      {L"D:\\New", L"x", L"", L"E:/x"},  // not one that could be written to, either
+      {L"D:\\New", L"x", L"", L"D:\\aux"},
+  };
+  for (const auto& one : cases) {
+    SCOPED_TRACE(text::ToUtf8(one.folder.substr(0, 40) + L" | " + one.name.substr(0, 40)));
+    product_ = std::make_unique<Product>();
+    saved_.clear();
+    Open(true);
+    product_->utility->AnswerTheRest();
+    product_->utility->AddFile(file, "other");
+    product_->utility->SetDriveType(L"E:\\", DriveKind::CdRom);
+    product_->utility->AddFolder(L"E:\\");
+    product_->forms->everyone = [&](forms::Form& form) {
+      if (!one.edited.empty()) form.Find(L"txtFolderMessage", 1).UserTyped(one.edited, 0, 0);
+      form.Find(L"cmdFolderMessage", 0).UserClicked();
+    };
+    const bool refused = one.saved.empty();
+    Click(
+        [&](forms::frmPostrove& dialog) {
+          TypeProject(dialog);
+          dialog.txtSaveFolder.UserTyped(one.folder, 0, 0);
+          dialog.txtSaveAsName.UserTyped(one.name, 0, 0);
+        },
+        !refused);
+    EXPECT_EQ(saved_, refused ? std::vector<std::wstring>() : std::vector{one.saved});
+    ASSERT_EQ(product_->utility->Messages().size(), refused ? 1u : 0u);
+    if (!refused) continue;
+    const std::wstring& told = product_->utility->Messages()[0].text;
+    EXPECT_EQ(told.find(L"shorter path.\n\nChange") != told.npos, one.folder.starts_with(deep));
   }
 }
 

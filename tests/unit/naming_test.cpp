@@ -76,13 +76,6 @@ TEST(Naming, SubjectsAreTakenApart) {
   }
 }
 
-TEST(Naming, FoldersEndInOneBackslash) {
-  for (const auto& [path, normalised] :
-       {std::pair{L"", L""}, {L"C:\\", L"C:\\"}, {L"P:\\a b", L"P:\\a b\\"}}) {
-    EXPECT_EQ(text::NormaliseFolder(path), normalised);
-  }
-}
-
 const std::vector<Project> kProjects = {{L"AB-1", L"Mill", L"P:\\Mill", true, 7},
                                         {L"", L"\x00DC\x0062\x0065rbau", L"", false, 8},
                                         {L"C", L"mill", L"", true, 9},

@@ -181,7 +181,6 @@ TEST_F(ProjectDialog, EditsTheChosenProjectAndCancelTakesBack) {
       {[&](forms::frmProjInfo& form) {
          shows(form);
          Type(form, L"8", L"Other", L"C:\\");
-         form.cmdProjInfo(forms::kProjInfoCancel).UserMouseDown(1, 0, 0, 0);
          Cancel(form);
        },
        [&](forms::frmProjInfo& form) {
@@ -260,36 +259,6 @@ TEST_F(ProjectDialog, AnUnknownProjectIsAddedOrStaysTemporary) {
   }
 }
 
-// What is typed over a chosen project is not filed into that one's folder, unless the user wants
-// it.
-TEST_F(ProjectDialog, ATypedProjectBringsItsFolder) {
-  const struct {
-    const wchar_t* typed;
-    const wchar_t* folder;  // typed as well; null leaves the box
-    const wchar_t* saved;
-    bool known;
-  } cases[] = {
-      {L"Quay Wall: 17", nullptr, L"C:\\Projects\\17\\Corr_Out\\Minutes.msg", false},
-      {L"Quay Wall: 17", L"C:\\Projects\\Corr_Out", L"C:\\Projects\\Corr_Out\\Minutes.msg", false},
-      {L"A new name: 7", nullptr, L"D:\\Files\\Corr_Out\\Minutes.msg", true},
-  };
-  for (const auto& one : cases) {
-    SCOPED_TRACE(text::ToUtf8(one.saved));
-    Start();
-    saved_.clear();
-    if (!one.known) product_.utility->ExpectMessage(MessageAnswer::No);
-    Click([&](forms::frmPostrove& dialog) {
-      dialog.cboPostrove.UserPicked(one.known ? 1 : 0);
-      dialog.cboPostrove.UserTyped(one.typed, 0, 0);
-      if (one.folder) dialog.txtSaveFolder.UserTyped(one.folder, 0, 0);
-      if (one.known) product_.utility->AddFolder(L"C:\\Projects\\2231\\Corr_Out");
-      dialog.cmdPostrove(forms::kMainButton).UserClicked();
-    });
-    EXPECT_EQ(saved_, std::vector<std::wstring>{one.saved});
-    product_.utility->Remove(one.saved);
-  }
-}
-
 TEST_F(ProjectDialog, RefusesWhatCannotBeSaved) {
   Start();
   product_.utility->SetDriveType(L"E:\\", DriveKind::CdRom);
@@ -346,25 +315,6 @@ TEST_F(ProjectDialog, RefusesWhatCannotBeSaved) {
       }});
 }
 
-// The new one of two projects with one number is the current one, also after a question.
-TEST_F(ProjectDialog, ADuplicateIsFiledIntoItsOwnFolder) {
-  Start();
-  written = rows_;
-  written.push_back({L"2231", L"Annex", L"D:\\Files\\", true, std::int64_t{12}});
-  product_.utility->ExpectMessage(MessageAnswer::Yes);
-  product_.utility->ExpectMessage(MessageAnswer::Yes);
-  Click(
-      [](forms::frmPostrove& dialog) {
-        TypeUnknown(dialog);
-        dialog.cmdPostrove(forms::kMainButton).UserClicked();
-      },
-      {[](forms::frmProjInfo& form) {
-        Type(form, L"2231", L"Annex", L"D:\\Files\\");
-        Save(form);
-      }});
-  EXPECT_EQ(saved_, std::vector<std::wstring>{L"D:\\Files\\Corr_Out\\Minutes.msg"});
-}
-
 TEST_F(ProjectDialog, AFailedWriteKeepsTheEntriesAndTheProjectBefore) {
   Start();
   const auto fails = [this](forms::frmProjInfo& form) {
@@ -376,35 +326,28 @@ TEST_F(ProjectDialog, AFailedWriteKeepsTheEntriesAndTheProjectBefore) {
     EXPECT_FALSE(form.IsUnloaded());
     Cancel(form);
   };
+  const auto rowIsGone = [this](forms::frmProjInfo& form) {
+    product_.database->changedRows = 0;
+    product_.utility->ExpectMessage();
+    Save(form);
+    EXPECT_EQ(product_.utility->Messages().back().title, L"Cannot Save");
+    EXPECT_FALSE(form.IsUnloaded());
+    product_.database->changedRows = -1;  // the provider does not tell
+    Save(form);
+    EXPECT_TRUE(form.IsUnloaded());
+  };
+  written = rows_;
   Click(
       [this](forms::frmPostrove& dialog) {
         dialog.cmdPostrove(forms::kAddProjectButton).UserClicked();
         dialog.cboPostrove.UserPicked(0);
         dialog.cmdPostrove(forms::kAddProjectButton).UserClicked();
         EXPECT_EQ(dialog.cboPostrove.Text(), L"Harbour: 7");
+        dialog.cmdPostrove(forms::kEditProjectButton).UserClicked();
         dialog.cmdPostrove(forms::kMainButton).UserClicked();
       },
-      {fails, fails});
+      {fails, fails, rowIsGone});
   EXPECT_EQ(saved_, std::vector<std::wstring>{L"D:\\Files\\Corr_Out\\Minutes.msg"});
-}
-
-TEST_F(ProjectDialog, ARowThatSomebodyDeletedIsNotReportedAsSaved) {
-  Start();
-  Click(
-      [](forms::frmPostrove& dialog) {
-        dialog.cboPostrove.UserPicked(0);
-        dialog.cmdPostrove(forms::kEditProjectButton).UserClicked();
-      },
-      {[this](forms::frmProjInfo& form) {
-        product_.database->changedRows = 0;
-        product_.utility->ExpectMessage();
-        Save(form);
-        EXPECT_EQ(product_.utility->Messages().back().title, L"Cannot Save");
-        EXPECT_FALSE(form.IsUnloaded());
-        product_.database->changedRows = -1;  // the provider does not tell
-        Save(form);
-        EXPECT_TRUE(form.IsUnloaded());
-      }});
 }
 
 TEST_F(ProjectDialog, ARowWithoutAKeyIsListedOnceAndSaysWhyItIsNotEdited) {
@@ -459,6 +402,43 @@ TEST_F(ProjectDialog, GoesWithOutlook) {
     EXPECT_TRUE(saved_.empty());
     EXPECT_TRUE(writes_.empty());
     EXPECT_FALSE(product_.shared.gController);
+  }
+}
+
+// A typed project is split at its first colon, and is not filed into the folder of the one chosen
+// before unless the user wants it.
+TEST_F(ProjectDialog, ATypedProjectBringsItsFolder) {
+  const struct {
+    const wchar_t *typed, *folder;  // null leaves the box
+    const wchar_t* saved;
+    const wchar_t* name = nullptr;  // that is asked about; null: it is known
+  } cases[] = {
+      {L"Quay Wall: 17", nullptr, L"C:\\Projects\\17\\Corr_Out", L"Quay Wall"},
+      {L"Quay Wall: 17", L"C:\\Projects\\Corr_Out", L"C:\\Projects\\Corr_Out", L"Quay Wall"},
+      {L"Hall: 9: b", nullptr, L"C:\\Projects\\9- b\\Corr_Out", L"Hall"},
+      {L" Hall ", nullptr, L"C:\\Projects\\Corr_Out", L"Hall"},
+      {L": 9", nullptr, L"C:\\Projects\\9\\Corr_Out", L""},
+      {L"A new name: 7", nullptr, L"D:\\Files\\Corr_Out"},
+  };
+  for (const auto& one : cases) {
+    SCOPED_TRACE(text::ToUtf8(one.typed));
+    Start();
+    saved_.clear();
+    product_.utility->AddFolder(one.saved);
+    if (one.name) product_.utility->ExpectMessage(MessageAnswer::No);
+    Click([&](forms::frmPostrove& dialog) {
+      dialog.cboPostrove.UserPicked(one.name ? 0 : 1);
+      if (one.name) dialog.txtSaveFolder.UserTyped(L"d:/files/corr_out", 0, 0);  // the same folder
+      dialog.cboPostrove.UserTyped(one.typed, 0, 0);
+      if (one.folder) dialog.txtSaveFolder.UserTyped(one.folder, 0, 0);
+      dialog.cmdPostrove(forms::kMainButton).UserClicked();
+    });
+    EXPECT_EQ(saved_, std::vector<std::wstring>{std::wstring(one.saved) + L"\\Minutes.msg"});
+    if (one.name) {
+      EXPECT_TRUE(product_.utility->Messages().back().text.starts_with(
+          L"Project name \"" + std::wstring(one.name) + L"\""));
+    }
+    product_.utility->Remove(saved_.at(0));
   }
 }
 

@@ -52,21 +52,6 @@ TEST_F(SettingsFiles, OwnDatabaseIsSearchedForWithTheUser) {
             L"organization responsible for your network for the location.");
 }
 
-TEST_F(SettingsFiles, ACancelledSearchIsToldOnceAndStoresNothing) {
-  product_.utility->Remove(kLocalFolder + L"Postrove.mdb");
-  product_.utility->ExpectBrowse(L"");
-  product_.utility->ExpectMessage();
-  product_.Start();
-  ASSERT_EQ(product_.utility->Messages().size(), 1u);
-  EXPECT_NE(product_.utility->Messages()[0].text.find(
-                L"You Have Cancelled the \"Set Database Location\" process. \r\nPostrove cannot be "
-                L"loaded. Please contact Marrow Technologies for assistance."),
-            std::wstring::npos);
-  EXPECT_EQ(Ini(), "(none)");
-  EXPECT_TRUE(product_.database->Statements().empty());
-  EXPECT_EQ(product_.Data().settings.Root, L"C:\\");  // the rest is read all the same
-}
-
 TEST_F(SettingsFiles, SharedDatabases) {
   const std::wstring folder = std::wstring(kPrograms) + L"\\Quillion";
   const struct {
@@ -92,27 +77,6 @@ TEST_F(SettingsFiles, SharedDatabases) {
               one.expected);
     EXPECT_TRUE(product.utility->BrowsePrompts().empty());  // not searched for in this mode
   }
-}
-
-TEST_F(SettingsFiles, MovingTheDatabaseKeepsADatedCopy) {
-  product_.utility->AddFile(kLocalFolder + L"Postrove.mdb", "rows");
-  product_.utility->AddFile(kLocalFolder + L"Moved_By_Postrove20240512.mdb", "from this morning");
-  product_.utility->AddFolder(L"S:\\");
-  product_.Start();
-  product_.utility->ExpectMessage(MessageAnswer::Yes);
-  product_.utility->ExpectMessage();
-  Save(4, L"S:\\New");
-  EXPECT_EQ(product_.utility->Messages().back(),
-            (ShownMessage{L"You have changed the database location to S:\\New\\.\r\n",
-                          L"Postrove Database Location Changed", MessageButtons::Ok,
-                          MessageIcon::Information}));
-  EXPECT_EQ(product_.utility->Files(),
-            (std::vector<std::wstring>{kLocalFolder + L"Moved_By_Postrove20240512.mdb",
-                                       kLocalFolder + L"Moved_By_Postrove20240512_2.mdb", kLocalIni,
-                                       L"S:\\New\\Postrove.mdb"}));
-  EXPECT_EQ(product_.utility->File(L"S:\\New\\Postrove.mdb"), "rows");
-  EXPECT_EQ(product_.database->DBFullPath, L"S:\\New\\Postrove.mdb");
-  EXPECT_EQ(Ini(), "[Setup]\r\nPostroveDBPath=S:\\New\\\r\n");
 }
 
 TEST_F(SettingsFiles, ATargetThatHoldsADatabaseIsAskedAboutAndNeverReplaced) {
@@ -216,6 +180,13 @@ TEST_F(SettingsFiles, AfterACancelledSearchEachClickReadsEverythingAgain) {
   product_.utility->ExpectBrowse(L"");
   product_.utility->ExpectMessage();
   product_.Start();
+  ASSERT_EQ(product_.utility->Messages().size(), 1u);
+  EXPECT_NE(product_.utility->Messages()[0].text.find(
+                L"You Have Cancelled the \"Set Database Location\" process. \r\nPostrove cannot be "
+                L"loaded. Please contact Marrow Technologies for assistance."),
+            std::wstring::npos);
+  EXPECT_EQ(Ini(), "(none)");
+  EXPECT_TRUE(product_.database->Statements().empty());
   product_.utility->ExpectMessage();
   EXPECT_FALSE(product_.Data().projects.ProjectInfoSave({}, false));  // there is none to save into
   product_.utility->AddFile(kLocalIni, "[Setup]\r\nPostroveDBPath=S:\\Db\\\r\nRoot=P:\\\r\n");

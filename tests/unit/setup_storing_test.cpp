@@ -6,6 +6,7 @@ namespace {
 
 TEST_F(SetupDialog, DatabaseAndSettingsMoveFromTheirFields) {
   utility_->AddFile(L"S:\\Taken\\Postrove.mdb", "other rows");
+  utility_->AddFile(kFolder + L"Moved_By_Postrove20240512.mdb", "from this morning");
   utility_->AddFolder(L"S:\\Db");
   utility_->AddFile(L"S:\\Set\\Postrove.ini", "[Setup]\r\nRoot=P:\\Jobs\\\r\nWorkUnit=Job\r\n");
   Use([&](forms::frmSetup& setup) {
@@ -32,6 +33,7 @@ TEST_F(SetupDialog, DatabaseAndSettingsMoveFromTheirFields) {
                             MessageIcon::Information}));
     EXPECT_EQ(File(L"S:\\Db\\Postrove.mdb"), "rows");
     EXPECT_FALSE(utility_->File(kFolder + L"Postrove.mdb"));
+    EXPECT_EQ(File(kFolder + L"Moved_By_Postrove20240512_2.mdb"), "rows");
     EXPECT_EQ(File(kIni), "[Setup]\r\nPostroveDBPath=S:\\Db\\\r\n");
 
     utility_->ExpectMessage(MessageAnswer::No);

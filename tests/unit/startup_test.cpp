@@ -9,88 +9,52 @@ namespace {
 std::wstring LocalIni() { return std::wstring(kAppData) + L"\\Postrove\\Postrove.ini"; }
 std::wstring Join(const std::wstring& a, const wchar_t* b) { return a + b; }
 
-TEST(Startup, DefaultsWithoutAnySettings) {
-  Product product;
-  product.Start();
-  const Settings& settings = product.Data().settings;
-  EXPECT_FALSE(settings.QuillionInstalled());
-  EXPECT_FALSE(settings.UseQuillion());
-  EXPECT_EQ(product.utility->IniFile(), LocalIni());
-  EXPECT_EQ(settings.Root, L"C:\\");
-  EXPECT_EQ(settings.WorkUnit, L"Project");
-  EXPECT_EQ(settings.EmailFolder, L"Corr_Out\\");
-  EXPECT_EQ(settings.ProjDelim, L"-");
-  EXPECT_EQ(settings.SubjDelim, L"=>");
-  EXPECT_EQ(settings.gCommonAppData(), kAppData);
-  EXPECT_EQ(settings.gProgramFiles(), kPrograms);
-  EXPECT_TRUE(product.utility->Messages().empty());
-}
-
-TEST(Startup, OwnModeFollowsTheSettingsFolderAndKeepsDelimiters) {
-  Product product;
-  product.utility->AddFile(LocalIni(),
-                           "[Setup]\r\nPostroveSettingsPath=S:\\Set\\\r\nRoot=X:\\wrong\r\n"
-                           "UseQuillion=1\r\n");
-  product.utility->AddFile(L"S:\\Set\\Postrove.ini",
-                           "[setup]\r\nroot=P:\\Jobs\r\nWORKUNIT=Job\r\nProjDelim=_\r\n"
-                           "SubjDelim=::\r\nEmailFolder=Mail\r\n");
-  product.Start();
-  const Settings& settings = product.Data().settings;
-  EXPECT_FALSE(settings.UseQuillion());  // not installed, whatever the file says
-  EXPECT_EQ(product.utility->IniFile(), L"S:\\Set\\Postrove.ini");
-  EXPECT_EQ(settings.Root, L"P:\\Jobs\\");
-  EXPECT_EQ(settings.WorkUnit, L"Job");
-  EXPECT_EQ(settings.ProjDelim + settings.SubjDelim + settings.EmailFolder, L"-=>Corr_Out\\");
-}
-
-TEST(Startup, AnEmptyRootStaysEmpty) {
-  Product product;
-  product.utility->AddFile(LocalIni(), "[Setup]\r\nRoot=\r\n");
-  product.Start();
-  EXPECT_EQ(product.Data().settings.Root, L"");
-}
-
-TEST(Startup, SharingIsDecidedByTheLocalFile) {
+TEST(Startup, ReadsTheFileThatIsInForce) {
+  const std::wstring programs = Join(kPrograms, L"\\Quillion"),
+                     data = Join(kAppData, L"\\Quillion");
+  const char quillions[] =
+      "[FilePathsPrj]\r\n1=Q:\\Projects\r\n[Setup]\r\nRoot=X:\\no\r\nProjDelim=\" - \"\r\n"
+      "SubjDelim=#\r\nEmailFolder=Mail\r\n";
+  const wchar_t kDefaults[] = L"C:\\|Project|Corr_Out\\|-|=>";
+  const wchar_t kShared[] = L"Q:\\Projects\\|Project|Mail\\| - |#";
+  const std::wstring shared = programs + L"\\Qulln.txt";
   const struct {
-    const char* local;
-    bool shared;
-  } cases[] = {{nullptr, true},
-               {"[Setup]\r\nUseQuillion=1\r\n", true},
-               {"[Setup]\r\nUseQuillion=0\r\n", false},
-               {"[Setup]\r\nUseQuillion=False\r\n", false},
-               {"[Setup]\r\nUseQuillion=what?\r\n", true},
-               {"no ini file at all \x01\x02\xff", true}};
+    const char* local;    // the local file; null: none
+    bool installed;       // Quillion
+    std::wstring file;    // the one in force
+    const char* content;  // of that; null: as it is
+    const wchar_t* read;
+  } cases[] = {
+      {nullptr, false, LocalIni(), nullptr, kDefaults},
+      {"[Setup]\r\nRoot=\r\n", false, LocalIni(), nullptr, L"|Project|Corr_Out\\|-|=>"},
+      {"[Setup]\r\nPostroveSettingsPath=S:\\Set\\\r\nRoot=X:\\no\r\nUseQuillion=1\r\n", false,
+       L"S:\\Set\\Postrove.ini",
+       "[setup]\r\nroot=P:\\Jobs\r\nWORKUNIT=Job\r\nProjDelim=_\r\nSubjDelim=::\r\n"
+       "EmailFolder=Mail\r\n",
+       L"P:\\Jobs\\|Job|Corr_Out\\|-|=>"},
+      {nullptr, true, shared, quillions, kShared},
+      {nullptr, true, data + L"\\Qulln.ini", quillions, kShared},
+      {"[Setup]\r\nUseQuillion=1\r\n", true, shared, quillions, kShared},
+      {"[Setup]\r\nUseQuillion=what?\r\n", true, shared, quillions, kShared},
+      {"no ini file at all \x01\x02\xff", true, shared, quillions, kShared},
+      {"[Setup]\r\nUseQuillion=0\r\n", true, LocalIni(), nullptr, kDefaults},
+      {"[Setup]\r\nUseQuillion=False\r\n", true, LocalIni(), nullptr, kDefaults},
+  };
   for (const auto& one : cases) {
-    SCOPED_TRACE(one.local ? one.local : "no file");
+    SCOPED_TRACE(&one - cases);
     Product product;
-    product.utility->AddFolder(Join(kPrograms, L"\\Quillion"));
+    if (one.installed) product.utility->AddFolder(programs);
     if (one.local) product.utility->AddFile(LocalIni(), one.local);
-    product.Start();
-    EXPECT_TRUE(product.Data().settings.QuillionInstalled());
-    EXPECT_EQ(product.Data().settings.UseQuillion(), one.shared);
-    EXPECT_TRUE(product.utility->Messages().empty());
-  }
-}
-
-TEST(Startup, SharedModeReadsQuillionsFile) {
-  for (const bool inAppData : {true, false}) {
-    Product product;
-    const std::wstring folder =
-        inAppData ? Join(kAppData, L"\\Quillion") : Join(kPrograms, L"\\Quillion");
-    product.utility->AddFolder(Join(kPrograms, L"\\Quillion"));
-    if (inAppData) product.utility->AddFolder(folder);
-    const std::wstring file = folder + (inAppData ? L"\\Qulln.ini" : L"\\Qulln.txt");
-    product.utility->AddFile(file,
-                             "[FilePathsPrj]\r\n1=Q:\\Projects\r\n[Setup]\r\nRoot=X:\\no\r\n"
-                             "ProjDelim=\" - \"\r\nSubjDelim=#\r\nEmailFolder=Mail\r\n");
+    if (one.content) product.utility->AddFile(one.file, one.content);
     product.Start();
     const Settings& settings = product.Data().settings;
-    EXPECT_EQ(product.utility->IniFile(), file);
-    EXPECT_EQ(settings.Root, L"Q:\\Projects\\");
-    EXPECT_EQ(settings.ProjDelim, L" - ");
-    EXPECT_EQ(settings.SubjDelim, L"#");
-    EXPECT_EQ(settings.EmailFolder, L"Mail\\");
-    EXPECT_EQ(settings.WorkUnit, L"Project");
+    EXPECT_EQ(settings.QuillionInstalled(), one.installed);
+    EXPECT_EQ(settings.UseQuillion(), one.read == kShared);
+    EXPECT_EQ(product.utility->IniFile(), one.file);
+    EXPECT_EQ(settings.Root + L"|" + settings.WorkUnit + L"|" + settings.EmailFolder + L"|" +
+                  settings.ProjDelim + L"|" + settings.SubjDelim,
+              one.read);
+    EXPECT_TRUE(product.utility->Messages().empty());
   }
 }
 

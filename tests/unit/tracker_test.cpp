@@ -137,15 +137,6 @@ TEST(Tracker, QuitReleasesByVersion) {
   }
 }
 
-TEST(Tracker, QuitAfterADisconnectionReleasesInEveryVersion) {
-  Product product(L"16.0.0.4266");
-  product.Start();
-  product.shared.gController.reset();
-  product.outlook.Quit();
-  EXPECT_FALSE(product.shared.gOutlook);
-  EXPECT_EQ(product.outlook.app->SinkCount() + product.outlook.inspectors->SinkCount(), 0u);
-}
-
 // Makes each call of loading, of windows that open and of one that closes fail in turn.
 TEST(Tracker, NoSingleFailureCostsAButton) {
   std::size_t calls = 0;
@@ -310,19 +301,6 @@ TEST(Tracker, EveryButtonFilesTheActiveMessageOnceWhateverOpensAndCloses) {
     for (int step = 0; step < 40 && !HasFailure(); ++step) desk.Act();
     desk.End();
   }
-}
-
-TEST(Tracker, AShortBarStillGetsTheButton) {
-  Product product;
-  product.Start();
-  const auto inspector = product.outlook.Open(false);
-  const auto add = inspector->controls->functions[L"Add"];
-  inspector->controls->functions[L"Add"] = [add](const office::Arguments& arguments) {
-    if (arguments.at(3) == Value(4)) throw Error(5, L"Add", L"No control has this index.");
-    return add(arguments);
-  };
-  product.outlook.RaiseNew(inspector);
-  EXPECT_EQ(inspector->buttons.size(), 1u);
 }
 
 }  // namespace
