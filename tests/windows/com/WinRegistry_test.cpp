@@ -20,42 +20,35 @@ class WinRegistryTest : public testing::Test {
 };
 
 TEST_F(WinRegistryTest, ReadsTextBelowTheMachineHive) {
-  machine_.SetText(kKey, L"Common AppData", L"C:\\ProgramData");
-  machine_.SetText(kKey, nullptr, L"default");
-  machine_.SetText(kKey, L"Gr\u00FC\u00DFe", L"M\u00FCller");
-  EXPECT_EQ(L"C:\\ProgramData", Read(L"Common AppData"));
-  EXPECT_EQ(L"default", Read(L""));
-  EXPECT_EQ(L"M\u00FCller", Read(L"Gr\u00FC\u00DFe"));
-}
-
-TEST_F(WinRegistryTest, WhatIsMissingIsEmpty) {
-  EXPECT_EQ(L"", Read(L"Common AppData"));
-  machine_.MakeKey(kKey);
-  EXPECT_EQ(L"", Read(L"Common AppData"));
+  EXPECT_EQ(L"", Read(L"plain")) << "there is no key";
   EXPECT_EQ(L"", WinRegistry().GetDefaultMailClient());
-}
-
-TEST_F(WinRegistryTest, TheDefaultMailClientIsTheUnnamedValue) {
+  const auto wide = [](std::wstring_view text) {
+    return std::string(reinterpret_cast<const char*>(text.data()), text.size() * sizeof text[0]);
+  };
+  const std::wstring longest(259, L'x');
+  const struct {
+    const wchar_t* name;
+    DWORD type;
+    std::string bytes;
+    std::wstring read;
+  } cases[] = {
+      {L"plain", REG_SZ, wide({L"C:\\ProgramData\0", 15}), L"C:\\ProgramData"},
+      {L"", REG_SZ, wide({L"default\0", 8}), L"default"},
+      {L"Gr\u00FC\u00DFe", REG_SZ, wide({L"M\u00FCller\0", 7}), L"M\u00FCller"},
+      {L"longest", REG_SZ, wide(longest + L'\0'), longest},
+      {L"too long", REG_SZ, wide(longest + L"x\0"), L""},
+      {L"parts", REG_MULTI_SZ, wide({L"first\0second\0\0", 14}), L"first"},
+      {L"bytes", REG_BINARY, {"ab\0c", 4}, L"ab"},
+      {L"no null", REG_BINARY, "ab", L"ab" + std::wstring(258, L' ')},
+  };
+  for (const auto& one : cases) {
+    machine_.SetValue(kKey, one.name, one.type, one.bytes.data(),
+                      static_cast<DWORD>(one.bytes.size()));
+    EXPECT_EQ(one.read, Read(one.name));
+  }
+  EXPECT_EQ(L"", Read(L"missing"));
   machine_.SetText(L"Software\\Clients\\Mail", nullptr, L"Example Mail");
   EXPECT_EQ(L"Example Mail", WinRegistry().GetDefaultMailClient());
-}
-
-TEST_F(WinRegistryTest, AValueLongerThanTheBufferIsEmpty) {
-  const std::wstring longest(259, L'x');
-  machine_.SetText(kKey, L"fits", longest);
-  machine_.SetText(kKey, L"too long", longest + L'x');
-  EXPECT_EQ(longest, Read(L"fits"));
-  EXPECT_EQ(L"", Read(L"too long"));
-}
-
-TEST_F(WinRegistryTest, ReadingEndsAtTheFirstNullWhateverTheType) {
-  const wchar_t parts[] = L"first\0second\0";
-  machine_.SetValue(kKey, L"parts", REG_MULTI_SZ, parts, sizeof parts);
-  machine_.SetValue(kKey, L"bytes", REG_BINARY, "ab\0c", 4);
-  machine_.SetValue(kKey, L"no null", REG_BINARY, "ab", 2);
-  EXPECT_EQ(L"first", Read(L"parts"));
-  EXPECT_EQ(L"ab", Read(L"bytes"));
-  EXPECT_EQ(L"ab" + std::wstring(258, L' '), Read(L"no null"));
 }
 
 TEST_F(WinRegistryTest, AKeyThatUsersMayOnlyReadIsRead) {

@@ -24,11 +24,9 @@ class FakeServer final : public IDispatch,
                                        EXCEPINFO* exception)>;
 
   std::map<std::wstring, Member> members;
-  GUID eventInterface{};         // of the connection point
-  HRESULT adviseResult = S_OK;   // a failure refuses, after having taken and let go the sink
-  bool keepRefusedSink = false;  // ... or keeps it, as a faulty host
-  GUID otherInterface{};         // answered with `other`
-  FakeServer* other = nullptr;
+  GUID eventInterface{};          // of the connection point
+  HRESULT adviseResult = S_OK;    // a failure refuses, after having taken and let go the sink
+  bool keepRefusedSink = false;   // ... or keeps it, as a faulty host
   std::vector<IDispatch*> sinks;  // held
   std::vector<ULONG> referencesAtUnadvise;
 
@@ -67,7 +65,6 @@ class FakeServer final : public IDispatch,
 
   STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
     *object = nullptr;
-    if (other && iid == otherInterface) return other->QueryInterface(__uuidof(IDispatch), object);
     if (iid == __uuidof(IUnknown) || iid == __uuidof(IDispatch)) {
       *object = static_cast<IDispatch*>(this);
     } else if (iid == __uuidof(IConnectionPointContainer)) {

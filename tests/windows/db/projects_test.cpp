@@ -157,5 +157,32 @@ TEST_F(Projects, AnyTextEndsAsOneRowOrAsAnError) {
   EXPECT_EQ(expected, Table());
 }
 
+// The stand-in for Jet is no milder than Jet with statements that end in another place.
+TEST_F(Projects, TheStandInRunsOneStatementAndNothingBehindIt) {
+  const std::pair<const wchar_t*, const wchar_t*> cases[] = {
+      {L"DELETE FROM Project WHERE", L"incomplete input"},
+      {L"DELETE FROM Project WHERE ProjFilePath = 'O'x'; ", L"unrecognized token"},
+      {L"DELETE FROM Project WHERE ProjFilePath = 'O'; ' ", L"Characters found after end"},
+      {L"SELECT 1; DELETE FROM Project", L"Characters found after end of SQL statement."},
+      {L"DELETE FROM Project;; ", L"Characters found after end of SQL statement."},
+      {L"DELETE FROM Project WHERE 'a;b' = \"c;\" OR [b] ; x", L"Characters found after end"},
+      {L"DELETE FROM Project -- all", L"Syntax error"},
+      {L"DELETE FROM Project /* all */", L"Syntax error"},
+      {L"DELETE FROM Project WHERE ProjectID = ?", L"required parameters"},
+  };
+  ASSERT_TRUE(Save({L"1", L"One", L"", true}, false));
+  for (const auto& [statement, reason] : cases) {
+    try {
+      direct_->Execute(statement);
+      ADD_FAILURE() << "no error";
+    } catch (const Error& error) {
+      EXPECT_NE(error.Description().find(reason), std::wstring::npos);
+    }
+  }
+  EXPECT_THAT(Table(), SizeIs(1));
+  EXPECT_EQ((Rows{{std::wstring(L"a;'b--"), std::wstring(L"c/*")}}),
+            direct_->OpenRecordset(L"SELECT 'a;''b--', 'c/*' AS [d--e]; \r\n"));
+}
+
 }  // namespace
 }  // namespace postrove

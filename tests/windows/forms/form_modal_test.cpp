@@ -27,6 +27,16 @@ class FormModal : public ::testing::Test {
   std::function<void()>& OnMain() { return form->cmdPostrove(kMainButton).onClick; }
   void ClickMain(const Dialog& dialog) { dialog.Click(form->cmdPostrove(kMainButton)); }
 
+  // Shows a form to a user who does the steps, and closes it unless they did.
+  void Use(Form& shown, const std::function<void(const Dialog&)>& steps) {
+    const DialogUser user([&, caption = shown.Caption()] {
+      const Dialog dialog(caption);
+      steps(dialog);
+      if (IsWindow(dialog.Window())) dialog.Close();
+    });
+    host->ShowModal(shown);
+  }
+
   OwnerWindow owner;
   std::shared_ptr<FormHost> host = CreateWinFormHost(GetModuleHandleW(nullptr));
   EventLog log;
@@ -39,15 +49,10 @@ TEST_F(FormModal, DisablesItsOwnerWhileItIsUp) {
     frmPostrove own({});
     EnableWindow(owner.Window(), enabled);
     SetActiveWindow(owner.Window());
-    {
-      const DialogUser user([&] {
-        const Dialog dialog(L"Postrove");
-        EXPECT_EQ(GetWindow(dialog.Window(), GW_OWNER), owner.Window());
-        EXPECT_FALSE(IsWindowEnabled(owner.Window()));
-        dialog.Close();
-      });
-      host->ShowModal(own);
-    }
+    Use(own, [&](const Dialog& dialog) {
+      EXPECT_EQ(GetWindow(dialog.Window(), GW_OWNER), owner.Window());
+      EXPECT_FALSE(IsWindowEnabled(owner.Window()));
+    });
     EXPECT_TRUE(own.IsUnloaded());
     EXPECT_EQ(IsWindowEnabled(owner.Window()) != 0, enabled);
     EXPECT_TRUE(!enabled || GetActiveWindow() == owner.Window());
@@ -78,8 +83,7 @@ TEST_F(FormModal, SurvivesTheDestructionOfItsOwner) {
       EXPECT_EQ(GetActiveWindow(), window);
       outer.txtSaveAsName.SetText(L"after");
     };
-    const DialogUser user([&] {
-      const Dialog dialog(L"Postrove");
+    Use(outer, [&](const Dialog& dialog) {
       window = dialog.Window();
       EXPECT_EQ(GetWindow(window, GW_OWNER), inspector);
       dialog.Click(outer.cmdPostrove(kMainButton));
@@ -93,9 +97,7 @@ TEST_F(FormModal, SurvivesTheDestructionOfItsOwner) {
       EXPECT_EQ(dialog.TextOf(outer.txtSaveAsName), L"after");
       dialog.Type(outer.txtSaveAsName, L"x");
       WaitFor("the typed text", [&] { return events.Has("txtSaveAsName change xafter"); });
-      dialog.Close();
     });
-    host->ShowModal(outer);
   }
 }
 
@@ -118,8 +120,7 @@ TEST_F(FormModal, TheSecondHalfOfADoublePressAnswersNoQuestion) {
   };
   const UINT usual = GetDoubleClickTime();
   SetDoubleClickTime(5000);  // however slow the machine is
-  const DialogUser user([&] {
-    const Dialog dialog(L"Postrove");
+  Use(outer, [&](const Dialog& dialog) {
     dialog.Click(outer.cmdPostrove(kMainButton));
     const Dialog question(inner.Caption());
     const HWND ok = question.Item(inner.cmdFolderMessage(0));
@@ -133,7 +134,6 @@ TEST_F(FormModal, TheSecondHalfOfADoublePressAnswersNoQuestion) {
     question.Click(inner.cmdFolderMessage(1));
     question.WaitForEnd();
   });
-  host->ShowModal(outer);
   SetDoubleClickTime(usual);
   EXPECT_FALSE(events.Has("cmdFolderMessage0 click"));
 }
@@ -150,15 +150,11 @@ TEST_F(FormModal, EndsWhenItsWindowIsDestroyedByOthers) {
       own.txtSaveAsName.SetText(L"still a model");
       if (within) own.Unload();
     };
-    {
-      const DialogUser user([&] {
-        const Dialog dialog(L"Postrove");
-        window = dialog.Window();
-        dialog.Click(own.cmdPostrove(kMainButton));
-        dialog.WaitForEnd();
-      });
-      host->ShowModal(own);
-    }
+    Use(own, [&](const Dialog& dialog) {
+      window = dialog.Window();
+      dialog.Click(own.cmdPostrove(kMainButton));
+      dialog.WaitForEnd();
+    });
     EXPECT_TRUE(own.IsUnloaded());
     EXPECT_TRUE(events.Has("unload"));
     EXPECT_TRUE(IsWindowEnabled(owner.Window()));
@@ -171,27 +167,23 @@ TEST_F(FormModal, StaysWhileUnloadingIsRefused) {
     cancel = ++asked == 1;
     log.Add("asked " + std::to_string(asked));
   };
-  const DialogUser user([&] {
-    const Dialog dialog(L"Postrove");
+  Use(*form, [&](const Dialog& dialog) {
     PostMessageW(dialog.Window(), WM_CLOSE, 0, 0);
     WaitFor("the refusal", [&] { return log.Has("asked 1"); });
     EXPECT_TRUE(IsWindowVisible(dialog.Window()));
     PostMessageW(dialog.Window(), WM_SYSCOMMAND, SC_CLOSE, 0);
     dialog.WaitForEnd();
   });
-  host->ShowModal(*form);
   EXPECT_EQ(asked, 2);
 }
 
 TEST_F(FormModal, TheFormCanBeDestroyedWithinAnEvent) {
   OnMain() = [&] { form.reset(); };
   Form& shown = *form;
-  const DialogUser user([&] {
-    const Dialog dialog(L"Postrove");
+  Use(shown, [&](const Dialog& dialog) {
     ClickMain(dialog);
     dialog.WaitForEnd();
   });
-  host->ShowModal(shown);
   EXPECT_EQ(form, nullptr);
   EXPECT_TRUE(IsWindowEnabled(owner.Window()));
 }
@@ -202,15 +194,12 @@ TEST_F(FormModal, AnExceptionEndsAtTheWindowProcedure) {
     throw Error(kInvalidArgument, L"test", L"a handler failed");
   };
   form->cboPostrove.onKeyPress = [](int&) -> void { throw 1; };
-  const DialogUser user([&] {
-    const Dialog dialog(L"Postrove");
+  EXPECT_NO_THROW(Use(*form, [&](const Dialog& dialog) {
     ClickMain(dialog);
     WaitFor("the throw", [&] { return log.Has("thrown"); });
     dialog.Type(form->cboPostrove, L"a");
     WaitFor("the text", [&] { return log.Has("cboPostrove change a"); });
-    dialog.Close();
-  });
-  EXPECT_NO_THROW(host->ShowModal(*form));
+  }));
 }
 
 TEST_F(FormModal, PassesTheEndOfTheProgramOn) {
@@ -243,16 +232,13 @@ TEST_F(FormModal, IsTopmostAndLowered) {
     host->SetTopmost(*form, false);
     log.Add("lowered");
   };
-  const DialogUser user([&] {
-    const Dialog dialog(L"Postrove");
+  Use(*form, [&](const Dialog& dialog) {
     WaitFor("the activation", [&] { return log.Has("active"); });
     EXPECT_TRUE(topmost(dialog.Window()));
     ClickMain(dialog);
     WaitFor("the click", [&] { return log.Has("lowered"); });
     EXPECT_FALSE(topmost(dialog.Window()));
-    dialog.Close();
   });
-  host->ShowModal(*form);
   DestroyWindow(above);
 }
 
@@ -280,12 +266,10 @@ TEST_F(FormModal, CountsTheWaitCursorAndLeavesNestedDialogsWithout) {
     host->SetWaitCursor(false);
     form->Unload();
   };
-  const DialogUser user([&] {
-    const Dialog dialog(L"Postrove");
+  Use(*form, [&](const Dialog& dialog) {
     ClickMain(dialog);
     dialog.WaitForEnd();
   });
-  host->ShowModal(*form);
 }
 
 // The host's own windows are made and measured in its handlers; ours are scaled by the monitor.
@@ -321,15 +305,12 @@ TEST_F(FormModal, RunsHandlersInTheHostsDpiMode) {
     EXPECT_EQ(kind(of(GetActiveWindow())), kPerMonitor);
     log.Add("main");
   };
-  const DialogUser user([&] {
-    const Dialog dialog(L"Postrove");
+  Use(*form, [&](const Dialog& dialog) {
     dialog.Type(form->cboPostrove, L"a");
     dialog.Press(form->cboPostrove, VK_DOWN);
     ClickMain(dialog);
     WaitFor("the click", [&] { return log.Has("main"); });
-    dialog.Close();
   });
-  host->ShowModal(*form);
   EXPECT_EQ(kind(now()), kUnaware);
   set(before);
   EXPECT_GE(modes.size(), 10u);
