@@ -77,14 +77,15 @@ void clsPostrove::mcbPostroveMenuButton_Click() {
 }
 
 void clsPostrove::FileActiveMessage() {
-  data_.ReadMissing();
-  data_.projects.GetProjectList();
+  // First the message: what is told about the list is modal to one mail window only.
   SaveDialog dialog(shared_, data_, *utility_, *forms_, TakeActiveMessage(shared_));
   const struct Shown {
     SaveDialog*& shown;
     ~Shown() { shown = nullptr; }
   } shown{dialog_};
   dialog_ = &dialog;
+  data_.ReadMissing();
+  data_.projects.GetProjectList();
   dialog.Show(version_);
 }
 

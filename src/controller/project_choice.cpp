@@ -110,8 +110,10 @@ void ProjectChoice::TextChanged(const std::wstring& text) {
 
 void ProjectChoice::ChooseListedProject(int row) {
   const std::vector<Project>& list = data_.projects.ProjectList;
-  if (row < 0 || static_cast<std::size_t>(row) >= list.size()) return;
-  SelectProject(list[static_cast<std::size_t>(row)]);
+  // Without a list the box has one item, the current project.
+  const bool current = list.empty() && row == 0;
+  if (!current && (row < 0 || static_cast<std::size_t>(row) >= list.size())) return;
+  if (!current) SelectProject(list[static_cast<std::size_t>(row)]);
   const Raised filling(filling_);
   FillSaveFields();
   filing_.typedProject = false;

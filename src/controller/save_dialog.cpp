@@ -33,8 +33,8 @@ SaveDialog::SaveDialog(const SharedObjects& shared, OfficeData& data, clsSharedU
       project_(data, utility, dialogs_, filing_, *form_) {}
 
 void SaveDialog::Show(const ProductVersion& version) {
-  project_.ProposeFromSubject();
-  if (dialogs_.IsOver()) return;  // Outlook quit during a question
+  if (!dialogs_.IsOver()) project_.ProposeFromSubject();
+  if (dialogs_.IsOver()) return;  // Outlook quit during a message or a question
   FillSaveLabels(*form_, data_.settings, data_.labels);
   ArrangeByMode(*form_, data_.settings.UseQuillion());
   ArrangeForm(*form_, filing_.sent, version);

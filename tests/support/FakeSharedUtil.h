@@ -81,6 +81,8 @@ class FakeSharedUtil : public clsSharedUtil {
   struct ProcessDied {};
   void DieAtFileOperation(int n) { dying_ = operations_ + n; }
 
+  // What happens while a message box is open that was not announced.
+  std::function<void()> duringMessages;
   // What other users do before each file operation.
   std::function<void()> otherUsers;
 
@@ -195,7 +197,11 @@ class FakeSharedUtil : public clsSharedUtil {
     messages_.push_back({text, title, buttons, icon});
     const bool question = buttons == MessageButtons::YesNo;
     const auto box = Take(&answers_, L"message box", title + L" | " + text);
-    if (!box) return question ? questions_ : MessageAnswer::Ok;
+    if (!box) {
+      const MessageAnswer answer = question ? questions_ : MessageAnswer::Ok;
+      if (duringMessages) duringMessages();
+      return answer;
+    }
     EXPECT_EQ(question, box->answer != MessageAnswer::Ok)
         << "the answer does not fit the buttons of: " << text::ToUtf8(text);
     if (box->meanwhile) box->meanwhile();

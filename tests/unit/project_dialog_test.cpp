@@ -375,36 +375,6 @@ TEST_F(ProjectDialog, ARowWithoutAKeyIsListedOnceAndSaysWhyItIsNotEdited) {
       {Save});
 }
 
-// Outlook can quit during the question or while the dialog is open.
-TEST_F(ProjectDialog, GoesWithOutlook) {
-  for (const bool inQuestion : {true, false}) {
-    Start();
-    const auto quit = [this] {
-      product_.outlook.Quit();
-      EXPECT_EQ(mail_->window.use_count(), 1) << "the window is held while Outlook waits for it";
-    };
-    product_.utility->ExpectMessage(MessageAnswer::Yes,
-                                    inQuestion ? quit : std::function<void()>());
-    product_.forms->Expect([](forms::Form& form) {
-      TypeUnknown(dynamic_cast<forms::frmPostrove&>(form));
-      form.Find(L"cmdPostrove", forms::kMainButton).UserClicked();
-      EXPECT_TRUE(form.IsUnloaded());
-    });
-    if (!inQuestion) {
-      product_.forms->Expect([quit](forms::Form& form) {
-        quit();
-        EXPECT_TRUE(form.IsUnloaded());
-        form.Find(L"cmdProjInfo", forms::kProjInfoSave).UserClicked();
-      });
-    }
-    product_.outlook.Click(mail_);
-    EXPECT_TRUE(product_.forms->Finished());
-    EXPECT_TRUE(saved_.empty());
-    EXPECT_TRUE(writes_.empty());
-    EXPECT_FALSE(product_.shared.gController);
-  }
-}
-
 // A typed project is split at its first colon, and is not filed into the folder of the one chosen
 // before unless the user wants it.
 TEST_F(ProjectDialog, ATypedProjectBringsItsFolder) {

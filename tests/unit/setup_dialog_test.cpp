@@ -264,6 +264,13 @@ TEST_F(SetupDialog, WhatTheUserEnteredInTheSaveDialogStays) {
           EXPECT_EQ(save.cboPostrove.Text(), kProjects[what]);
           EXPECT_EQ(save.txtSaveFolder.Text(), kFolders[what]);
           EXPECT_EQ(save.txtSaveAsName.Text(), L"A name");
+          if (what != kUnread) return;
+          save.cboPostrove.UserTyped(L"x", 1, 0);
+          save.cboPostrove.UserPicked(0);  // the one item of a list that cannot be read
+          EXPECT_EQ(save.txtSaveFolder.Text(), kFolders[what]);
+          save.txtSaveFolder.UserTyped(L"", 0, 0);
+          utility_->ExpectMessage();  // of that alone: the project is known
+          save.cmdPostrove(forms::kMainButton).UserClicked();
         },
         [&](forms::frmPostrove& save) {
           save.cboPostrove.UserPicked(0);

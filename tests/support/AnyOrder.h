@@ -1,0 +1,460 @@
+#pragma once
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "shared/file_name.h"
+#include "support/Desk.h"
+#include "support/FakeProjects.h"
+
+namespace postrove::testing {
+
+// A day at the desk: the user at every dialog, other people's outages, the end of Outlook, in any
+// order. After each step holds what must always hold: every visible button files the active
+// window's message, once; what is shown is what is used; nothing is sent unfiled, lost or half
+// written; nothing is held after the end.
+class AnyOrder : private Desk {
+ public:
+  using Desk::Choose;
+
+  explicit AnyOrder(Choose choose) : Desk(std::move(choose)) {
+    if (shared_) utility_.AddFolder(std::wstring(kPrograms) + L"\\Quillion");
+    utility_.AddFile(shared_ ? std::wstring(kPrograms) + L"\\Quillion\\Qulln.txt" : kLocalIni,
+                     "; ours\r\n[Setup]\r\nRoot=P:\\Jobs\\\r\n[FilePathsPrj]\r\n1=P:\\Jobs\r\n");
+    utility_.AddFile(kOther, "other");
+    for (const wchar_t* folder : {L"P:\\Jobs\\Corr_Out", L"D:\\Files\\Corr_Out", L"S:\\Set"}) {
+      utility_.AddFolder(folder);
+    }
+    utility_.SetDriveType(L"E:\\", DriveKind::CdRom);
+    product_.database->SetHandler([this](const RanStatement& ran) {
+      return projects_.Answer(ran, product_.database->DbType);
+    });
+    product_.forms->everyone = [this](forms::Form& form) { Use(form); };
+    utility_.AnswerTheRest();
+    utility_.duringMessages = [this] {
+      if (clicked_ && One(4)) Disturb();
+    };
+    product_.Start();
+  }
+
+  // Answers the number of steps that were taken; ends at the first failure, and tells the story.
+  int Run(int steps) {
+    while (steps_ < steps && !quit_ && !::testing::Test::HasFailure()) {
+      ++steps_;
+      if (One(3)) {
+        ClickOne();
+      } else if (One(20)) {
+        Outage();
+      } else {
+        ActOnWindow();
+      }
+      if (!quit_) CheckWindows();
+    }
+    End();
+    if (::testing::Test::HasFailure()) ADD_FAILURE() << text::ToUtf8(story_);
+    return steps_;
+  }
+
+ private:
+  static inline const std::wstring kLocalIni = std::wstring(kAppData) + L"\\Postrove\\Postrove.ini";
+  static constexpr wchar_t kOther[] = L"D:\\Filed\\other.msg";
+
+  // A filing.
+
+  void ClickOne() {
+    const Window window = AnyWindow();
+    if (!window || window->buttons.empty()) return;
+    Activate(window);
+    Tell(L"click " + Subject(window));
+    clicked_ = window.get();
+    saved_.clear();
+    sent_ = dialogs_ = 0;
+    mayReplace_ = false;
+    const auto before = window->item->properties;
+    const std::size_t told = utility_.Messages().size();
+    const auto other = utility_.File(kOther);
+    outlook_.Click(window);
+    clicked_ = nullptr;
+    utility_.FailFileOperation(0);
+    EXPECT_EQ(product_.forms->waiting, 0);
+    // Without a dialog there is a message why.
+    EXPECT_TRUE(dialogs_ == 1 || (dialogs_ == 0 && utility_.Messages().size() > told) || quit_);
+    auto& item = window->item->properties;
+    for (const wchar_t* text : {L"Body", L"HTMLBody", L"Subject"}) {
+      EXPECT_TRUE(!saved_.empty() || item.empty() || item[text] == before.at(text));
+    }
+    EXPECT_LE(sent_, before.at(L"Sent") == office::Value(true) ? 0 : 1);
+    EXPECT_TRUE(mayReplace_ || utility_.File(kOther) == other);
+    CheckFiles();
+  }
+
+  office::Value SaveAs(const FakeOutlook::Inspector& window, const std::wstring& path) override {
+    EXPECT_EQ(&window, clicked_) << "another window's message";
+    EXPECT_EQ(sent_, 0);
+    if (!utility_.HasFolderOf(path) || fault_ == 2) {
+      if (One(2)) utility_.AddFile(path, "mess");
+      throw Error(static_cast<long>(0x80030070), L"SaveAs", L"The disk is full.");
+    }
+    utility_.AddFile(path, "message");
+    saved_ = path;
+    Tell(L"saved");
+    Work();
+    const std::wstring folder = path.substr(0, path.rfind(L'\\') + 1);
+    const std::wstring name = path.substr(folder.size(), path.size() - folder.size() - 4);
+    const auto is = [&](const std::wstring& one) {
+      return text::EqualsIgnoreCase(folder, CleanFolder(one));
+    };
+    const std::vector<std::wstring> own = Folders(shownProject_, false);
+    EXPECT_TRUE(is(shownFolder_) || is(agreedFolder_) ||
+                (moves_ && std::any_of(own.begin(), own.end(), is)))
+        << text::ToUtf8(path + L" of " + shownProject_ + L" in " + shownFolder_);
+    const auto named = [&](const std::wstring& one) {
+      return name.starts_with(CleanFileName(WithoutMessageEnding(one)));
+    };
+    EXPECT_TRUE(named(shownName_) || named(agreedName_)) << text::ToUtf8(path);
+    return {};
+  }
+
+  office::Value Send(const FakeOutlook::Inspector& window) override {
+    EXPECT_EQ(&window, clicked_) << "another window's message";
+    const auto recipients = office::ToObject(window.item->properties[L"Recipients"]);
+    const auto all = std::static_pointer_cast<FakeObject>(recipients);
+    EXPECT_TRUE(!saved_.empty() || all->properties[L"Count"] == office::Value(0)) << "unfiled";
+    if (fault_ == 3) throw Error(static_cast<long>(0x80004005), L"Send", L"There is no server.");
+    ++sent_;
+    Tell(L"sent");
+    Work();
+    const auto open = std::find_if(outlook_.open.begin(), outlook_.open.end(),
+                                   [&](const Window& one) { return one.get() == &window; });
+    if (open == outlook_.open.end()) return {};
+    const Window sent = *open;
+    outlook_.CloseMessage(sent);
+    Close(sent);
+    return {};
+  }
+
+  // Outlook handles messages while it writes and sends: a second press and Esc reach the dialog.
+  void Work() {
+    if (quit_) return;
+    save_->cmdPostrove(forms::kMainButton).UserClicked();
+    save_->UserClosed();
+    EXPECT_FALSE(save_->IsUnloaded());
+    EXPECT_FALSE(Topmost()) << "it hides what Outlook asks";
+    if (One(6)) Disturb();
+  }
+
+  // Each message is whole, or is said to be not; each settings file has kept what stood first.
+  void CheckFiles() {
+    for (const std::wstring& path : utility_.Files()) {
+      const std::string bytes = utility_.File(path).value_or("");
+      if (path.ends_with(L".msg") && bytes != "message" && bytes != "other") {
+        const auto& said = utility_.Messages();
+        EXPECT_TRUE(std::any_of(
+            said.begin(), said.end(),
+            [&](const ShownMessage& one) { return one.text.find(path) != std::wstring::npos; }))
+            << "half a message: " << text::ToUtf8(path);
+      }
+      const bool settings = path.ends_with(L".ini") || path.ends_with(L".txt");
+      EXPECT_TRUE(!settings || bytes.starts_with("; ours\r\n[Setup]\r\n") ||
+                  (bytes.starts_with("[Setup]\r\n") && bytes.ends_with("\r\n")))
+          << bytes;
+    }
+  }
+
+  // The folders that a text of the project box can stand for: of a listed project that it names
+  // whole, else by its number or name; of one that is not listed. The last one written as well.
+  std::vector<std::wstring> Folders(const std::wstring& shown, bool whole) {
+    const Settings& settings = product_.Data().settings;
+    const std::size_t colon = std::min(shown.find(L':'), shown.size());
+    const std::wstring name = text::Trim(shown.substr(0, colon));
+    const std::wstring number = colon < shown.size() ? text::Trim(shown.substr(colon + 1)) : L"";
+    std::vector<std::wstring> folders;
+    if (!settings.AreRead()) return {L""};  // none is known
+    const auto add = [&](const std::wstring& own, const std::wstring& ofNumber) {
+      const std::wstring project =
+          own.empty() ? text::NormaliseFolder(settings.Root) + CleanFileName(ofNumber) : own;
+      folders.push_back(text::NormaliseFolder(project) + settings.EmailFolder);
+    };
+    for (const Row& row : projects_.rows) {
+      const auto cell = [&](std::size_t i) { return std::get<std::wstring>(row[i]); };
+      const std::wstring item = cell(0).empty() ? cell(1) : cell(1) + L": " + cell(0);
+      const bool named = number.empty() ? text::EqualsIgnoreCase(cell(1), name)
+                                        : text::EqualsIgnoreCase(cell(0), number);
+      if (text::EqualsIgnoreCase(item, shown) || (!whole && named)) add(cell(2), cell(0));
+    }
+    add({}, number);
+    if (!whole && !projects_.written.empty()) {
+      add(std::get<std::wstring>(projects_.written[2]),
+          std::get<std::wstring>(projects_.written[0]));
+    }
+    return folders;
+  }
+
+  // The dialogs.
+
+  void Use(forms::Form& form) {
+    utility_.AnswerTheRest(One(2) ? MessageAnswer::Yes : MessageAnswer::No);
+    if (auto* save = dynamic_cast<forms::frmPostrove*>(&form)) {
+      UseSave(*save);
+    } else if (auto* question = dynamic_cast<forms::frmFolderMessage*>(&form)) {
+      UseQuestion(*question);
+    } else if (auto* project = dynamic_cast<forms::frmProjInfo*>(&form)) {
+      UseProject(*project);
+    } else {
+      UseSetup(dynamic_cast<forms::frmSetup&>(form));
+    }
+    if (!form.IsUnloaded()) form.UserEscaped();
+  }
+
+  void UseSave(forms::frmPostrove& dialog) {
+    ++dialogs_;
+    save_ = &dialog;
+    auto& item = clicked_->item->properties;
+    EXPECT_TRUE(shared_ || item.empty() ||
+                office::Value(dialog.txtSaveAsName.Text()) == item[L"Subject"])
+        << text::ToUtf8(dialog.txtSaveAsName.Text());
+    typed_ = false;
+    proposed_ = dialog.txtSaveFolder.Text();
+    projects_.written.clear();
+    agreedFolder_ = agreedName_ = L"";
+    for (std::size_t n = Pick(12); n > 0 && !dialog.IsUnloaded(); --n) {
+      ++steps_;
+      utility_.AnswerTheRest(One(2) ? MessageAnswer::Yes : MessageAnswer::No);
+      ActInSave(dialog);
+      EXPECT_EQ(dialogs_, 1);
+      EXPECT_TRUE(dialog.IsUnloaded() || Topmost());
+    }
+  }
+
+  bool Topmost() const {
+    const auto& actions = product_.forms->actions;
+    const auto last = std::find_if(actions.rbegin(), actions.rend(), [](const auto& one) {
+      return one.starts_with(L"topmost") || one.starts_with(L"lower");
+    });
+    return *last == L"topmost frmPostrove";
+  }
+
+  void ActInSave(forms::frmPostrove& dialog) {
+    forms::Control& box = dialog.cboPostrove;
+    const auto press = [&](int button) { dialog.cmdPostrove(button).UserClicked(); };
+    switch (Pick(12)) {
+      case 0:
+        if (box.Items().empty()) return;
+        box.UserPicked(static_cast<int>(Pick(box.Items().size())));
+        Tell(L"pick " + box.Text());
+        typed_ = false;
+        return CheckFolder(dialog);
+      case 1: {
+        const std::wstring text = AnyOf({L"Harbour: 7", L"harbour: 7", L"Quay Wall: 17", L"Hall",
+                                         L"A new name: 7", L": 9", L"", L"Hall: 9: b", L"library"});
+        if (text == box.Text()) return;
+        Tell(L"type " + text);
+        box.UserTyped(text, static_cast<int>(text.size()), 0);
+        typed_ = !text.empty();
+        return;
+      }
+      case 2:
+        return TypeKeys(dialog, AnyOf({L"ha", L"mi", L"2x", L"\b", L"a\bl", L"h\r"}));
+      case 3: {
+        box.UserLeft();
+        Tell(L"leave");
+        const auto& items = box.Items();
+        const bool listed = std::any_of(items.begin(), items.end(), [&](const auto& one) {
+          return text::EqualsIgnoreCase(one, box.Text());
+        });
+        if (!typed_ || !listed) return;
+        typed_ = false;
+        return CheckFolder(dialog);
+      }
+      case 4: {
+        const std::wstring folder = AnyOf({L"D:\\Filed", L"D:\\New", L"E:\\CD", L"C:foo", L"",
+                                           L"d:/files/corr_out", L"P:\\Jobs\\Corr_Out\\"});
+        Tell(L"folder " + folder);
+        dialog.txtSaveFolder.UserTyped(folder, 0, 0);
+        dialog.txtSaveFolder.UserLeft();
+        return;
+      }
+      case 5:
+        dialog.txtSaveAsName.UserTyped(
+            AnyOf({L"other", L"Fee letter", L"..\\x", L"", L"taken.msg", L"a:b"}), 0, 0);
+        if (One(2)) dialog.txtSaveAsName.UserLeft();
+        Tell(L"name " + dialog.txtSaveAsName.Text());
+        return;
+      case 6:
+      case 7:
+        return PressMain(dialog);
+      case 8: {
+        const std::wstring folder = AnyOf({L"", L"D:\\Filed", L"E:\\CD"});
+        Tell(L"browse " + folder);
+        utility_.ExpectBrowse(folder);
+        return press(forms::kBrowseFolderButton);
+      }
+      case 9: {
+        Tell(L"add or edit");
+        const bool edits = One(2);
+        const Row written = projects_.written;
+        press(edits ? forms::kEditProjectButton : forms::kAddProjectButton);
+        if (projects_.written == written) return;
+        typed_ = false;
+        proposed_ = dialog.txtSaveFolder.Text();
+        return;
+      }
+      case 10: {
+        Tell(L"setup");
+        const std::wstring before = dialog.txtSaveFolder.Text();
+        press(forms::kDefaultsButton);
+        if (dialog.txtSaveFolder.Text() != before) proposed_ = dialog.txtSaveFolder.Text();
+        return;
+      }
+      default:
+        return One(2) ? Outage() : Disturb();
+    }
+  }
+
+  // The box as Windows edits it, where the dialog leaves a key to it.
+  void TypeKeys(forms::frmPostrove& dialog, const std::wstring& keys) {
+    forms::Control& box = dialog.cboPostrove;
+    Tell(L"keys " + keys);
+    for (const wchar_t key : keys) {
+      if (box.UserPressed(key)) {
+        if (key == L'\r') continue;
+        typed_ = false;
+        CheckFolder(dialog);
+        continue;
+      }
+      std::wstring text = box.Text();
+      const auto start = static_cast<std::size_t>(box.SelectionStart());
+      text.replace(start, static_cast<std::size_t>(box.SelectionLength()),
+                   key == L'\b' ? std::wstring() : std::wstring(1, key));
+      const std::size_t caret = key == L'\b' ? start : start + 1;
+      if (text == box.Text()) continue;
+      box.UserTyped(text, static_cast<int>(caret), 0);
+      typed_ = !text.empty();
+    }
+  }
+
+  void PressMain(forms::frmPostrove& dialog) {
+    shownProject_ = dialog.cboPostrove.Text();
+    shownFolder_ = dialog.txtSaveFolder.Text();
+    shownName_ = dialog.txtSaveAsName.Text();
+    FakeLog& log = outlook_.log;
+    moves_ = typed_ && text::EqualsIgnoreCase(CleanFolder(shownFolder_), CleanFolder(proposed_));
+    fault_ = Pick(6);  // one of a call, a file operation, SaveAs, Send; or none
+    Tell(L"main with fault " + std::to_wstring(fault_));
+    if (fault_ == 0) log.failAt = static_cast<int>(log.calls.size() + 1 + Pick(40));
+    utility_.FailFileOperation(fault_ == 1 ? static_cast<int>(1 + Pick(12)) : 0);
+    dialog.cmdPostrove(forms::kMainButton).UserClicked();
+    typed_ = false;  // it was looked up
+    const std::vector<std::wstring> own = Folders(shownProject_, false);
+    const std::wstring shown = dialog.txtSaveFolder.Text();
+    if (moves_ && std::find(own.begin(), own.end(), shown) != own.end()) proposed_ = shown;
+    log.failAt = 0;
+    utility_.FailFileOperation(0);
+  }
+
+  // The folder is that of the listed project which the box shows.
+  void CheckFolder(const forms::frmPostrove& dialog) {
+    const std::wstring project = dialog.cboPostrove.Text();
+    const std::wstring shown = proposed_ = dialog.txtSaveFolder.Text();
+    const std::vector<std::wstring> all = Folders(project, true);
+    // Without a list the one item is the current project, with the folder that it had.
+    if (product_.Data().projects.ProjectList.empty()) return;
+    EXPECT_NE(std::find(all.begin(), all.end(), shown), all.end())
+        << text::ToUtf8(project + L" in " + shown);
+  }
+
+  void UseQuestion(forms::frmFolderMessage& question) {
+    const bool aboutFolder = question.Caption() == L"Folder Not Found";
+    forms::Control& box = question.txtFolderMessage(1);
+    if (One(3)) box.UserTyped(aboutFolder ? L"D:\\Else" : L"free", 0, 0);
+    if (One(8)) return Quit();
+    if (One(3)) return question.cmdFolderMessage(1).UserClicked();
+    Tell(L"agree to " + box.Text());
+    (aboutFolder ? agreedFolder_ : agreedName_) = box.Text();
+    mayReplace_ = mayReplace_ || !aboutFolder;
+    question.cmdFolderMessage(0).UserClicked();
+  }
+
+  void UseProject(forms::frmProjInfo& dialog) {
+    for (std::size_t n = Pick(4); n > 0 && !dialog.IsUnloaded(); --n) {
+      ++steps_;
+      const Texts kTexts[] = {{L"2231", L"18", L""},
+                              {L"Bridge", L"O'Hara", L""},
+                              {L"D:\\Files", L"P:\\Made", L"E:\\x", L""}};
+      for (const int field : {0, 1, 2}) {
+        if (One(2)) dialog.txtProjInfo(field).UserTyped(AnyOf(kTexts[field]), 0, 0);
+      }
+      if (One(3)) dialog.chkProjActive.UserClicked();
+      if (One(8)) return Quit();
+      if (One(4)) Outage();
+      Tell(L"save project " + dialog.txtProjInfo(0).Text());
+      dialog.cmdProjInfo(forms::kProjInfoSave).UserClicked();
+    }
+  }
+
+  void UseSetup(forms::frmSetup& setup) {
+    for (std::size_t n = Pick(5); n > 0 && !setup.IsUnloaded(); --n) {
+      ++steps_;
+      const Texts kTexts[] = {{L"P:\\Jobs", L"P:\\None", L"Q:\\", L""},
+                              {L"_", L" - ", L""},
+                              {L"=>", L"::", L""},
+                              {L"Mail", L"Corr_Out", L""},
+                              {L"S:\\Db", L"C:\\ProgramData\\Postrove", L"E:\\x"},
+                              {L"S:\\Set", L"C:\\ProgramData\\Postrove", L"S:\\None"},
+                              {L"Job", L"Project", L"Matter", L""}};
+      const std::size_t field = Pick(9);
+      if (One(12)) return Quit();
+      if (One(6)) Outage();
+      if (field > 6) {
+        setup.optDbType(field == 7 ? forms::kSetupOwnDb : forms::kSetupSiblingDb).UserClicked();
+        Tell(L"option");
+        continue;
+      }
+      forms::Control& box =
+          field == 6 ? setup.cboWorkType : setup.txtSetup(static_cast<int>(field));
+      const std::wstring text = AnyOf(kTexts[field]);
+      Tell(L"default " + text);
+      box.UserEntered();
+      box.UserTyped(text, static_cast<int>(text.size()), 0);
+      box.UserLeft();
+    }
+    if (!setup.IsUnloaded() && One(2)) setup.cmdSetup(forms::kSetupReturn).UserClicked();
+  }
+
+  // Outages.
+
+  void Outage() {
+    if (One(2)) {
+      projects_.away = !projects_.away;
+      return Tell(projects_.away ? L"the database goes" : L"the database is back");
+    }
+    const std::wstring file = utility_.IniFile();
+    if (One(2) && utility_.File(file)) {
+      held_ = !held_;
+      utility_.SetHeld(file, held_);
+      return Tell(held_ ? L"the settings are held" : L"the settings are free");
+    }
+    utility_.FailFileOperation(static_cast<int>(1 + Pick(6)));
+    Tell(L"a file fails soon");
+  }
+
+  const bool shared_ = One(3);
+  FakeSharedUtil& utility_ = *product_.utility;
+  FakeProjects projects_;
+  bool held_ = false;
+  int steps_ = 0;
+
+  // Of the filing.
+  const FakeOutlook::Inspector* clicked_ = nullptr;
+  forms::frmPostrove* save_ = nullptr;
+  std::wstring saved_;
+  int sent_ = 0, dialogs_ = 0;
+  std::size_t fault_ = 0;
+  bool typed_ = false;  // the box holds a text that was not yet looked up
+  bool moves_ = false;  // the folder goes with the project that was typed
+  bool mayReplace_ = false;
+  std::wstring proposed_, shownProject_, shownFolder_, shownName_, agreedFolder_, agreedName_;
+};
+
+}  // namespace postrove::testing
