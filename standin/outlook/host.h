@@ -72,6 +72,9 @@ class Host {
   const std::vector<Runtime::Call>& AllCalls() const { return session_->AllCalls(); }
   std::size_t CallCount() const { return session_->AllCalls().size(); }
 
+  // Forgets all calls, files and messages so far, for long runs.
+  void Forget() { session_->Forget(); }
+
   // See Runtime.
   void FailCall(std::size_t n, HRESULT code) { session_->FailCall(n, code); }
   void FailMember(const std::wstring& member, HRESULT code) { session_->FailMember(member, code); }

@@ -49,6 +49,7 @@ class Runtime {
   void FailMember(std::wstring member, HRESULT code);
 
   const std::vector<Call>& AllCalls() const { return calls_; }
+  void ForgetCalls() { calls_.clear(); }
 
   // An event sink answered an event with a failure, which Outlook ignores.
   void NoteEventFailure(std::wstring text) { eventFailures_.push_back(std::move(text)); }

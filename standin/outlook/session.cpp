@@ -187,4 +187,12 @@ void Session::CollectPermanentControls(const Inspector& inspector) {
   }
 }
 
+void Session::Forget() {
+  ForgetCalls();
+  savedFiles_.clear();
+  sentFiles_.clear();
+  sentMessages_.clear();
+  std::erase_if(inspectors_, [](const auto& inspector) { return !inspector->IsOpen(); });
+}
+
 }  // namespace standin

@@ -70,6 +70,9 @@ class Session final : public Runtime, public std::enable_shared_from_this<Sessio
 
   std::vector<std::shared_ptr<AddIn>>& AddIns() { return addIns_; }
 
+  // Lets go of what is only history: calls, closed inspectors, names of files, sent messages.
+  void Forget();
+
  private:
   std::shared_ptr<Inspector> Announce(const std::shared_ptr<Item>& item, Editor editor);
   void CollectPermanentControls(const Inspector& inspector);

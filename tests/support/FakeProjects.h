@@ -1,8 +1,12 @@
 #pragma once
 
+#include <algorithm>
 #include <string>
+#include <vector>
 
 #include "data/project_sql.h"
+#include "shared/file_name.h"
+#include "shared/text.h"
 #include "support/FakeDatabase.h"
 
 namespace postrove::testing {
@@ -51,6 +55,33 @@ class FakeProjects {
     }
     rows.push_back(row);
     return {};
+  }
+
+  // The folders that a text of the project box can stand for: of a listed project that it names
+  // whole, else by its number or name; of one that is not listed. The last one written as well.
+  std::vector<std::wstring> Folders(const std::wstring& shown, bool whole, const std::wstring& root,
+                                    const std::wstring& subfolder) const {
+    const std::size_t colon = std::min(shown.find(L':'), shown.size());
+    const std::wstring name = text::Trim(shown.substr(0, colon));
+    const std::wstring number = colon < shown.size() ? text::Trim(shown.substr(colon + 1)) : L"";
+    std::vector<std::wstring> folders;
+    const auto add = [&](const std::wstring& own, const std::wstring& ofNumber) {
+      const std::wstring project =
+          own.empty() ? text::NormaliseFolder(root) + CleanFileName(ofNumber) : own;
+      folders.push_back(text::NormaliseFolder(project) + subfolder);
+    };
+    for (const Row& row : rows) {
+      const auto cell = [&](std::size_t i) { return std::get<std::wstring>(row[i]); };
+      const std::wstring item = cell(0).empty() ? cell(1) : cell(1) + L": " + cell(0);
+      const bool named = number.empty() ? text::EqualsIgnoreCase(cell(1), name)
+                                        : text::EqualsIgnoreCase(cell(0), number);
+      if (text::EqualsIgnoreCase(item, shown) || (!whole && named)) add(cell(2), cell(0));
+    }
+    add({}, number);
+    if (!whole && !written.empty()) {
+      add(std::get<std::wstring>(written[2]), std::get<std::wstring>(written[0]));
+    }
+    return folders;
   }
 };
 

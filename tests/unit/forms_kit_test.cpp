@@ -231,9 +231,24 @@ TEST(FormKit, TellsTheViewOfChangesOnly) {
                                    Property::Locked, Property::ToolTip, Property::ForeColor,
                                    Property::BackColor, Property::Place}));
   EXPECT_EQ(view.captions, 1);
+  view.changes.clear();
+  Control& combo = form.Combo();
+  combo.SetItems({L"a", L"b"});
+  combo.AddItem(L"c");
+  combo.SetListIndex(2);
+  combo.Select(0, 1);
+  combo.UserTyped(L"d", 1, 0);
+  combo.UserPicked(0);
+  form.Option(0).SetChecked(true);
+  EXPECT_EQ(view.changes,
+            (std::vector<Property>{Property::Items, Property::ItemAdded, Property::Text,
+                                   Property::Selection, Property::Selection, Property::Text,
+                                   Property::Text, Property::Selection, Property::Value}));
+  EXPECT_EQ(combo.SelectionLength(), 1) << "what was picked is selected";
+  const std::size_t told = view.changes.size();
   form.Unload();
   text.SetText(L"b");
-  EXPECT_EQ(view.changes.size(), 8u);
+  EXPECT_EQ(view.changes.size(), told);
 }
 
 TEST(FormKit, UnloadsOnceAndCanBeRefused) {

@@ -183,6 +183,10 @@ TEST_F(ProjectData, LabelsReachTheDialogAndADamagedFileCostsNothingElse) {
     EXPECT_EQ(dialog.lblFolderLabel.Text() + dialog.lblNameLabel.Text(), L"In &Folder: Call it: ");
     dialog.cboPostrove.UserEntered();
     EXPECT_EQ(dialog.rtfFieldHints.Text(), L"\r\nHint:The Job");
+    dialog.txtSaveFolder.UserEntered();
+    EXPECT_EQ(dialog.rtfFieldHints.Text(), L"\r\nHint:f");
+    dialog.txtSaveAsName.UserEntered();
+    EXPECT_EQ(dialog.rtfFieldHints.Text(), L"\r\nHint:n");
     dialog.UserClosed();
   });
   product_.Click();

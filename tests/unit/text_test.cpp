@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "outlook/office/object.h"
 #include "shared/error.h"
 
 namespace postrove {
@@ -214,6 +215,42 @@ TEST(Error, NamesWhateverWasThrown) {
 
   EXPECT_EQ(Caught(std::bad_alloc()).Number(), kOutOfMemory);
   EXPECT_EQ(Caught(42).Number(), kInternalError);
+}
+
+// What Outlook answers, read as Visual Basic reads it.
+TEST(Values, AreConvertedOrRefused) {
+  using office::Value;
+  const Value kNothing, kObject = office::ObjectPtr(), kWords = std::wstring(L"words");
+  const struct {
+    Value value;
+    int flag, number;  // -2: refused
+    const wchar_t* text;
+  } cases[] = {{true, 1, -1, L"True"},
+               {false, 0, 0, L"False"},
+               {7, 1, 7, L"7"},
+               {2.5, 1, 2, nullptr},
+               {3e9, 1, -2, nullptr},
+               {std::wstring(L"True"), 1, -2, L"True"},
+               {std::wstring(L"12"), 1, 12, L"12"},
+               {kWords, -2, -2, L"words"},
+               {kNothing, 0, 0, L""},
+               {kObject, -2, -2, nullptr}};
+  const auto read = [](auto&& convert) {
+    try {
+      return static_cast<int>(convert());
+    } catch (const Error& error) {
+      EXPECT_EQ(error.Number(), kTypeMismatch);
+      return -2;
+    }
+  };
+  for (const auto& one : cases) {
+    SCOPED_TRACE(&one - cases);
+    EXPECT_EQ(read([&] { return office::ToBool(one.value); }), one.flag);
+    EXPECT_EQ(read([&] { return office::ToLong(one.value); }), one.number);
+    EXPECT_EQ(read([&] { return office::ToText(one.value) == one.text; }), one.text ? 1 : -2);
+  }
+  EXPECT_EQ(office::ToObject(kNothing), nullptr);
+  EXPECT_THROW(office::ToObject(kWords), Error);
 }
 
 }  // namespace
