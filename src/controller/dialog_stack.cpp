@@ -10,6 +10,7 @@ DialogStack::DialogStack(forms::FormHost& host, std::shared_ptr<forms::Form> sav
 void DialogStack::ShowSaveDialog() { host_.ShowModal(*saveDialog_); }
 
 void DialogStack::ShowAbove(const std::shared_ptr<forms::Form>& dialog) {
+  if (IsOver()) return;
   above_.push_back(dialog);
   {
     const Lowered lowered(*this);

@@ -20,7 +20,8 @@ class DialogStack {
   forms::FormHost& Host() const { return host_; }
 
   // Shows the save dialog, or another one above it, and returns when it was unloaded. Throws Error
-  // when no window can be made.
+  // when no window can be made. Nothing is shown above a save dialog that is gone: Outlook can quit
+  // during a message that comes before the other one.
   void ShowSaveDialog();
   void ShowAbove(const std::shared_ptr<forms::Form>& dialog);
 

@@ -138,10 +138,25 @@ class AnyOrder : private Desk {
   void Work() {
     if (quit_) return;
     save_->cmdPostrove(forms::kMainButton).UserClicked();
-    save_->UserClosed();
+    save_->UserClosed();  // neither does anything
     EXPECT_FALSE(save_->IsUnloaded());
     EXPECT_FALSE(Topmost()) << "it hides what Outlook asks";
     if (One(6)) Disturb();
+  }
+
+  // The dialog that is open comes to the front, and no second one.
+  void CheckSecondClick() override {
+    EXPECT_TRUE(!save_ || quit_ || product_.forms->actions.back() == L"front frmPostrove");
+  }
+
+  // Every dialog goes, no button is heard, and but for the filing that is being done, nothing of a
+  // window is held, which Outlook may wait for.
+  void CheckQuit() override {
+    EXPECT_TRUE(!save_ || save_->IsUnloaded());
+    EXPECT_TRUE(!clicked_ || filing_ || clicked_->window.use_count() == 1);
+    for (const Window& window : outlook_.open) {
+      for (const FakePtr& button : window->buttons) EXPECT_EQ(button->SinkCount(), 0u);
+    }
   }
 
   // Each message is whole, or is said to be not; each settings file has kept what stood first.
@@ -182,6 +197,8 @@ class AnyOrder : private Desk {
     } else {
       UseSetup(dynamic_cast<forms::frmSetup&>(form));
     }
+    EXPECT_TRUE(form.IsUnloaded() || !quit_);
+    if (&form == save_) save_ = nullptr;
     if (!form.IsUnloaded()) form.UserEscaped();
   }
 
@@ -322,7 +339,9 @@ class AnyOrder : private Desk {
     Tell(L"main with fault " + std::to_wstring(fault_));
     if (fault_ == 0) log.failAt = static_cast<int>(log.calls.size() + 1 + Pick(40));
     utility_.FailFileOperation(fault_ == 1 ? static_cast<int>(1 + Pick(12)) : 0);
+    filing_ = true;
     dialog.cmdPostrove(forms::kMainButton).UserClicked();
+    filing_ = false;
     typed_ = false;  // it was looked up
     const std::vector<std::wstring> own = Folders(shownProject_, false);
     const std::wstring shown = dialog.txtSaveFolder.Text();
@@ -403,18 +422,14 @@ class AnyOrder : private Desk {
   // Outages.
 
   void Outage() {
+    Tell(L"outage");
+    const std::wstring file = utility_.IniFile();
     if (One(2)) {
       projects_.away = !projects_.away;
-      return Tell(projects_.away ? L"the database goes" : L"the database is back");
+      return;
     }
-    const std::wstring file = utility_.IniFile();
-    if (One(2) && utility_.File(file)) {
-      held_ = !held_;
-      utility_.SetHeld(file, held_);
-      return Tell(held_ ? L"the settings are held" : L"the settings are free");
-    }
+    if (One(2) && utility_.File(file)) return utility_.SetHeld(file, held_ = !held_);
     utility_.FailFileOperation(static_cast<int>(1 + Pick(6)));
-    Tell(L"a file fails soon");
   }
 
   const bool shared_ = One(3);
@@ -432,6 +447,7 @@ class AnyOrder : private Desk {
   bool typed_ = false;  // the box holds a text that was not yet looked up
   bool moves_ = false;  // the folder goes with the project that was typed
   bool mayReplace_ = false;
+  bool filing_ = false;  // the main button is at work
   std::wstring proposed_, shownProject_, shownFolder_, shownName_, agreedFolder_, agreedName_;
 };
 

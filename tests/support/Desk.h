@@ -28,6 +28,9 @@ class Desk {
   // What Outlook is asked to do with the message of a window.
   virtual office::Value SaveAs(const FakeOutlook::Inspector& window, const std::wstring& path) = 0;
   virtual office::Value Send(const FakeOutlook::Inspector& window) = 0;
+  // What must hold when a button was pressed during a click, and when Outlook has quit.
+  virtual void CheckSecondClick() = 0;
+  virtual void CheckQuit() = 0;
 
   std::size_t Pick(std::size_t count) { return choose_(count); }
   bool One(std::size_t in) { return Pick(in) == 0; }  // with one chance in so many
@@ -119,6 +122,7 @@ class Desk {
     if (One(2) || !window || window->buttons.empty()) return ActOnWindow();
     Tell(L"click under the dialog " + Subject(window));
     outlook_.Click(window);
+    CheckSecondClick();
   }
 
   void Quit() {
@@ -126,6 +130,7 @@ class Desk {
     Tell(L"quit");
     quit_ = true;
     outlook_.Quit();
+    CheckQuit();
   }
 
   // Nothing is held after the end, which comes by Quit or by OnBeginShutdown.
