@@ -419,15 +419,10 @@ class AnyOrder : private Desk {
     if (!setup.IsUnloaded() && One(2)) setup.cmdSetup(forms::kSetupReturn).UserClicked();
   }
 
-  // Outages.
-
   void Outage() {
     Tell(L"outage");
     const std::wstring file = utility_.IniFile();
-    if (One(2)) {
-      projects_.away = !projects_.away;
-      return;
-    }
+    if (One(2)) return void(projects_.away = !projects_.away);
     if (One(2) && utility_.File(file)) return utility_.SetHeld(file, held_ = !held_);
     utility_.FailFileOperation(static_cast<int>(1 + Pick(6)));
   }
