@@ -1,9 +1,10 @@
 // A stand-in Outlook for one message: loads the registered add-ins, opens the message, presses the
 // add-in's button, lets the user act and ends.
 //
-//   deskhost [--outlook 9..16] [--editor text|html|rtf|word] [--new] [--project TEXT] [--folder PATH]
-//            [--name TEXT] [--answer TITLE=BUTTON[:NAME]]... [--screenshots DIR] [--interactive]
-//            [--sent-folder DIR] [--fail-call N] [--calls FILE] MESSAGEFOLDER
+//   deskhost [--outlook 9..16] [--editor text|html|rtf|word] [--new] [--project TEXT]
+//            [--folder PATH] [--name TEXT] [--answer TITLE=BUTTON[:NAME]]...
+//            [--screenshots DIR] [--interactive] [--sent-folder DIR] [--fail-call N]
+//            [--calls FILE] MESSAGEFOLDER
 //
 // Prints "Message: TITLE | TEXT" for each message box, "Filed: PATH" for each file written and
 // "Sent: PATH" for a sent message, in UTF-8. Ends with 0 when the message was filed (and sent, when
@@ -102,8 +103,8 @@ bool WriteCalls(const Host& host, const std::wstring& path) {
     PrintLine(stderr, L"Fault: cannot write " + path);
     return false;
   }
-  for (const Runtime::Call& call : host.AllCalls()) {
-    std::fputs((postrove::text::ToUtf8(call.text) + '\n').c_str(), file);
+  for (const std::wstring& call : host.Calls()) {
+    std::fputs((postrove::text::ToUtf8(call) + '\n').c_str(), file);
   }
   return std::fclose(file) == 0;
 }

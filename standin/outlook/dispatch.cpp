@@ -144,12 +144,10 @@ class Object::Face final : public IDispatch {
     std::wstring name = std::wstring(table_.PlainName()) + L'.';
     if (!member) {
       name += L'#' + std::to_wstring(id);
-      const Runtime::Fault fault = runtime.Enter(name, name, true);
-      return FAILED(fault.code) ? fault.code : DISP_E_MEMBERNOTFOUND;
+      const HRESULT fault = runtime.Enter(name);
+      return FAILED(fault) ? fault : DISP_E_MEMBERNOTFOUND;
     }
-    name += member->name;
-
-    std::wstring text = name;
+    std::wstring text = name + member->name;
     std::unique_ptr<Arguments> arguments;
     HostError refusal;
     try {
@@ -160,8 +158,8 @@ class Object::Face final : public IDispatch {
     } catch (const HostError& error) {
       refusal = error;
     }
-    const Runtime::Fault fault = runtime.Enter(name, std::move(text), true);
-    if (FAILED(fault.code)) throw HostError{fault.code, L"Injected failure of " + name, fault.bare};
+    const HRESULT fault = runtime.Enter(std::move(text));
+    if (FAILED(fault)) return fault;
     if (!arguments) throw refusal;
 
     Variant value = member->run(owner_, *arguments);
@@ -193,10 +191,9 @@ class Object::Container final : public IConnectionPointContainer {
     if (!point) return E_POINTER;
     *point = nullptr;
     try {
-      const std::wstring member = owner_.Name() + L":FindConnectionPoint";
-      const Runtime::Fault fault =
-          owner_.Shared().Enter(member, member + L'(' + InterfaceName(id) + L')', false);
-      if (FAILED(fault.code)) return fault.code;
+      const HRESULT fault = owner_.Shared().Enter(owner_.Name() + L":FindConnectionPoint(" +
+                                                  InterfaceName(id) + L')');
+      if (FAILED(fault)) return fault;
       for (const Source& source : sources_) {
         if (IsEqualGUID(source.id, id)) {
           *point = MakeConnectionPoint(owner_, this, source.id, source.hub).Detach();
@@ -236,10 +233,8 @@ HRESULT Object::Query(REFIID id, void** object) {
     return S_OK;
   }
   try {
-    const std::wstring member = Name() + L":QueryInterface";
-    const Runtime::Fault fault =
-        Shared().Enter(member, member + L'(' + InterfaceName(id) + L')', false);
-    if (FAILED(fault.code)) return fault.code;
+    const HRESULT fault = Shared().Enter(Name() + L":QueryInterface(" + InterfaceName(id) + L')');
+    if (FAILED(fault)) return fault;
   } catch (...) {
     return E_OUTOFMEMORY;
   }

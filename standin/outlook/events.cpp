@@ -47,10 +47,8 @@ class ConnectionPoint final : public Tracked, public IConnectionPoint {
     if (!sink || !cookie) return E_POINTER;
     *cookie = 0;
     try {
-      const std::wstring member = owner_.Name() + L":Advise";
-      const Runtime::Fault fault =
-          Shared().Enter(member, member + L'(' + InterfaceName(id_) + L')', false);
-      if (FAILED(fault.code)) return fault.code;
+      const HRESULT fault = Shared().Enter(owner_.Name() + L":Advise(" + InterfaceName(id_) + L')');
+      if (FAILED(fault)) return fault;
       ComPtr<IDispatch> target;
       if (FAILED(sink->QueryInterface(id_, reinterpret_cast<void**>(target.GetAddressOf())))) {
         return CONNECT_E_CANNOTCONNECT;

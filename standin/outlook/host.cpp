@@ -88,14 +88,6 @@ void Host::Quit() {
   CoFreeUnusedLibrariesEx(0, 0);
 }
 
-std::vector<std::wstring> Host::Calls() const {
-  std::vector<std::wstring> result;
-  for (const Runtime::Call& call : session_->AllCalls()) {
-    if (call.invoke) result.push_back(call.text);
-  }
-  return result;
-}
-
 ComPtr<IDispatch> Host::Application() const { return MakeApplicationObject(*session_); }
 
 void PumpMessages() {

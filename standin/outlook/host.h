@@ -65,19 +65,17 @@ class Host {
   // References to the host's objects that are still held, by name.
   std::vector<Leak> Leaks() const { return session_->Living(); }
 
-  // Calls of members in order: "Inspector.CommandBars", "MailItem.SaveAs(C:\a.msg,3)",
-  // "MailItem.Subject=Text".
-  std::vector<std::wstring> Calls() const;
-  // Everything that counts for FailCall, those and QueryInterface, FindConnectionPoint and Advise.
-  const std::vector<Runtime::Call>& AllCalls() const { return session_->AllCalls(); }
-  std::size_t CallCount() const { return session_->AllCalls().size(); }
+  // Calls of members in order, "Inspector.CommandBars", "MailItem.SaveAs(C:\a.msg,3)",
+  // "MailItem.Subject=Text", and of QueryInterface, FindConnectionPoint and Advise: everything that
+  // counts for FailCall.
+  const std::vector<std::wstring>& Calls() const { return session_->Calls(); }
+  std::size_t CallCount() const { return session_->Calls().size(); }
 
   // Forgets all calls, files and messages so far, for long runs.
   void Forget() { session_->Forget(); }
 
   // See Runtime.
   void FailCall(std::size_t n, HRESULT code) { session_->FailCall(n, code); }
-  void FailMember(const std::wstring& member, HRESULT code) { session_->FailMember(member, code); }
 
   const std::vector<std::wstring>& SavedFiles() const { return session_->SavedFiles(); }
   const std::vector<std::wstring>& SentFiles() const { return session_->SentFiles(); }

@@ -4,25 +4,14 @@
 
 namespace standin {
 
-Runtime::Fault Runtime::Enter(const std::wstring& member, std::wstring text, bool invoke) {
-  calls_.push_back({std::move(text), invoke});
-  if (calls_.size() == failingCall_) return {failingCode_, true};
-  const auto fault =
-      std::find_if(memberFaults_.begin(), memberFaults_.end(),
-                   [&](const MemberFault& candidate) { return candidate.member == member; });
-  if (fault == memberFaults_.end()) return {};
-  const HRESULT code = fault->code;
-  memberFaults_.erase(fault);
-  return {code, false};
+HRESULT Runtime::Enter(std::wstring call) {
+  calls_.push_back(std::move(call));
+  return calls_.size() == failingCall_ ? failingCode_ : S_OK;
 }
 
 void Runtime::FailCall(std::size_t n, HRESULT code) {
   failingCall_ = n == 0 ? 0 : calls_.size() + n;
   failingCode_ = code;
-}
-
-void Runtime::FailMember(std::wstring member, HRESULT code) {
-  memberFaults_.push_back({std::move(member), code});
 }
 
 std::vector<Leak> Runtime::Living() const {

@@ -30,25 +30,14 @@ class Runtime {
   int Version() const { return version_; }
   bool OnThread() const { return GetCurrentThreadId() == thread_; }
 
-  struct Call {
-    std::wstring text;  // "Inspector.CommandBars", "MailItem.SaveAs(C:\a.msg,3)"
-    bool invoke;        // false for QueryInterface, FindConnectionPoint and Advise
-  };
-  struct Fault {
-    HRESULT code = S_OK;
-    bool bare = false;  // the HRESULT alone, without a description of the server
-  };
-
-  // Logs and counts a call; answers the fault that it must fail with. `member` is its name without
-  // arguments ("MailItem.SaveAs").
-  Fault Enter(const std::wstring& member, std::wstring text, bool invoke);
+  // Logs and counts a call, with its arguments ("MailItem.SaveAs(C:\a.msg,3)"); answers the failure
+  // that it must return, bare, or S_OK.
+  HRESULT Enter(std::wstring call);
 
   // The n-th call from now on, counted from 1, fails once with a bare HRESULT.
   void FailCall(std::size_t n, HRESULT code);
-  // The next call of the member ("MailItem.SaveAs") fails once, with a description.
-  void FailMember(std::wstring member, HRESULT code);
 
-  const std::vector<Call>& AllCalls() const { return calls_; }
+  const std::vector<std::wstring>& Calls() const { return calls_; }
   void ForgetCalls() { calls_.clear(); }
 
   // An event sink answered an event with a failure, which Outlook ignores.
@@ -61,17 +50,11 @@ class Runtime {
  private:
   friend class Tracked;
 
-  struct MemberFault {
-    std::wstring member;
-    HRESULT code;
-  };
-
   const int version_;
   const DWORD thread_;
   std::vector<Tracked*> living_;
-  std::vector<Call> calls_;
+  std::vector<std::wstring> calls_;
   std::vector<std::wstring> eventFailures_;
-  std::vector<MemberFault> memberFaults_;
   std::size_t failingCall_ = 0;  // 0 is none
   HRESULT failingCode_ = S_OK;
 };

@@ -1,7 +1,6 @@
 // Whole filings through the real dialog in the stand-in Outlook: what is asked and said, what is
 // written and sent, how often Outlook is asked, and what becomes of failures.
 
-#include <algorithm>
 #include <functional>
 #include <map>
 #include <optional>
@@ -66,11 +65,11 @@ Outcome File(const Given& given, const run::Folder& folder) {
     const ScriptedUser user(std::move(script));
     EXPECT_TRUE(host.Click(inspector));
   }
-  const std::vector<Runtime::Call>& all = host.AllCalls();
-  for (std::size_t i = before; i < all.size() && all[i].text != L"MailItem.Send"; ++i) {
+  const std::vector<std::wstring>& all = host.Calls();
+  for (std::size_t i = before; i < all.size() && all[i] != L"MailItem.Send"; ++i) {
     ++outcome.calls;
-    outcome.bodies += all[i].text.starts_with(L"MailItem.HTMLBody=");
-    outcome.texts += all[i].text.starts_with(L"MailItem.Body=");
+    outcome.bodies += all[i].starts_with(L"MailItem.HTMLBody=");
+    outcome.texts += all[i].starts_with(L"MailItem.Body=");
   }
   for (const std::wstring& file : host.SavedFiles()) outcome.saved.push_back(placed(file));
   outcome.sent = host.SentMessages().size();
