@@ -1,6 +1,6 @@
 #!/bin/bash
-# Feeds the parsers with made-up input and a desk with made-up days, built with sanitizers; sets up first what is missing. One line
-# per target; the last line says how it went.
+# Feeds the parsers with made-up input and a desk with made-up days, built with sanitizers; sets up
+# first what is missing. One line per target; the last line says how it went.
 #   fuzz.sh [SECONDS]   each target runs so long, 60 seconds unless told
 # What the targets learned stays in build/fuzz/corpus and inputs that broke one in
 # build/fuzz/findings: both are tried again first in the next run.

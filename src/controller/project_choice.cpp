@@ -110,10 +110,11 @@ void ProjectChoice::TextChanged(const std::wstring& text) {
 
 void ProjectChoice::ChooseListedProject(int row) {
   const std::vector<Project>& list = data_.projects.ProjectList;
-  // Without a list the box has one item, the current project.
-  const bool current = list.empty() && row == 0;
-  if (!current && (row < 0 || static_cast<std::size_t>(row) >= list.size())) return;
-  if (!current) SelectProject(list[static_cast<std::size_t>(row)]);
+  if (row >= 0 && static_cast<std::size_t>(row) < list.size()) {
+    SelectProject(list[static_cast<std::size_t>(row)]);
+  } else if (row != 0 || !list.empty()) {
+    return;  // without a list the box has one item, the current project
+  }
   const Raised filling(filling_);
   FillSaveFields();
   filing_.typedProject = false;
