@@ -40,7 +40,7 @@ ComPtr<Interface> Query(IUnknown* object, REFIID id) {
 ProductOn::ProductOn(const std::wstring& folder) {
   shared.gDatabase = CreateOleDbDatabase();
   utility->AddFile(folder + L"\\Postrove.mdb");
-  utility->AddFile(std::wstring(testing::kAppData) + L"\\Postrove\\Postrove.ini",
+  utility->AddFile(testing::kLocalIni,
                    "[Setup]\r\nPostroveDBPath=" + text::ToUtf8(folder) + "\\\r\n");
 }
 

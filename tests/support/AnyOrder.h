@@ -19,8 +19,8 @@ class AnyOrder : private Desk {
   using Desk::Choose;
 
   explicit AnyOrder(Choose choose) : Desk(std::move(choose)) {
-    if (shared_) utility_.AddFolder(std::wstring(kPrograms) + L"\\Quillion");
-    utility_.AddFile(shared_ ? std::wstring(kPrograms) + L"\\Quillion\\Qulln.txt" : kLocalIni,
+    if (shared_) utility_.AddFolder(kQuillionFolder);
+    utility_.AddFile(shared_ ? kQuillionFolder + L"\\Qulln.txt" : kLocalIni,
                      "; ours\r\n[Setup]\r\nRoot=P:\\Jobs\\\r\n[FilePathsPrj]\r\n1=P:\\Jobs\r\n");
     utility_.AddFile(kOther, "other");
     for (const wchar_t* folder : {L"P:\\Jobs\\Corr_Out", L"D:\\Files\\Corr_Out", L"S:\\Set"}) {
@@ -57,7 +57,6 @@ class AnyOrder : private Desk {
   }
 
  private:
-  static inline const std::wstring kLocalIni = std::wstring(kAppData) + L"\\Postrove\\Postrove.ini";
   static constexpr wchar_t kOther[] = L"D:\\Filed\\other.msg";
 
   // A filing.
@@ -354,9 +353,9 @@ class AnyOrder : private Desk {
   void CheckFolder(const forms::frmPostrove& dialog) {
     const std::wstring project = dialog.cboPostrove.Text();
     const std::wstring shown = proposed_ = dialog.txtSaveFolder.Text();
-    const std::vector<std::wstring> all = Folders(project, true);
     // Without a list the one item is the current project, with the folder that it had.
     if (product_.Data().projects.ProjectList.empty()) return;
+    const std::vector<std::wstring> all = Folders(project, true);
     EXPECT_NE(std::find(all.begin(), all.end(), shown), all.end())
         << text::ToUtf8(project + L" in " + shown);
   }
@@ -408,13 +407,9 @@ class AnyOrder : private Desk {
         Tell(L"option");
         continue;
       }
-      forms::Control& box =
-          field == 6 ? setup.cboWorkType : setup.txtSetup(static_cast<int>(field));
       const std::wstring text = AnyOf(kTexts[field]);
       Tell(L"default " + text);
-      box.UserEntered();
-      box.UserTyped(text, static_cast<int>(text.size()), 0);
-      box.UserLeft();
+      Enter(setup, static_cast<int>(field), text);
     }
     if (!setup.IsUnloaded() && One(2)) setup.cmdSetup(forms::kSetupReturn).UserClicked();
   }

@@ -34,6 +34,9 @@ class FakeRegistry : public clsRegistry {
 
 inline constexpr wchar_t kAppData[] = L"C:\\ProgramData";
 inline constexpr wchar_t kPrograms[] = L"C:\\Program Files";
+inline const std::wstring kDataFolder = std::wstring(kAppData) + L"\\Postrove\\";
+inline const std::wstring kLocalIni = kDataFolder + L"Postrove.ini";
+inline const std::wstring kQuillionFolder = std::wstring(kPrograms) + L"\\Quillion";
 
 // The product's objects as Main makes them, on a fake machine with a fake Outlook.
 class Product {
@@ -48,7 +51,7 @@ class Product {
     shared.gUtility = utility;
     utility->AddFolder(kAppData);
     utility->AddFolder(kPrograms);
-    utility->AddFile(std::wstring(kAppData) + L"\\Postrove\\Postrove.mdb");
+    utility->AddFile(kDataFolder + L"Postrove.mdb");
   }
 
   // Creates controller and tracker and connects them, with the machine's state as it is now.
@@ -89,5 +92,17 @@ class Product {
  private:
   std::weak_ptr<clsPostrove> controller_;
 };
+
+// A field of the setup dialog by its number, and a user who types into it and leaves it.
+inline forms::Control& Field(forms::frmSetup& setup, int index) {
+  return index == forms::kSetupWorkType ? setup.cboWorkType : setup.txtSetup(index);
+}
+
+inline void Enter(forms::frmSetup& setup, int index, const std::wstring& text) {
+  forms::Control& field = Field(setup, index);
+  field.UserEntered();
+  field.UserTyped(text, static_cast<int>(text.size()), 0);
+  field.UserLeft();
+}
 
 }  // namespace postrove::testing

@@ -14,7 +14,7 @@ namespace postrove::testing {
 class Filing : public ::testing::Test {
  protected:
   void Open(bool sent, std::int32_t editor = 2, bool shared = false) {
-    if (shared) product_->utility->AddFolder(std::wstring(kPrograms) + L"\\Quillion");
+    if (shared) product_->utility->AddFolder(kQuillionFolder);
     product_->Start();
     product_->database->SetRows(sql::ListProjects(product_->database->DbType),
                                 {{L"2231", L"Mill Street", L"C:\\", true, std::int64_t{7}}});

@@ -107,8 +107,7 @@ TEST(Naming, FindsProjectsWithoutRegardToCase) {
 // By one rule, and never anywhere but below the root.
 TEST(Naming, ANumberNamesTheSameFolderListedOrNot) {
   Product product;
-  product.utility->AddFile(std::wstring(kAppData) + L"\\Postrove\\Postrove.ini",
-                           "[Setup]\r\nRoot=R:\\\r\n");
+  product.utility->AddFile(kLocalIni, "[Setup]\r\nRoot=R:\\\r\n");
   product.Start();
   const Settings& settings = product.Data().settings;
   for (const auto& [number, folder] : {std::pair{L"..\\..\\Windows", L"R:\\-..-Windows\\"},

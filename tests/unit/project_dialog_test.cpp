@@ -17,7 +17,7 @@ class ProjectDialog : public ::testing::Test {
   using ProjectUser = std::function<void(forms::frmProjInfo&)>;
 
   void Start(const char* settings = "[Setup]\r\nRoot=C:\\Projects\r\n") {
-    product_.utility->AddFile(std::wstring(kAppData) + L"\\Postrove\\Postrove.ini", settings);
+    product_.utility->AddFile(kLocalIni, settings);
     product_.utility->AddFolder(L"D:\\Files\\Corr_Out");
     product_.utility->AddFolder(L"C:\\Projects\\Corr_Out");
     product_.utility->AddFolder(L"C:\\Projects\\17\\Corr_Out");

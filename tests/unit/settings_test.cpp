@@ -7,9 +7,6 @@
 namespace postrove::testing {
 namespace {
 
-const std::wstring kLocalIni = std::wstring(kAppData) + L"\\Postrove\\Postrove.ini";
-const std::wstring kLocalFolder = std::wstring(kAppData) + L"\\Postrove\\";
-
 class SettingsFiles : public ::testing::Test {
  protected:
   std::string Ini(const std::wstring& file = kLocalIni) {
@@ -22,7 +19,7 @@ class SettingsFiles : public ::testing::Test {
 };
 
 TEST_F(SettingsFiles, OwnDatabaseIsSearchedForWithTheUser) {
-  product_.utility->Remove(kLocalFolder + L"Postrove.mdb");
+  product_.utility->Remove(kDataFolder + L"Postrove.mdb");
   product_.utility->AddFolder(L"S:\\Empty");
   product_.utility->AddFile(L"S:\\Db\\Postrove.mdb");
   product_.utility->AddFile(L"S:\\Half\\Postrove.mdb");
@@ -53,7 +50,7 @@ TEST_F(SettingsFiles, OwnDatabaseIsSearchedForWithTheUser) {
 }
 
 TEST_F(SettingsFiles, SharedDatabases) {
-  const std::wstring folder = std::wstring(kPrograms) + L"\\Quillion";
+  const std::wstring folder = kQuillionFolder;
   const struct {
     const char* ini;
     const wchar_t* expected;  // type|provider|server|name|user|password|path
@@ -83,7 +80,7 @@ TEST_F(SettingsFiles, ATargetThatHoldsADatabaseIsAskedAboutAndNeverReplaced) {
   enum class Target { Used, Refused, Damaged };
   for (const Target target : {Target::Used, Target::Refused, Target::Damaged}) {
     Product product;
-    product.utility->AddFile(kLocalFolder + L"Postrove.mdb", "mine");
+    product.utility->AddFile(kDataFolder + L"Postrove.mdb", "mine");
     product.utility->AddFile(L"S:\\New\\Postrove.mdb", "theirs");
     product.Start();
     const bool refused = target == Target::Refused, used = target == Target::Used;
@@ -91,10 +88,10 @@ TEST_F(SettingsFiles, ATargetThatHoldsADatabaseIsAskedAboutAndNeverReplaced) {
     if (!refused) product.utility->ExpectMessage();
     if (target == Target::Damaged) product.database->FailOperation(1);
     product.Data().PostroveDefaultsSave(4, L"S:\\New");
-    EXPECT_EQ(product.database->DBPath, used ? L"S:\\New\\" : kLocalFolder);
+    EXPECT_EQ(product.database->DBPath, used ? L"S:\\New\\" : kDataFolder);
     EXPECT_EQ(product.utility->File(kLocalIni).has_value(), used);
     EXPECT_EQ(product.utility->File(L"S:\\New\\Postrove.mdb"), "theirs");
-    EXPECT_EQ(product.utility->File(kLocalFolder + L"Postrove.mdb"), "mine");
+    EXPECT_EQ(product.utility->File(kDataFolder + L"Postrove.mdb"), "mine");
   }
 }
 
@@ -103,7 +100,7 @@ TEST_F(SettingsFiles, ATargetThatHoldsADatabaseIsAskedAboutAndNeverReplaced) {
 // can be written: they name a whole database with every row, what failed has left nothing, and the
 // next try succeeds.
 TEST_F(SettingsFiles, AMoveOfTheDatabaseLosesNothingAtAnyMoment) {
-  const std::wstring old = kLocalFolder + L"Postrove.mdb", there = L"S:\\New\\Postrove.mdb";
+  const std::wstring old = kDataFolder + L"Postrove.mdb", there = L"S:\\New\\Postrove.mdb";
   const std::wstring current = L"S:\\Set\\Postrove.ini";
   const auto move = [](Product& product) {
     product.utility->AnswerTheRest(MessageAnswer::Yes);
@@ -157,7 +154,7 @@ TEST_F(SettingsFiles, AMoveOfTheDatabaseLosesNothingAtAnyMoment) {
 }
 
 TEST_F(SettingsFiles, QuillionsDatabaseAndFoldersWithoutADriveAreNeverMoved) {
-  const std::wstring folder = std::wstring(kPrograms) + L"\\Quillion";
+  const std::wstring folder = kQuillionFolder;
   for (const bool shared : {true, false}) {
     Product product;
     if (shared) product.utility->AddFolder(folder);
@@ -176,7 +173,7 @@ TEST_F(SettingsFiles, QuillionsDatabaseAndFoldersWithoutADriveAreNeverMoved) {
 }
 
 TEST_F(SettingsFiles, AfterACancelledSearchEachClickReadsEverythingAgain) {
-  product_.utility->Remove(kLocalFolder + L"Postrove.mdb");
+  product_.utility->Remove(kDataFolder + L"Postrove.mdb");
   product_.utility->ExpectBrowse(L"");
   product_.utility->ExpectMessage();
   product_.Start();
@@ -203,7 +200,7 @@ TEST_F(SettingsFiles, AfterACancelledSearchEachClickReadsEverythingAgain) {
 }
 
 TEST_F(SettingsFiles, NothingIsWrittenIntoQuillionsFileThatChangesItsEncoding) {
-  const std::wstring file = std::wstring(kPrograms) + L"\\Quillion\\Qulln.txt";
+  const std::wstring file = kQuillionFolder + L"\\Qulln.txt";
   product_.utility->AddFile(file, "; \xE9\r\n[Setup]\r\nEmailFolder=Mail\\\r\n");
   product_.Start();
   product_.utility->ExpectMessage();
@@ -225,7 +222,7 @@ TEST_F(SettingsFiles, MovingTheSettingsThereAndBackTakesEffectAtOnce) {
   Save(0, L"Q:\\");
   EXPECT_EQ(Ini(L"S:\\Set\\Postrove.ini"), "; ours\r\n[Setup]\r\nUseQuillion=0\r\nRoot=Q:\\\r\n");
   product_.utility->ExpectMessage(MessageAnswer::Yes);
-  Save(5, kLocalFolder);
+  Save(5, kDataFolder);
   EXPECT_EQ(product_.utility->IniFile(), kLocalIni);
   EXPECT_EQ(product_.Data().settings.Root, L"Q:\\");
 }

@@ -53,8 +53,8 @@ TEST_F(SetupDialog, EveryFieldWrongOnce) {
     EXPECT_EQ(utility_->Messages()[0],
               (ShownMessage{kCorrect + L"\r\n" + one.lines, std::wstring(L"Invalid ") + one.name,
                             MessageButtons::Ok, MessageIcon::Information}));
-    EXPECT_EQ(File(kIni), "(none)");
-    EXPECT_TRUE(utility_->File(kFolder + L"Postrove.mdb"));
+    EXPECT_EQ(File(kLocalIni), "(none)");
+    EXPECT_TRUE(utility_->File(kDataFolder + L"Postrove.mdb"));
   }
 }
 
@@ -66,7 +66,7 @@ TEST_F(SetupDialog, FieldsAreStoredAsTheyAreLeft) {
         EXPECT_EQ(setup.lblSavePathSample.Text(),
                   L"C:\\Corr_Out\\<Project No.>-<Project>=><email subject>");
         Enter(setup, 0, L"Relative");  // not looked for
-        EXPECT_EQ(File(kIni), "[Setup]\r\nRoot=Relative\\\r\n");
+        EXPECT_EQ(File(kLocalIni), "[Setup]\r\nRoot=Relative\\\r\n");
         ExpectFolderQuestion(L"P:\\Made", 0);
         Enter(setup, 0, L" P:\\Misspelt");
         EXPECT_TRUE(utility_->FolderExists(L"P:\\Made"));
@@ -85,7 +85,7 @@ TEST_F(SetupDialog, FieldsAreStoredAsTheyAreLeft) {
       [](forms::frmPostrove& save) {
         EXPECT_EQ(save.txtSaveFolder.Text(), L"P:\\Made\\Corr_Out\\");
       });
-  EXPECT_EQ(File(kIni),
+  EXPECT_EQ(File(kLocalIni),
             "[Setup]\r\nRoot=P:\\Made\\\r\nProjDelim=\" _ \"\r\nSubjDelim=::\r\n"
             "EmailFolder=Mail\\\r\n");
 }
@@ -123,9 +123,9 @@ TEST_F(SetupDialog, TheWorkUnitListCompletesAndTakesNewWords) {
   const std::string words =
       "\xEF\xBB\xBFProject\r\nJob\r\nJoint venture\r\n\xC3\x9C"
       "ber\r\n\xCE\xA9\r\n";
-  utility_->AddFile(kFolder + kTypes, words);
+  utility_->AddFile(kDataFolder + kTypes, words);
   utility_->AddFile(
-      kFolder + L"Postrove.cnt",
+      kDataFolder + L"Postrove.cnt",
       "2\r\nh\r\na|x\r\n[Form]\r\no|own\r\ns|shared\r\n1|1\r\n2|2\r\n3|3\r\n4|DB of a "
       "~unit~\r\n5|5\r\n6|<WorkUnit>\r\n[Form]\r\n");
   Use(
@@ -168,8 +168,8 @@ TEST_F(SetupDialog, TheWorkUnitListCompletesAndTakesNewWords) {
         EXPECT_EQ(save.lblFormTitle.Text(), L"Postrove Matter EMail and File Location");
         EXPECT_EQ(save.lblProjectLabel.Text(), L"Matter: ");
       });
-  EXPECT_EQ(File(kFolder + kTypes), words + "Matter\r\n");
-  EXPECT_EQ(File(kIni), "[Setup]\r\nWorkUnit=Matter\r\n");
+  EXPECT_EQ(File(kDataFolder + kTypes), words + "Matter\r\n");
+  EXPECT_EQ(File(kLocalIni), "[Setup]\r\nWorkUnit=Matter\r\n");
   EXPECT_EQ(product_->forms->actions.back(), L"focus cboPostrove");
 }
 
@@ -181,9 +181,9 @@ TEST_F(SetupDialog, EscapeForgetsWhatIsNotStored) {
     setup.txtSetup(4).UserTyped(L"S:\\Db", 5, 0);
     setup.UserEscaped();
     EXPECT_TRUE(setup.IsUnloaded());
-    EXPECT_EQ(setup.txtSetup(4).Text(), kFolder);
+    EXPECT_EQ(setup.txtSetup(4).Text(), kDataFolder);
   });
-  EXPECT_EQ(File(kIni), "(none)");
+  EXPECT_EQ(File(kLocalIni), "(none)");
 }
 
 TEST_F(SetupDialog, BrowsedFoldersAreCheckedAndStoredAtOnce) {
@@ -193,7 +193,7 @@ TEST_F(SetupDialog, BrowsedFoldersAreCheckedAndStoredAtOnce) {
       utility_->ExpectBrowse(chosen);
       setup.cmdBrowse(forms::kSetupBrowseEmailFolder).UserClicked();
     }
-    EXPECT_EQ(File(kIni), "(none)");
+    EXPECT_EQ(File(kLocalIni), "(none)");
     utility_->ExpectBrowse(L"P:\\Jobs\\2231\\Mail");
     setup.cmdBrowse(forms::kSetupBrowseEmailFolder).UserClicked();
     utility_->ExpectBrowse(L"P:\\Jobs");
@@ -204,7 +204,7 @@ TEST_F(SetupDialog, BrowsedFoldersAreCheckedAndStoredAtOnce) {
       setup.cmdBrowse(browse).UserClicked();
       EXPECT_EQ(product_->forms->actions.back(), L"focus txtSetup");
     }
-    for (const int field : {5, 4}) setup.txtSetup(field).UserTyped(kFolder, 0, 0);
+    for (const int field : {5, 4}) setup.txtSetup(field).UserTyped(kDataFolder, 0, 0);
     setup.cmdSetup(forms::kSetupHelp).UserClicked();
     setup.lblWebSite(0).SetText(L"Http://elsewhere.example");
     for (const int site : {0, 1}) setup.lblWebSite(site).UserClicked();
@@ -214,7 +214,7 @@ TEST_F(SetupDialog, BrowsedFoldersAreCheckedAndStoredAtOnce) {
     save.lblWebSite.SetText(L"httpd");
     save.lblWebSite.UserClicked();
   });
-  EXPECT_EQ(File(kIni), "[Setup]\r\nEmailFolder=Mail\\\r\nRoot=P:\\Jobs\\\r\n");
+  EXPECT_EQ(File(kLocalIni), "[Setup]\r\nEmailFolder=Mail\\\r\nRoot=P:\\Jobs\\\r\n");
   EXPECT_EQ(utility_->BrowsePrompts(),
             (std::vector<std::wstring>{
                 L"Select Default Email Folder:", L"Select Default Email Folder:",

@@ -10,22 +10,8 @@
 
 namespace postrove::testing {
 
-inline const std::wstring kFolder = std::wstring(kAppData) + L"\\Postrove\\";
-inline const std::wstring kIni = kFolder + L"Postrove.ini";
-inline const std::wstring kQuillion = std::wstring(kPrograms) + L"\\Quillion";
 inline const std::wstring kCorrect = L"Please correct the following errors... \r\n";
 inline constexpr wchar_t kTypes[] = L"WorkUnitType.cnt";
-
-inline forms::Control& Field(forms::frmSetup& setup, int index) {
-  return index == forms::kSetupWorkType ? setup.cboWorkType : setup.txtSetup(index);
-}
-
-inline void Enter(forms::frmSetup& setup, int index, const std::wstring& text) {
-  forms::Control& field = Field(setup, index);
-  field.UserEntered();
-  field.UserTyped(text, static_cast<int>(text.size()), 0);
-  field.UserLeft();
-}
 
 class SetupDialog : public ::testing::Test {
  protected:
@@ -35,8 +21,8 @@ class SetupDialog : public ::testing::Test {
     product_ = std::make_unique<Product>();
     utility_ = product_->utility.get();
     utility_->AddFolder(L"P:\\Jobs");
-    utility_->AddFile(kFolder + L"Postrove.mdb", "rows");
-    utility_->AddFile(kFolder + kTypes, "Project\r\nJob\r\nJoint venture\r\n");
+    utility_->AddFile(kDataFolder + L"Postrove.mdb", "rows");
+    utility_->AddFile(kDataFolder + kTypes, "Project\r\nJob\r\nJoint venture\r\n");
     product_->database->SetRows(sql::ListProjects(L"Access"),
                                 {{L"2231", L"Mill Street", L"", true, std::int64_t{7}}});
   }

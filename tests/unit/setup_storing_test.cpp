@@ -6,20 +6,20 @@ namespace {
 
 TEST_F(SetupDialog, DatabaseAndSettingsMoveFromTheirFields) {
   utility_->AddFile(L"S:\\Taken\\Postrove.mdb", "other rows");
-  utility_->AddFile(kFolder + L"Moved_By_Postrove20240512.mdb", "from this morning");
+  utility_->AddFile(kDataFolder + L"Moved_By_Postrove20240512.mdb", "from this morning");
   utility_->AddFolder(L"S:\\Db");
   utility_->AddFile(L"S:\\Set\\Postrove.ini", "[Setup]\r\nRoot=P:\\Jobs\\\r\nWorkUnit=Job\r\n");
   Use([&](forms::frmSetup& setup) {
     utility_->ExpectMessage(MessageAnswer::No);
     Enter(setup, 4, L"S:\\Taken");
-    EXPECT_EQ(setup.txtSetup(4).Text(), kFolder);
-    EXPECT_EQ(File(kIni), "(none)");
+    EXPECT_EQ(setup.txtSetup(4).Text(), kDataFolder);
+    EXPECT_EQ(File(kLocalIni), "(none)");
     utility_->ExpectMessage(MessageAnswer::No);
     Enter(setup, 4, L"S:\\Db");
-    EXPECT_EQ(setup.txtSetup(4).Text(), kFolder);
-    EXPECT_EQ(File(kFolder + L"Postrove.mdb"), "rows");
+    EXPECT_EQ(setup.txtSetup(4).Text(), kDataFolder);
+    EXPECT_EQ(File(kDataFolder + L"Postrove.mdb"), "rows");
     EXPECT_EQ(utility_->Messages().back(),
-              (ShownMessage{L"Do you want to move the database from \"" + kFolder +
+              (ShownMessage{L"Do you want to move the database from \"" + kDataFolder +
                                 L"\" to \"S:\\Db\\\"?\r\n\r\nEverybody who uses it will find it "
                                 L"there. Ask them to close Outlook first.",
                             L"Move the Database", MessageButtons::YesNo, MessageIcon::Question}));
@@ -32,16 +32,16 @@ TEST_F(SetupDialog, DatabaseAndSettingsMoveFromTheirFields) {
                             L"Postrove Database Location Changed", MessageButtons::Ok,
                             MessageIcon::Information}));
     EXPECT_EQ(File(L"S:\\Db\\Postrove.mdb"), "rows");
-    EXPECT_FALSE(utility_->File(kFolder + L"Postrove.mdb"));
-    EXPECT_EQ(File(kFolder + L"Moved_By_Postrove20240512_2.mdb"), "rows");
-    EXPECT_EQ(File(kIni), "[Setup]\r\nPostroveDBPath=S:\\Db\\\r\n");
+    EXPECT_FALSE(utility_->File(kDataFolder + L"Postrove.mdb"));
+    EXPECT_EQ(File(kDataFolder + L"Moved_By_Postrove20240512_2.mdb"), "rows");
+    EXPECT_EQ(File(kLocalIni), "[Setup]\r\nPostroveDBPath=S:\\Db\\\r\n");
 
     utility_->ExpectMessage(MessageAnswer::No);
     Enter(setup, 5, L"S:\\Set");
-    EXPECT_EQ(setup.txtSetup(5).Text(), kFolder);
+    EXPECT_EQ(setup.txtSetup(5).Text(), kDataFolder);
     utility_->ExpectMessage(MessageAnswer::Yes);
     utility_->ExpectBrowse(L"S:\\Db");  // that file does not know where the database went
-    utility_->AddFile(kFolder + L"Away.txt");
+    utility_->AddFile(kDataFolder + L"Away.txt");
     Enter(setup, 5, L"S:\\Set");
     EXPECT_EQ(setup.txtSetup(5).Text(), L"S:\\Set\\");
     EXPECT_EQ(setup.txtSetup(0).Text(), L"P:\\Jobs\\");
@@ -51,16 +51,16 @@ TEST_F(SetupDialog, DatabaseAndSettingsMoveFromTheirFields) {
     // Back again: as well a question, which tells whose letter it is.
     utility_->SetDriveType(L"C:\\", DriveKind::Network);
     utility_->ExpectMessage(MessageAnswer::No);
-    Enter(setup, 5, kFolder);
+    Enter(setup, 5, kDataFolder);
     EXPECT_EQ(setup.txtSetup(5).Text(), L"S:\\Set\\");
     EXPECT_EQ(
         utility_->Messages().back(),
-        (ShownMessage{L"Do you want to move the settings from \"S:\\Set\\\" to \"" + kFolder +
+        (ShownMessage{L"Do you want to move the settings from \"S:\\Set\\\" to \"" + kDataFolder +
                           L"\"?\r\n\r\nThey are kept there from now on.\r\n\r\nC: is a network "
                           L"drive: everybody who uses that folder needs this letter for it.",
                       L"Move the Settings", MessageButtons::YesNo, MessageIcon::Question}));
   });
-  EXPECT_NE(File(kIni).find("PostroveSettingsPath=S:\\Set\\\r\n"), std::string::npos);
+  EXPECT_NE(File(kLocalIni).find("PostroveSettingsPath=S:\\Set\\\r\n"), std::string::npos);
 }
 
 // The way back to settings that are gone is another folder, or the old one when it is there again.
@@ -70,7 +70,8 @@ TEST_F(SetupDialog, SettingsThatCannotBeReadAreNotStoredOver) {
   for (const int what : {Stays, Back, LocalAgain}) {
     SCOPED_TRACE(what);
     Renew();
-    utility_->AddFile(kIni, "[Setup]\r\nPostroveSettingsPath=S:\\Set\\\r\nRoot=P:\\Jobs\\\r\n");
+    utility_->AddFile(kLocalIni,
+                      "[Setup]\r\nPostroveSettingsPath=S:\\Set\\\r\nRoot=P:\\Jobs\\\r\n");
     utility_->AddFolder(L"S:\\Set");
     utility_->ExpectMessage();
     Use([&](forms::frmSetup& setup) {
@@ -85,7 +86,7 @@ TEST_F(SetupDialog, SettingsThatCannotBeReadAreNotStoredOver) {
         Enter(setup, 0, L"P:\\Jobs");
       } else if (what == LocalAgain) {
         utility_->ExpectMessage(MessageAnswer::Yes);  // whether to move
-        Enter(setup, 5, kFolder);
+        Enter(setup, 5, kDataFolder);
       }
       const wchar_t* const shown[] = {L"", L"P:\\", L"P:\\Jobs\\"};
       EXPECT_EQ(setup.txtSetup(0).Text(), shown[what]);
@@ -107,8 +108,8 @@ TEST_F(SetupDialog, FailingFilesLoseNothing) {
     for (int n = 0; n <= operations; ++n) {
       SCOPED_TRACE(::testing::Message() << "field " << one.field << ", operation " << n);
       Renew();
-      utility_->AddFile(kIni, "[Setup]\r\nUseQuillion=0\r\nRoot=C:\\\r\n");
-      utility_->AddFolder(kQuillion);
+      utility_->AddFile(kLocalIni, "[Setup]\r\nUseQuillion=0\r\nRoot=C:\\\r\n");
+      utility_->AddFolder(kQuillionFolder);
       product_->Start();
       utility_->AnswerTheRest(MessageAnswer::Yes);
       Use([&](forms::frmSetup& setup) {
@@ -132,9 +133,9 @@ TEST_F(SetupDialog, FailingFilesLoseNothing) {
           EXPECT_EQ(setup.cboWorkType.Text(), Current().WorkUnit);
         }
       });
-      EXPECT_TRUE(File(kFolder + L"Postrove.mdb") == "rows" ||
+      EXPECT_TRUE(File(kDataFolder + L"Postrove.mdb") == "rows" ||
                   File(L"P:\\Jobs\\Postrove.mdb") == "rows");
-      EXPECT_TRUE(File(kIni).starts_with("[Setup]\r\nUseQuillion="));
+      EXPECT_TRUE(File(kLocalIni).starts_with("[Setup]\r\nUseQuillion="));
       if (n == 0) {
         EXPECT_TRUE(operations > 3);
       }
@@ -149,7 +150,7 @@ TEST_F(SetupDialog, SettingsThatMoveAreNamedByTheLocalFileFirst) {
   for (int n = 0; n <= operations; ++n) {
     SCOPED_TRACE(n);
     Renew();
-    utility_->AddFile(kIni, "[Setup]\r\nPostroveSettingsPath=S:\\Set\\\r\n");
+    utility_->AddFile(kLocalIni, "[Setup]\r\nPostroveSettingsPath=S:\\Set\\\r\n");
     utility_->AddFile(L"S:\\Set\\Postrove.ini", far);
     utility_->AddFolder(L"S:\\New");
     utility_->AnswerTheRest(MessageAnswer::Yes);
@@ -159,18 +160,18 @@ TEST_F(SetupDialog, SettingsThatMoveAreNamedByTheLocalFileFirst) {
     if (n > 0) utility_->FailFileOperation(n);
     product_->Data().PostroveDefaultsSave(5, L"S:\\New");
     if (n == 0) operations = utility_->FileOperations() - before;
-    const bool local = File(kIni) == "[Setup]\r\nPostroveSettingsPath=S:\\New\\\r\n";
+    const bool local = File(kLocalIni) == "[Setup]\r\nPostroveSettingsPath=S:\\New\\\r\n";
     EXPECT_TRUE(local || File(L"S:\\Set\\Postrove.ini") == far);
     EXPECT_TRUE(File(local ? L"S:\\New\\Postrove.ini" : L"S:\\Set\\Postrove.ini").starts_with(far));
   }
 }
 
 TEST_F(SetupDialog, OwnAndSharedDatabase) {
-  const std::wstring shared = kQuillion + L"\\Qulln.txt";
+  const std::wstring shared = kQuillionFolder + L"\\Qulln.txt";
   utility_->AddFile(shared,
                     "[FilePathsPrj]\r\n1=S:\\Prj\r\n[Setup]\r\nSubjDelim=##\r\n"
                     "EmailFolder=Mail\\\r\n");
-  utility_->AddFile(kFolder + L"Postrove.cnt",
+  utility_->AddFile(kDataFolder + L"Postrove.cnt",
                     "2\r\nh\r\n[Form]\r\no|own\r\ns|shared\r\n[Form]\r\n");
   const auto check = [](forms::frmSetup& setup, bool sibling) {
     SCOPED_TRACE(sibling);
@@ -191,20 +192,20 @@ TEST_F(SetupDialog, OwnAndSharedDatabase) {
   Use(
       [&](forms::frmSetup& setup) {
         check(setup, true);
-        EXPECT_EQ(File(kIni), "(none)") << "opening it stored something";
+        EXPECT_EQ(File(kLocalIni), "(none)") << "opening it stored something";
         setup.optDbType(forms::kSetupOwnDb).UserClicked();
         check(setup, false);
-        EXPECT_EQ(File(kIni), "[Setup]\r\nUseQuillion=0\r\n");
+        EXPECT_EQ(File(kLocalIni), "[Setup]\r\nUseQuillion=0\r\n");
         setup.optDbType(forms::kSetupSiblingDb).UserClicked();
         check(setup, true);
         Enter(setup, 1, L"_");
         setup.txtSetup(0).UserEntered();
-        utility_->SetReadOnly(kIni);
+        utility_->SetReadOnly(kLocalIni);
         utility_->ExpectMessage();
         setup.optDbType(forms::kSetupOwnDb).UserClicked();
         check(setup, true);
         EXPECT_TRUE(Current().UseQuillion());
-        utility_->AddFile(kIni, File(kIni));
+        utility_->AddFile(kLocalIni, File(kLocalIni));
         setup.optDbType(forms::kSetupOwnDb).UserClicked();
         check(setup, false);
       },
@@ -221,7 +222,7 @@ TEST_F(SetupDialog, OwnAndSharedDatabase) {
         save.cboPostrove.UserPicked(0);
         EXPECT_EQ(save.txtSaveFolder.Text(), L"S:\\Prj\\2231\\Mail\\");
       });
-  EXPECT_EQ(File(kIni), "[Setup]\r\nUseQuillion=0\r\n");
+  EXPECT_EQ(File(kLocalIni), "[Setup]\r\nUseQuillion=0\r\n");
   EXPECT_EQ(File(shared),
             "[FilePathsPrj]\r\n1=S:\\Prj\r\n[Setup]\r\nSubjDelim=##\r\nEmailFolder=Mail\\\r\n"
             "ProjDelim=_\r\n");

@@ -6,12 +6,10 @@
 namespace postrove::testing {
 namespace {
 
-std::wstring LocalIni() { return std::wstring(kAppData) + L"\\Postrove\\Postrove.ini"; }
 std::wstring Join(const std::wstring& a, const wchar_t* b) { return a + b; }
 
 TEST(Startup, ReadsTheFileThatIsInForce) {
-  const std::wstring programs = Join(kPrograms, L"\\Quillion"),
-                     data = Join(kAppData, L"\\Quillion");
+  const std::wstring programs = kQuillionFolder, data = Join(kAppData, L"\\Quillion");
   const char quillions[] =
       "[FilePathsPrj]\r\n1=Q:\\Projects\r\n[Setup]\r\nRoot=X:\\no\r\nProjDelim=\" - \"\r\n"
       "SubjDelim=#\r\nEmailFolder=Mail\r\n";
@@ -25,8 +23,8 @@ TEST(Startup, ReadsTheFileThatIsInForce) {
     const char* content;  // of that; null: as it is
     const wchar_t* read;
   } cases[] = {
-      {nullptr, false, LocalIni(), nullptr, kDefaults},
-      {"[Setup]\r\nRoot=\r\n", false, LocalIni(), nullptr, L"|Project|Corr_Out\\|-|=>"},
+      {nullptr, false, kLocalIni, nullptr, kDefaults},
+      {"[Setup]\r\nRoot=\r\n", false, kLocalIni, nullptr, L"|Project|Corr_Out\\|-|=>"},
       {"[Setup]\r\nPostroveSettingsPath=S:\\Set\\\r\nRoot=X:\\no\r\nUseQuillion=1\r\n", false,
        L"S:\\Set\\Postrove.ini",
        "[setup]\r\nroot=P:\\Jobs\r\nWORKUNIT=Job\r\nProjDelim=_\r\nSubjDelim=::\r\n"
@@ -37,14 +35,14 @@ TEST(Startup, ReadsTheFileThatIsInForce) {
       {"[Setup]\r\nUseQuillion=1\r\n", true, shared, quillions, kShared},
       {"[Setup]\r\nUseQuillion=what?\r\n", true, shared, quillions, kShared},
       {"no ini file at all \x01\x02\xff", true, shared, quillions, kShared},
-      {"[Setup]\r\nUseQuillion=0\r\n", true, LocalIni(), nullptr, kDefaults},
-      {"[Setup]\r\nUseQuillion=False\r\n", true, LocalIni(), nullptr, kDefaults},
+      {"[Setup]\r\nUseQuillion=0\r\n", true, kLocalIni, nullptr, kDefaults},
+      {"[Setup]\r\nUseQuillion=False\r\n", true, kLocalIni, nullptr, kDefaults},
   };
   for (const auto& one : cases) {
     SCOPED_TRACE(&one - cases);
     Product product;
     if (one.installed) product.utility->AddFolder(programs);
-    if (one.local) product.utility->AddFile(LocalIni(), one.local);
+    if (one.local) product.utility->AddFile(kLocalIni, one.local);
     if (one.content) product.utility->AddFile(one.file, one.content);
     product.Start();
     const Settings& settings = product.Data().settings;
@@ -83,7 +81,7 @@ std::wstring Proposed(Product& product) {
 // What nobody can look at is not what is not there.
 TEST(Startup, SettingsThatCannotBeReadAreReadAtTheNextClick) {
   const std::wstring far = L"S:\\Set\\Postrove.ini";
-  const std::wstring quillions = Join(kPrograms, L"\\Quillion\\Qulln.txt");
+  const std::wstring quillions = kQuillionFolder + L"\\Qulln.txt";
   const std::string settings =
       "[Setup]\r\nUseQuillion=0\r\nRoot=P:\\\r\n[FilePathsPrj]\r\n1=P:\\\r\n";
   enum Trouble { Held, Missing, Away };
@@ -95,22 +93,22 @@ TEST(Startup, SettingsThatCannotBeReadAreReadAtTheNextClick) {
     bool quillion;
     const wchar_t* named = nullptr;  // else the message names the file
   } cases[] = {
-      {"local file", settings, LocalIni(), Held, false},
-      {"local file, which may say not to share", settings, LocalIni(), Held, true},
+      {"local file", settings, kLocalIni, Held, false},
+      {"local file, which may say not to share", settings, kLocalIni, Held, true},
       {"Quillion's file", "[Setup]\r\nUseQuillion=1\r\n", quillions, Held, true},
       {"held", "[Setup]\r\nPostroveSettingsPath=S:\\Set\\\r\n", far, Held, false},
       {"deleted", "[Setup]\r\nPostroveSettingsPath=S:\\Set\\\r\n", far, Missing, false},
       {"drive away", "[Setup]\r\nPostroveSettingsPath=S:\\Set\\\r\n", far, Away, false},
-      {"in any current folder", "[Setup]\r\nPostroveSettingsPath=Set\\\r\n", LocalIni(), Missing,
+      {"in any current folder", "[Setup]\r\nPostroveSettingsPath=Set\\\r\n", kLocalIni, Missing,
        false, L"\"Set\\Postrove.ini\""},
   };
   for (const auto& one : cases) {
     SCOPED_TRACE(one.what);
     Product product;
     FakeSharedUtil& utility = *product.utility;
-    if (one.quillion) utility.AddFolder(Join(kPrograms, L"\\Quillion"));
+    if (one.quillion) utility.AddFolder(kQuillionFolder);
     utility.AddFile(L"Set\\Postrove.ini", settings);
-    utility.AddFile(LocalIni(), one.local);
+    utility.AddFile(kLocalIni, one.local);
     if (one.trouble == Missing) utility.AddFolder(L"S:\\");
     if (one.trouble == Held) {
       utility.AddFile(one.file, settings);

@@ -1,5 +1,3 @@
-#include <algorithm>
-
 #include "gtest/gtest.h"
 #include "support/Product.h"
 

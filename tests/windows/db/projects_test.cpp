@@ -40,7 +40,7 @@ class Projects : public ::testing::Test {
     product_ = std::make_unique<testing::Product>();
     product_->shared.gDatabase = CreateOleDbDatabase();
     product_->utility->AddFile(folder_ + kFile);
-    product_->utility->AddFile(std::wstring(testing::kAppData) + L"\\Postrove\\Postrove.ini",
+    product_->utility->AddFile(testing::kLocalIni,
                                "[Setup]\r\nPostroveDBPath=" + text::ToUtf8(folder_) +
                                    "\r\n[Database]\r\nProvider2=" + text::ToUtf8(kStandinProvider) +
                                    "\r\n");

@@ -5,7 +5,6 @@
 #include <string>
 #include <utility>
 
-#include "shared/file_name.h"
 #include "shared/text.h"
 #include "shared/win32/WinSharedUtil.h"
 #include "shared/win32/no_drive_messages.h"
