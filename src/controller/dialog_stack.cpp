@@ -24,8 +24,11 @@ void DialogStack::SaveDialogActivated() {
 }
 
 void DialogStack::Close() {
-  const std::vector<std::shared_ptr<forms::Form>> above = above_;
-  for (auto dialog = above.rbegin(); dialog != above.rend(); ++dialog) (*dialog)->Unload();
+  while (!above_.empty()) {
+    const std::shared_ptr<forms::Form> last = std::move(above_.back());
+    above_.pop_back();
+    last->Unload();
+  }
   saveDialog_->Unload();
 }
 

@@ -22,17 +22,17 @@ FilePlace::~FilePlace() {
 }
 
 bool FilePlace::Claim(const std::wstring& path) {
+  path_ = path;  // before it is taken: nothing that fails may come between that and knowing it
   claimed_ = utility_.ClaimFile(path);
-  path_ = path;
   return claimed_.has_value();
 }
 
 bool FilePlace::Replace(const std::wstring& path, const FileIdentity& agreed) {
   if (utility_.IdentifyFile(path) != agreed) return false;
   path_ = path;
-  const std::wstring aside = SetAsideName();
+  std::wstring aside = SetAsideName();
   utility_.RenameFile(path, aside);
-  aside_ = aside;
+  aside_ = std::move(aside);
   if (Claim(path)) return true;
   throw Error(kPathFileAccess, kSource,
               L"Another file " + text::Quoted(path) + L" was made meanwhile." + GiveBack());
@@ -74,7 +74,7 @@ void FilePlace::Write(const std::function<void()>& write) {
   const std::wstring aside = std::exchange(aside_, {});
   try {
     utility_.RemoveFile(aside);
-  } catch (const Error&) {
+  } catch (...) {
     // The new file is there; one too many harms nobody.
   }
 }
@@ -90,13 +90,13 @@ std::wstring FilePlace::GiveBack() {
       left += L"\n\nThe file " + text::Quoted(path_) +
               L" was put there by somebody else, or is incomplete. Look at it before you go on.";
     }
-  } catch (const Error&) {
+  } catch (...) {
     left += L"\n\nThe file " + text::Quoted(path_) +
             L" is incomplete and could not be removed. Remove it yourself.";
   }
   try {
     if (!aside.empty()) utility_.RenameFile(aside, path_);
-  } catch (const Error&) {
+  } catch (...) {
     left += L"\n\nThe message that was there before is now in " + text::Quoted(aside) + L".";
   }
   return left;

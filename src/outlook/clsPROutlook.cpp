@@ -173,7 +173,12 @@ void clsPROutlook::Watch(const WindowPtr& window) {
 }
 
 void clsPROutlook::SetMailItem(const office::MailItem& item) {
-  Track(m_olMail, item, office::kItemEvents, &clsPROutlook::OnMailEvent);
+  try {
+    Track(m_olMail, item, office::kItemEvents, &clsPROutlook::OnMailEvent);
+  } catch (...) {
+    m_olMail.Clear();  // whose end is not heard of must not be held
+    throw;
+  }
 }
 
 void clsPROutlook::OnApplicationEvent(std::int32_t dispid, const office::Arguments&) {
@@ -221,7 +226,7 @@ void clsPROutlook::Furnish(const WindowPtr& window, bool lastTry) {
   try {
     if (!window->events) Watch(window);
     bar = PlaceButton(window);
-  } catch (const Error&) {
+  } catch (...) {
     // The command bars of a Word window can come late: there is one more try when it is activated.
     if (!lastTry && window->events) unready_.push_back(window);
     throw;
@@ -312,11 +317,15 @@ bool clsPROutlook::HearWindow(const office::Inspector& inspector) {
 void clsPROutlook::Quit() {
   // The user switched the add-in off before: no OnBeginShutdown will come.
   const bool disconnected = !shared_.gController;
-  if (const auto controller = std::exchange(shared_.gController, nullptr)) controller->Terminate();
+  Steps steps;
+  if (const auto controller = std::exchange(shared_.gController, nullptr)) {
+    steps.RunTwice([&] { controller->Terminate(); });
+  }
   if (disconnected || WaitsForReferences(m_olApp.object)) {
     SetApp({});
     shared_.gOutlook.reset();
   }
+  steps.ThrowFirst();
 }
 
 }  // namespace postrove

@@ -7,10 +7,12 @@
 #include <variant>
 #include <vector>
 
+#include "shared/empty.h"
+
 namespace postrove {
 
 // One value of a row. The empty alternative is a NULL.
-using Cell = std::variant<std::monostate, bool, std::int64_t, double, std::wstring>;
+using Cell = std::variant<Empty, bool, std::int64_t, double, std::wstring>;
 
 // The fields of a row in the order of the statement, and the rows of a query; none is empty.
 using Row = std::vector<Cell>;

@@ -16,9 +16,11 @@ namespace postrove::testing {
 // written; nothing is held after the end.
 class AnyOrder : private Desk {
  public:
-  using Desk::Choose;
+  using Desk::Choose, Desk::Failure, Desk::Kind, Desk::kOffice, Desk::kFiles, Desk::kDatabase,
+      Desk::kMemory;
 
-  explicit AnyOrder(Choose choose) : Desk(std::move(choose)) {
+  explicit AnyOrder(Choose choose, std::optional<Failure> only = {})
+      : Desk(std::move(choose), only) {
     if (shared_) utility_.AddFolder(kQuillionFolder);
     utility_.AddFile(shared_ ? kQuillionFolder + L"\\Qulln.txt" : kLocalIni,
                      "; ours\r\n[Setup]\r\nRoot=P:\\Jobs\\\r\n[FilePathsPrj]\r\n1=P:\\Jobs\r\n");
@@ -35,7 +37,19 @@ class AnyOrder : private Desk {
     utility_.duringMessages = [this] {
       if (clicked_ && One(4)) Disturb();
     };
-    product_.Start();
+    if (only_) Arm();
+    try {
+      product_.Start();
+    } catch (const Error&) {  // Connect reports it, and goes on
+    }
+  }
+
+  // How many calls of a kind there were.
+  int Count(Kind kind) const {
+    return kind == kOffice   ? static_cast<int>(outlook_.log.calls.size())
+           : kind == kFiles  ? utility_.FileOperations()
+           : kind == kMemory ? memory::allocations
+                             : static_cast<int>(product_.database->Statements().size());
   }
 
   // Answers the number of steps that were taken; ends at the first failure, and tells the story.
@@ -51,6 +65,7 @@ class AnyOrder : private Desk {
       }
       if (!quit_) CheckWindows();
     }
+    if (only_ && !quit_) FileAtLast();
     End();
     if (::testing::Test::HasFailure()) ADD_FAILURE() << text::ToUtf8(story_);
     return steps_;
@@ -59,11 +74,50 @@ class AnyOrder : private Desk {
  private:
   static constexpr wchar_t kOther[] = L"D:\\Filed\\other.msg";
 
+  void Arm() {
+    const int n = only_->number;
+    memory::allocations = memory::failAt = 0;
+    if (n == 0) return;
+    if (only_->kind == kOffice) outlook_.log.failAt = n;
+    if (only_->kind == kFiles) utility_.FailFileOperation(n);
+    if (only_->kind == kDatabase) product_.database->FailOperation(n);
+    if (only_->kind == kMemory) memory::failAt = n;
+  }
+
+  // Whatever has failed before: the next message is filed.
+  void FileAtLast() {
+    while (!outlook_.open.empty()) Close(Window(outlook_.open.back()));
+    outlook_.log.failAt = memory::failAt = 0;
+    utility_.FailFileOperation(0);
+    const Window window = Open(true, 43);
+    Recipients(*window) = 1;
+    product_.forms->everyone = [this](forms::Form& form) {
+      save_ = dynamic_cast<forms::frmPostrove*>(&form);
+      if (!save_) return void(form.UserEscaped());
+      ++dialogs_;
+      save_->cboPostrove.UserTyped(L"Hall: 9", 7, 0);
+      save_->txtSaveFolder.UserTyped(L"D:\\Files\\Corr_Out", 0, 0);
+      save_->txtSaveAsName.UserTyped(L"The last", 0, 0);
+      PressMain(*save_);
+      save_ = nullptr;
+      form.UserEscaped();
+    };
+    utility_.duringMessages = {};
+    utility_.AnswerTheRest();
+    Tell(L"the last");
+    Activate(window);
+    ClickOne(window);
+    EXPECT_EQ(saved_, L"D:\\Files\\Corr_Out\\The last.msg");
+  }
+
   // A filing.
 
   void ClickOne() {
     const Window window = AnyWindow();
-    if (!window || window->buttons.empty()) return;
+    if (window && !window->buttons.empty()) ClickOne(window);
+  }
+
+  void ClickOne(const Window& window) {
     Activate(window);
     Tell(L"click " + Subject(window));
     clicked_ = window.get();
@@ -75,7 +129,7 @@ class AnyOrder : private Desk {
     const auto other = utility_.File(kOther);
     outlook_.Click(window);
     clicked_ = nullptr;
-    utility_.FailFileOperation(0);
+    NoFileFault();
     EXPECT_EQ(product_.forms->waiting, 0);
     // Without a dialog there is a message why.
     EXPECT_TRUE(dialogs_ == 1 || (dialogs_ == 0 && utility_.Messages().size() > told) || quit_);
@@ -117,9 +171,7 @@ class AnyOrder : private Desk {
 
   office::Value Send(const FakeOutlook::Inspector& window) override {
     EXPECT_EQ(&window, clicked_) << "another window's message";
-    const auto recipients = office::ToObject(window.item->properties[L"Recipients"]);
-    const auto all = std::static_pointer_cast<FakeObject>(recipients);
-    EXPECT_TRUE(!saved_.empty() || all->properties[L"Count"] == office::Value(0)) << "unfiled";
+    EXPECT_TRUE(!saved_.empty() || Recipients(window) == office::Value(0)) << "unfiled";
     if (fault_ == 3) throw Error(static_cast<long>(0x80004005), L"Send", L"There is no server.");
     ++sent_;
     Tell(L"sent");
@@ -231,7 +283,7 @@ class AnyOrder : private Desk {
 
   void ActInSave(forms::frmPostrove& dialog) {
     forms::Control& box = dialog.cboPostrove;
-    const auto press = [&](int button) { dialog.cmdPostrove(button).UserClicked(); };
+    const auto press = [&](int button) { Press(dialog.cmdPostrove(button)); };
     switch (Pick(12)) {
       case 0:
         if (box.Items().empty()) return;
@@ -279,6 +331,7 @@ class AnyOrder : private Desk {
       case 7:
         return PressMain(dialog);
       case 8: {
+        if (only_ && only_->kind == kMemory) return;  // the picker need not come
         const std::wstring folder = AnyOf({L"", L"D:\\Filed", L"E:\\CD"});
         Tell(L"browse " + folder);
         utility_.ExpectBrowse(folder);
@@ -328,25 +381,36 @@ class AnyOrder : private Desk {
     }
   }
 
+  // What the handlers of a button throw ends at the procedure of its window.
+  static void Press(forms::Control& button) {
+    try {
+      const memory::Scope product(true);
+      button.UserClicked();
+    } catch (const std::bad_alloc&) {
+    }
+  }
+
   void PressMain(forms::frmPostrove& dialog) {
     shownProject_ = dialog.cboPostrove.Text();
     shownFolder_ = dialog.txtSaveFolder.Text();
     shownName_ = dialog.txtSaveAsName.Text();
     FakeLog& log = outlook_.log;
-    moves_ = typed_ && text::EqualsIgnoreCase(CleanFolder(shownFolder_), CleanFolder(proposed_));
-    fault_ = Pick(6);  // one of a call, a file operation, SaveAs, Send; or none
+    // Without memory the text may not have been looked up when it should.
+    const bool typed = typed_ || (only_ && only_->kind == kMemory);
+    moves_ = typed && text::EqualsIgnoreCase(CleanFolder(shownFolder_), CleanFolder(proposed_));
+    fault_ = only_ ? 5 : Pick(6);  // one of a call, a file operation, SaveAs, Send; or none
     Tell(L"main with fault " + std::to_wstring(fault_));
     if (fault_ == 0) log.failAt = static_cast<int>(log.calls.size() + 1 + Pick(40));
-    utility_.FailFileOperation(fault_ == 1 ? static_cast<int>(1 + Pick(12)) : 0);
+    if (fault_ == 1) utility_.FailFileOperation(static_cast<int>(1 + Pick(12)));
     filing_ = true;
-    dialog.cmdPostrove(forms::kMainButton).UserClicked();
+    Press(dialog.cmdPostrove(forms::kMainButton));
     filing_ = false;
     typed_ = false;  // it was looked up
     const std::vector<std::wstring> own = Folders(shownProject_, false);
     const std::wstring shown = dialog.txtSaveFolder.Text();
     if (moves_ && std::find(own.begin(), own.end(), shown) != own.end()) proposed_ = shown;
-    log.failAt = 0;
-    utility_.FailFileOperation(0);
+    NoFault();
+    NoFileFault();
   }
 
   // The folder is that of the listed project which the box shows.
@@ -385,7 +449,7 @@ class AnyOrder : private Desk {
       if (One(8)) return Quit();
       if (One(4)) Outage();
       Tell(L"save project " + dialog.txtProjInfo(0).Text());
-      dialog.cmdProjInfo(forms::kProjInfoSave).UserClicked();
+      Press(dialog.cmdProjInfo(forms::kProjInfoSave));
     }
   }
 
@@ -411,10 +475,15 @@ class AnyOrder : private Desk {
       Tell(L"default " + text);
       Enter(setup, static_cast<int>(field), text);
     }
-    if (!setup.IsUnloaded() && One(2)) setup.cmdSetup(forms::kSetupReturn).UserClicked();
+    if (!setup.IsUnloaded() && One(2)) Press(setup.cmdSetup(forms::kSetupReturn));
+  }
+
+  void NoFileFault() {
+    if (!only_) utility_.FailFileOperation(0);
   }
 
   void Outage() {
+    if (only_) return;
     Tell(L"outage");
     const std::wstring file = utility_.IniFile();
     if (One(2)) return void(projects_.away = !projects_.away);

@@ -8,6 +8,7 @@
 
 #include "shared/clsDatabase.h"
 #include "shared/error.h"
+#include "support/Memory.h"
 
 namespace postrove::testing {
 
@@ -56,6 +57,7 @@ class FakeDatabase : public clsDatabase {
 
  private:
   Rows Run(RanStatement statement) {
+    const memory::Scope host(false);
     if (!IsReady()) throw Error(kObjectNotSet, L"FakeDatabase", L"The database is not set up.");
     statements_.push_back(statement);
     if (statements_.size() == failing_) throw error_;

@@ -11,6 +11,7 @@
 
 #include "outlook/office/object.h"
 #include "shared/error.h"
+#include "support/Memory.h"
 
 // A recording host for tests of the portable core: objects with members given as values or
 // functions, one log of every call, events raised by interface and number, and the n-th call made
@@ -60,6 +61,7 @@ class FakeObject : public office::Object, public std::enable_shared_from_this<Fa
   std::vector<office::Guid> interfaces;        // what As accepts
 
   office::Value Get(const wchar_t* member, const office::Arguments& arguments) override {
+    const memory::Scope host(false);
     log_.Record(name_ + L"." + member);
     if (const auto found = functions.find(member); found != functions.end()) {
       return Function(found->second)(arguments);
@@ -70,6 +72,7 @@ class FakeObject : public office::Object, public std::enable_shared_from_this<Fa
   }
 
   void Put(const wchar_t* member, const office::Value& value) override {
+    const memory::Scope host(false);
     log_.Record(name_ + L"." + member + L"=");
     const auto found = properties.find(member);
     if (found == properties.end()) ThrowUnknown(member);
@@ -77,6 +80,7 @@ class FakeObject : public office::Object, public std::enable_shared_from_this<Fa
   }
 
   office::Value Call(const wchar_t* member, const office::Arguments& arguments) override {
+    const memory::Scope host(false);
     log_.Record(name_ + L"." + member + L"()");
     const auto found = functions.find(member);
     if (found == functions.end()) ThrowUnknown(member);
@@ -84,6 +88,7 @@ class FakeObject : public office::Object, public std::enable_shared_from_this<Fa
   }
 
   office::ObjectPtr As(const office::Guid& interfaceId) override {
+    const memory::Scope host(false);
     log_.Record(name_ + L".As");
     for (const office::Guid& known : interfaces) {
       if (known == interfaceId) return shared_from_this();
@@ -93,6 +98,7 @@ class FakeObject : public office::Object, public std::enable_shared_from_this<Fa
 
   office::Subscription Subscribe(const office::Guid& events,
                                  office::EventHandler handler) override {
+    const memory::Scope host(false);
     log_.Record(name_ + L".Subscribe");
     auto sink = std::make_shared<Sink>(Sink{events, std::move(handler)});
     sinks_.push_back(sink);
@@ -111,8 +117,9 @@ class FakeObject : public office::Object, public std::enable_shared_from_this<Fa
       }
       told.push_back(sink);
       try {
+        const memory::Scope product(true);
         sink->handler(dispid, arguments);
-      } catch (const Error&) {
+      } catch (const std::exception&) {
       }
     }
   }

@@ -15,6 +15,7 @@
 #include "shared/clsSharedUtil.h"
 #include "shared/text.h"
 #include "support/Latin1.h"
+#include "support/Memory.h"
 
 namespace postrove::testing {
 
@@ -117,30 +118,36 @@ class FakeSharedUtil : public clsSharedUtil {
   const std::vector<std::wstring>& OpenedDocuments() const { return documents_; }
 
   bool FolderExists(const std::wstring& folder) override {
+    const memory::Scope host(false);
     const Entry* entry = Find(folder);
     return !NextOperationFails() && entry && entry->folder;
   }
   bool FileExists(const std::wstring& folder, const std::wstring& file) override {
+    const memory::Scope host(false);
     if (NextOperationFails() || folder.empty() || file.empty()) return false;
     return File(text::NormaliseFolder(folder) + file).has_value();
   }
   long long FileSize(const std::wstring& path) override {
+    const memory::Scope host(false);
     const std::optional<std::string> bytes = File(path);
     if (NextOperationFails() || !bytes) return -1;
     return static_cast<long long>(bytes->size());
   }
   std::optional<FileIdentity> IdentifyFile(const std::wstring& path) override {
+    const memory::Scope host(false);
     const Entry* entry = Find(path);
     if (NextOperationFails() || !entry || entry->folder) return std::nullopt;
     return FileIdentity{1, entry->number, 0, entry->readOnly};
   }
   std::optional<FileIdentity> ClaimFile(const std::wstring& path) override {
+    const memory::Scope host(false);
     if (NextOperationFails() || !HasFolderOf(path)) Fail(L"Cannot make the file", path);
     if (Find(path)) return std::nullopt;
     AddFile(path);
     return FileIdentity{1, filesMade_, 0, false};
   }
   bool RemoveFileIf(const std::wstring& path, const FileIdentity& meant) override {
+    const memory::Scope host(false);
     if (NextOperationFails()) Fail(L"Cannot delete the file", path);
     const Entry* entry = Find(path);
     if (entry && entry->number != meant.number) return false;
@@ -148,6 +155,7 @@ class FakeSharedUtil : public clsSharedUtil {
     return true;
   }
   void CreateFolder(const std::wstring& folder) override {
+    const memory::Scope host(false);
     if (NextOperationFails()) Fail(L"Cannot make the folder", folder);
     for (std::wstring path = Plain(folder); !path.empty(); path = Parent(path)) {
       const Entry* entry = Find(path);
@@ -157,20 +165,24 @@ class FakeSharedUtil : public clsSharedUtil {
     Fail(L"Cannot make the folder", folder);
   }
   std::shared_ptr<void> HoldFile(const std::wstring& path) override {
+    const memory::Scope host(false);
     if (NextOperationFails() || !File(path)) Fail(L"Cannot hold the file", path);
     held_.insert(Key(path));
     return {this, [path](FakeSharedUtil* self) { self->held_.erase(Key(path)); }};
   }
   void DuplicateFile(const std::wstring& from, const std::wstring& to) override {
+    const memory::Scope host(false);
     const bool wanted = File(from) && !Find(to) && Find(Root(to));
     if (wanted && !Died()) AddFile(to, File(from)->substr(0, File(from)->size() / 2));
     if (NextOperationFails() || !wanted) Fail(L"Cannot copy the file to", to);
     AddFile(to, *File(from));
   }
   bool FilesAreEqual(const std::wstring& one, const std::wstring& other) override {
+    const memory::Scope host(false);
     return !NextOperationFails() && File(one) && File(one) == File(other);
   }
   void RenameFile(const std::wstring& from, const std::wstring& to) override {
+    const memory::Scope host(false);
     if (NextOperationFails() || !File(from) || Find(to)) Fail(L"Cannot rename the file", from);
     Entry moved = entries_.at(Key(from));
     Remove(from);
@@ -178,15 +190,18 @@ class FakeSharedUtil : public clsSharedUtil {
     entries_.emplace(Key(to), std::move(moved));
   }
   void RemoveFile(const std::wstring& path) override {
+    const memory::Scope host(false);
     if (NextOperationFails() || !File(path)) Fail(L"Cannot delete the file", path);
     Remove(path);
   }
   std::wstring Today() override { return L"20240512"; }
   std::wstring BrowseForFolder(const std::wstring& prompt) override {
+    const memory::Scope host(false);
     prompts_.push_back(prompt);
     return Take(&picks_, L"folder picker", prompt).value_or(L"");
   }
   DriveKind DriveType(const std::wstring& root) override {
+    const memory::Scope host(false);
     const auto drive = drives_.find(Key(root));
     if (drive != drives_.end()) return drive->second;
     return Find(root) ? DriveKind::Fixed : DriveKind::NoRoot;
@@ -194,6 +209,7 @@ class FakeSharedUtil : public clsSharedUtil {
   void OpenDocument(const std::wstring& document) override { documents_.push_back(document); }
   MessageAnswer ShowMessage(const std::wstring& text, const std::wstring& title,
                             MessageButtons buttons, MessageIcon icon) override {
+    const memory::Scope host(false);
     messages_.push_back({text, title, buttons, icon});
     const bool question = buttons == MessageButtons::YesNo;
     const auto box = Take(&answers_, L"message box", title + L" | " + text);
@@ -210,6 +226,7 @@ class FakeSharedUtil : public clsSharedUtil {
 
  protected:
   bool LoadFile(const std::wstring& path, std::string* bytes) override {
+    const memory::Scope host(false);
     loaded_.push_back(path);
     const std::optional<std::string> found = File(path);
     const bool away = !Find(Root(path)) || (found && Find(path)->held);
@@ -220,6 +237,7 @@ class FakeSharedUtil : public clsSharedUtil {
   }
   void UpdateFile(const std::wstring& path,
                   const std::function<std::string(const std::string&)>& change) override {
+    const memory::Scope host(false);
     if (NextOperationFails()) Fail(L"Cannot write the file", path);
     const Entry* entry = Find(path);
     if (entry && (entry->folder || entry->readOnly || entry->held)) {

@@ -8,6 +8,7 @@
 #include "forms/kit/form.h"
 #include "forms/kit/form_host.h"
 #include "gtest/gtest.h"
+#include "support/Memory.h"
 
 namespace postrove::testing {
 
@@ -23,6 +24,7 @@ class ScriptedFormHost : public forms::FormHost {
   bool Finished() const { return users_.empty(); }
 
   void ShowModal(forms::Form& form) override {
+    const memory::Scope host(false);
     shown.push_back(form.Caption());
     if (users_.empty() && !everyone) {
       ADD_FAILURE() << "A form was shown that no user waits for: " << form.Controls().size();
@@ -37,12 +39,25 @@ class ScriptedFormHost : public forms::FormHost {
     form.Unload();
   }
   void SetTopmost(forms::Form& form, bool topmost) override {
+    const memory::Scope host(false);
     actions.push_back((topmost ? L"topmost " : L"lower ") + form.Name());
   }
-  void BringToFront(forms::Form& form) override { actions.push_back(L"front " + form.Name()); }
-  void SetFocus(forms::Control& control) override { actions.push_back(L"focus " + control.Name()); }
-  void DropDownList(forms::Control& combo) override { actions.push_back(L"drop " + combo.Name()); }
-  void SendTab(forms::Form& form) override { actions.push_back(L"tab " + form.Name()); }
+  void BringToFront(forms::Form& form) override {
+    const memory::Scope host(false);
+    actions.push_back(L"front " + form.Name());
+  }
+  void SetFocus(forms::Control& control) override {
+    const memory::Scope host(false);
+    actions.push_back(L"focus " + control.Name());
+  }
+  void DropDownList(forms::Control& combo) override {
+    const memory::Scope host(false);
+    actions.push_back(L"drop " + combo.Name());
+  }
+  void SendTab(forms::Form& form) override {
+    const memory::Scope host(false);
+    actions.push_back(L"tab " + form.Name());
+  }
   void SetWaitCursor(bool on) override { waiting += on ? 1 : -1; }
 
   std::uint32_t InputTime() const override { return inputTime(); }

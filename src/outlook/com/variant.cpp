@@ -21,7 +21,7 @@ namespace {
 struct VariantWriter {
   VARIANT& out;
 
-  void operator()(std::monostate) const {}
+  void operator()(Empty) const {}
   void operator()(office::Missing) const {
     out.vt = VT_ERROR;
     out.scode = DISP_E_PARAMNOTFOUND;

@@ -36,7 +36,7 @@ bool ToBool(const Value& value) {
   if (const auto* flag = std::get_if<bool>(&value)) return *flag;
   if (const auto* whole = std::get_if<std::int32_t>(&value)) return *whole != 0;
   if (const auto* number = std::get_if<double>(&value)) return *number != 0;
-  if (std::holds_alternative<std::monostate>(value)) return false;
+  if (std::holds_alternative<Empty>(value)) return false;
   if (const auto* words = std::get_if<std::wstring>(&value)) {
     return Known(text::ToBoolean(*words), L"true or false");
   }
@@ -47,7 +47,7 @@ std::int32_t ToLong(const Value& value) {
   if (const auto* whole = std::get_if<std::int32_t>(&value)) return *whole;
   if (const auto* flag = std::get_if<bool>(&value)) return *flag ? -1 : 0;
   if (const auto* number = std::get_if<double>(&value)) return Rounded(*number);
-  if (std::holds_alternative<std::monostate>(value)) return 0;
+  if (std::holds_alternative<Empty>(value)) return 0;
   if (const auto* words = std::get_if<std::wstring>(&value)) {
     return Rounded(Known(text::ToNumber(*words), L"a whole number"));
   }
@@ -58,13 +58,13 @@ std::wstring ToText(const Value& value) {
   if (const auto* words = std::get_if<std::wstring>(&value)) return *words;
   if (const auto* whole = std::get_if<std::int32_t>(&value)) return text::FromNumber(*whole);
   if (const auto* flag = std::get_if<bool>(&value)) return *flag ? L"True" : L"False";
-  if (std::holds_alternative<std::monostate>(value)) return {};
+  if (std::holds_alternative<Empty>(value)) return {};
   ThrowTypeMismatch(L"a text");
 }
 
 ObjectPtr ToObject(const Value& value) {
   if (const auto* object = std::get_if<ObjectPtr>(&value)) return *object;
-  if (std::holds_alternative<std::monostate>(value)) return nullptr;
+  if (std::holds_alternative<Empty>(value)) return nullptr;
   ThrowTypeMismatch(L"an object");
 }
 

@@ -10,6 +10,8 @@
 #include <variant>
 #include <vector>
 
+#include "shared/empty.h"
+
 // Late-bound access to Outlook's and Office's objects, free of Windows types, so that the same code
 // runs against Outlook, a stand-in host and a recording fake.
 //
@@ -28,8 +30,7 @@ struct Missing {
 };
 
 // A value that travels to or from a host object. The empty alternative is Empty or Null.
-using Value =
-    std::variant<std::monostate, Missing, bool, std::int32_t, double, std::wstring, ObjectPtr>;
+using Value = std::variant<Empty, Missing, bool, std::int32_t, double, std::wstring, ObjectPtr>;
 using Arguments = std::vector<Value>;
 
 // Conversions as Visual Basic makes them: true is -1 as a number, texts are read as numbers or
