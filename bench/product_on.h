@@ -2,8 +2,8 @@
 
 #include <string>
 
+#include "memory/Product.h"
 #include "shared/clsDatabase.h"
-#include "support/Product.h"
 
 namespace postrove::bench {
 

@@ -3,7 +3,7 @@
 #include "benchmarks.h"
 #include "controller/project_box.h"
 #include "measure.h"
-#include "support/Product.h"
+#include "memory/Product.h"
 
 namespace postrove::bench {
 namespace {

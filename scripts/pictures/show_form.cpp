@@ -16,8 +16,8 @@
 #include "data/project_sql.h"
 #include "forms/frmPostrove.h"
 #include "forms/win32/WinFormHost.h"
+#include "memory/Product.h"
 #include "outlook/screenshot.h"
-#include "support/Product.h"
 
 using namespace postrove::forms;
 using namespace postrove::testing;

@@ -1,9 +1,9 @@
 #include <optional>
 
 #include "fuzz_input.h"
+#include "memory/Latin1.h"
 #include "shared/error.h"
 #include "shared/ini_text.h"
-#include "support/Latin1.h"
 
 namespace postrove {
 namespace {

@@ -3,9 +3,9 @@
 #include <optional>
 
 #include "fuzz_input.h"
+#include "memory/Latin1.h"
 #include "shared/error.h"
 #include "shared/text_encoding.h"
-#include "support/Latin1.h"
 
 namespace postrove {
 namespace {

@@ -1,9 +1,9 @@
 #include "controller/parse_subject.h"
 #include "controller/project_folder.h"
 #include "fuzz_input.h"
+#include "memory/Product.h"
 #include "shared/error.h"
 #include "shared/file_name.h"
-#include "support/Product.h"
 
 // Subjects taken apart with any delimiters, and what becomes of the parts on disk.
 namespace postrove {

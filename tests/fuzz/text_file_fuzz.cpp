@@ -2,11 +2,11 @@
 #include <vector>
 
 #include "fuzz_input.h"
+#include "memory/FakeSharedUtil.h"
+#include "memory/Latin1.h"
 #include "shared/error.h"
 #include "shared/text_encoding.h"
 #include "shared/text_stream.h"
-#include "support/FakeSharedUtil.h"
-#include "support/Latin1.h"
 
 namespace postrove {
 namespace {

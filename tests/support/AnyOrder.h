@@ -25,6 +25,7 @@ class AnyOrder : private Desk {
     utility_.AddFile(shared_ ? kQuillionFolder + L"\\Qulln.txt" : kLocalIni,
                      "; ours\r\n[Setup]\r\nRoot=P:\\Jobs\\\r\n[FilePathsPrj]\r\n1=P:\\Jobs\r\n");
     utility_.AddFile(kOther, "other");
+    utility_.AddFile(kDataFolder + L"Postrove.mdb", "rows");
     for (const wchar_t* folder : {L"P:\\Jobs\\Corr_Out", L"D:\\Files\\Corr_Out", L"S:\\Set"}) {
       utility_.AddFolder(folder);
     }
@@ -210,10 +211,13 @@ class AnyOrder : private Desk {
     }
   }
 
-  // Each message is whole, or is said to be not; each settings file has kept what stood first.
+  // Each message is whole, or is said to be not; each settings file has kept what stood first; the
+  // database is somewhere.
   void CheckFiles() {
+    bool rows = false;
     for (const std::wstring& path : utility_.Files()) {
       const std::string bytes = utility_.File(path).value_or("");
+      rows = rows || bytes == "rows";
       if (path.ends_with(L".msg") && bytes != "message" && bytes != "other") {
         const auto& said = utility_.Messages();
         EXPECT_TRUE(std::any_of(
@@ -226,6 +230,7 @@ class AnyOrder : private Desk {
                   (bytes.starts_with("[Setup]\r\n") && bytes.ends_with("\r\n")))
           << bytes;
     }
+    EXPECT_TRUE(rows);
   }
 
   // The folders that a text of the project box can stand for.

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "support/Product.h"
+#include "memory/Product.h"
 
 namespace postrove::testing {
 

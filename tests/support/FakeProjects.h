@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "data/project_sql.h"
+#include "memory/FakeDatabase.h"
 #include "shared/file_name.h"
 #include "shared/text.h"
-#include "support/FakeDatabase.h"
 
 namespace postrove::testing {
 

@@ -2,8 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include "memory/FakeDatabase.h"
 #include "shared/text.h"
-#include "support/FakeDatabase.h"
 
 namespace postrove {
 namespace {

@@ -6,8 +6,8 @@
 #include "controller/message_changes.h"
 #include "gmock/gmock.h"
 #include "gtest/gtest.h"
-#include "support/FakeOffice.h"
-#include "support/FakeSharedUtil.h"
+#include "memory/FakeOffice.h"
+#include "memory/FakeSharedUtil.h"
 
 namespace postrove::testing {
 namespace {

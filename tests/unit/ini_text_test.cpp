@@ -4,9 +4,9 @@
 
 #include <string>
 
+#include "memory/Latin1.h"
 #include "shared/error.h"
 #include "shared/text.h"
-#include "support/Latin1.h"
 
 namespace postrove {
 namespace {

@@ -3,7 +3,7 @@
 #include "controller/project_folder.h"
 #include "forms/frmPostrove.h"
 #include "gtest/gtest.h"
-#include "support/Product.h"
+#include "memory/Product.h"
 
 namespace postrove::testing {
 namespace {

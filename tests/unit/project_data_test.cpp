@@ -3,7 +3,7 @@
 #include "data/label_file.h"
 #include "data/project_sql.h"
 #include "gtest/gtest.h"
-#include "support/Product.h"
+#include "memory/Product.h"
 
 namespace postrove::testing {
 namespace {

@@ -2,7 +2,7 @@
 
 #include "data/project_sql.h"
 #include "gtest/gtest.h"
-#include "support/Product.h"
+#include "memory/Product.h"
 
 namespace postrove::testing {
 namespace {

@@ -5,7 +5,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "support/FakeSharedUtil.h"
+#include "memory/FakeSharedUtil.h"
 
 namespace postrove {
 namespace {

@@ -1,7 +1,7 @@
 #include <algorithm>
 
 #include "gtest/gtest.h"
-#include "support/Product.h"
+#include "memory/Product.h"
 
 namespace postrove::testing {
 namespace {

@@ -1,5 +1,5 @@
 #include "gtest/gtest.h"
-#include "support/Product.h"
+#include "memory/Product.h"
 
 namespace postrove::testing {
 namespace {
@@ -131,38 +131,6 @@ TEST(Tracker, QuitReleasesByVersion) {
               3 + 1)  // the test's three and the application's own of its inspectors
         << "a reference to the host was kept";
   }
-}
-
-// Makes each call of loading, of windows that open and of one that closes fail in turn.
-TEST(Tracker, NoSingleFailureCostsAButton) {
-  std::size_t calls = 0;
-  for (std::size_t n = 0; n <= calls; ++n) {
-    SCOPED_TRACE(::testing::Message() << "call " << n);
-    Product product;
-    FakeOutlook& outlook = product.outlook;
-    outlook.log.failAt = static_cast<int>(n);
-    product.Create();
-    try {
-      product.shared.gOutlook->SetApp(office::Application(outlook.app));
-    } catch (const Error&) {
-    }
-    const auto open = [&](bool word) {
-      const auto window = outlook.Open(true, 43, word);
-      outlook.RaiseNew(window);
-      for (const FakePtr& button : window->buttons) EXPECT_EQ(button->SinkCount(), 1u);
-      outlook.Activate(window);
-      EXPECT_EQ(window->buttons.size(), 1u);
-      return window;
-    };
-    const auto first = open(true);
-    const auto second = open(false);
-    outlook.CloseWindow(second);
-    EXPECT_EQ(second->window->SinkCount(), 0u);
-    ASSERT_EQ(first->buttons.size(), 1u);
-    EXPECT_EQ(first->buttons[0]->SinkCount(), 1u);
-    if (n == 0) calls = outlook.log.calls.size();
-  }
-  EXPECT_GT(calls, 60u);
 }
 
 }  // namespace

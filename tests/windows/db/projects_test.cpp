@@ -3,10 +3,10 @@
 
 #include <gmock/gmock.h>
 
+#include "memory/Product.h"
 #include "shared/text.h"
 #include "shared/win32/OleDbDatabase.h"
 #include "standin_database.h"
-#include "support/Product.h"
 
 namespace postrove {
 

@@ -7,8 +7,8 @@
 #include "forms/frmPostrove.h"
 #include "forms/win32/WinFormHost.h"
 #include "gtest/gtest.h"
+#include "memory/Product.h"
 #include "outlook/office/ids.h"
-#include "support/Product.h"
 
 namespace postrove::forms {
 namespace {

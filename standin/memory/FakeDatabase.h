@@ -6,9 +6,9 @@
 #include <utility>
 #include <vector>
 
+#include "memory/Memory.h"
 #include "shared/clsDatabase.h"
 #include "shared/error.h"
-#include "support/Memory.h"
 
 namespace postrove::testing {
 

@@ -9,9 +9,9 @@
 #include <utility>
 #include <vector>
 
+#include "memory/Memory.h"
 #include "outlook/office/object.h"
 #include "shared/error.h"
-#include "support/Memory.h"
 
 // A recording host for tests of the portable core: objects with members given as values or
 // functions, one log of every call, events raised by interface and number, and the n-th call made

@@ -10,11 +10,11 @@
 #include "forms/frmPostrove.h"
 #include "forms/frmProjInfo.h"
 #include "forms/frmSetup.h"
+#include "memory/FakeDatabase.h"
+#include "memory/FakeOffice.h"
+#include "memory/FakeSharedUtil.h"
+#include "memory/ScriptedFormHost.h"
 #include "outlook/clsPROutlook.h"
-#include "support/FakeDatabase.h"
-#include "support/FakeOffice.h"
-#include "support/FakeSharedUtil.h"
-#include "support/ScriptedFormHost.h"
 
 namespace postrove::testing {
 

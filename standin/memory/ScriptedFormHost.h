@@ -8,7 +8,7 @@
 #include "forms/kit/form.h"
 #include "forms/kit/form_host.h"
 #include "gtest/gtest.h"
-#include "support/Memory.h"
+#include "memory/Memory.h"
 
 namespace postrove::testing {
 

@@ -12,10 +12,10 @@
 #include <utility>
 #include <vector>
 
+#include "memory/Latin1.h"
+#include "memory/Memory.h"
 #include "shared/clsSharedUtil.h"
 #include "shared/text.h"
-#include "support/Latin1.h"
-#include "support/Memory.h"
 
 namespace postrove::testing {
 
