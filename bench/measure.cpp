@@ -22,4 +22,9 @@ void PrintTime(const std::string& what, double milliseconds) {
   std::fflush(stdout);
 }
 
+void PrintCount(const std::string& what, long count) {
+  std::printf("%-40s %10s %10ld\n", what.c_str(), "", count);
+  std::fflush(stdout);
+}
+
 }  // namespace postrove::bench

@@ -22,13 +22,20 @@ double Milliseconds(Action action) {
       .count();
 }
 
-// Either action gives back the milliseconds that count.
+// Either action gives back the milliseconds that count. They take turns until neither has become
+// faster for a while, so that what else the machine does falls out.
 template <typename Floor, typename Product>
-Times Compare(int runs, Floor floor, Product product) {
+Times Compare(Floor floor, Product product) {
+  constexpr int kSteady = 25;
+  constexpr double kLongest = 8000;
   Times best;
-  for (int i = 0; i < runs; ++i) {
-    best.floor = std::min(best.floor, floor());
-    best.product = std::min(best.product, product());
+  double spent = 0;
+  for (int since = 0; since < kSteady && spent < kLongest; ++since) {
+    const Times now{floor(), product()};
+    spent += now.floor + now.product;
+    if (now.floor < best.floor * 0.99 || now.product < best.product * 0.99) since = 0;
+    best.floor = std::min(best.floor, now.floor);
+    best.product = std::min(best.product, now.product);
   }
   return best;
 }
@@ -37,7 +44,8 @@ Times Compare(int runs, Floor floor, Product product) {
 void PrintTitle(const char* product, const char* floor);
 void PrintTimes(const std::string& what, const Times& times, double aim);
 
-// A time that has no floor.
+// A figure that has no floor.
 void PrintTime(const std::string& what, double milliseconds);
+void PrintCount(const std::string& what, long count);
 
 }  // namespace postrove::bench

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <stdexcept>
 
+#include "automation.h"
 #include "data/project_sql.h"
 #include "shared/connection_string.h"
 #include "shared/text.h"
@@ -23,10 +24,6 @@ struct Field {
   VARIANT value;
   DBSTATUS status;
 };
-
-void Check(HRESULT result) {
-  if (FAILED(result)) throw std::runtime_error("the provider failed");
-}
 
 template <typename Interface>
 ComPtr<Interface> Query(IUnknown* object, REFIID id) {

@@ -47,7 +47,7 @@ void MeasureKey(forms::frmPostrove& form, const char* what, const std::wstring& 
     combo.UserTyped(before, static_cast<int>(before.size()), 0);
     return Milliseconds([&] { combo.UserPressed(typed.back()); });
   };
-  const Times times = Compare(kRuns, scan, key);
+  const Times times = Compare(scan, key);
   if (combo.ListIndex() != static_cast<int>(scanned)) throw std::runtime_error("not completed");
   PrintTimes(what, times, kAim);
 }

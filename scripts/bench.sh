@@ -1,7 +1,8 @@
 #!/bin/bash
-# Measures the product beside the least that the same work can take, in the private Wine prefix: a key in
-# the project box, loading the project list, and a click, at 10 to 100,000 projects. Each line ends with
-# the ratio of the two times and the one aimed at. Sets up and builds what is missing.
+# Measures the product beside the least that the same work can take, in the private Wine prefix: start,
+# a mail window, a click, a key, filing, the project list at 100 to 1,000,000 projects, settings, memory
+# and the DLL itself. Each line ends with the ratio of the two figures and the one aimed at. Sets up and
+# builds what is missing.
 set -euo pipefail
 here=$(dirname "${BASH_SOURCE[0]}")
 source "$here/lib/common.sh"
@@ -12,6 +13,7 @@ source "$here/lib/wine.sh"
 POSTROVE_DISPLAY=''
 "$here/setup.sh" >/dev/null
 "$here/build.sh" >/dev/null
+product=$root/build/win64/src/addin/Postrove09.dll
 logged build-bench cmake --build "$root/build/win64" --target product_bench || exit 1
 
 # projects COUNT: a folder with a database of that many, half of them with a folder of their own.
@@ -31,13 +33,27 @@ SQL
 }
 
 folders=()
-for count in 10 1000 10000 100000; do folders+=("$(projects "$count")"); done
+for count in 100 1000 10000 100000 1000000; do folders+=("$(projects "$count")"); done
 
 wine_lock x64
 wine_prepare x64
+office_data x64
 trap 'wine_stop x64; display_stop' EXIT
 display_start
 wine_start x64
 wine_frames x64 N
 wine_register x64 standin_oledb.dll
-wine_run x64 wine "$root/build/win64/bench/product_bench.exe" "${folders[@]}" </dev/null
+empty=$root/build/bench/empty
+rm -rf "$empty"
+mkdir -p "$empty"
+wine_run x64 wine "$root/build/win64/bench/product_bench.exe" "$(windows_path "$product")" \
+  "$(windows_path "$root/build/win64/bench/libbare_add_in.dll")" "$(windows_path "$empty")" \
+  "${folders[@]}" </dev/null
+
+printf '\nThe DLL\n'
+for width in win64 win32; do
+  dll=$root/build/$width/src/addin/Postrove09.dll
+  [[ -f $dll ]] || continue
+  printf '%-40s %21d\n' "bytes, $width" "$(stat -c %s "$dll")" \
+    "imports, $width" "$(x86_64-w64-mingw32-objdump -p "$dll" | grep -cE '^\s+[0-9a-f]+\s+[0-9]+\s+[A-Z_a-z]')"
+done

@@ -2,8 +2,9 @@
 # Feeds the parsers with made-up input and a desk with made-up days, built with sanitizers; sets up
 # first what is missing. One line per target; the last line says how it went.
 #   fuzz.sh [SECONDS]   each target runs so long, 60 seconds unless told
-# What the targets learned stays in build/fuzz/corpus and inputs that broke one in
-# build/fuzz/findings: both are tried again first in the next run.
+# Each begins with what is known in tests/fuzz/corpus. What the targets learned stays in
+# build/fuzz/corpus and inputs that broke one in build/fuzz/findings: both are tried again first in
+# the next run.
 set -euo pipefail
 here=$(dirname "${BASH_SOURCE[0]}")
 source "$here/lib/common.sh"
@@ -14,10 +15,12 @@ seconds=${1:-60}
 # fuzz NAME: one line about the run; fails when the target found something or never ran.
 fuzz() {
   local corpus=build/fuzz/corpus/$1 findings=build/fuzz/findings/$1 log=$logs/fuzz-$1.log
+  local known=tests/fuzz/corpus/$1
   local status=0 runs found
   mkdir -p "$corpus" "$findings"
   "build/fuzz/tests/fuzz/$1" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=1024 \
-    -artifact_prefix="$findings/" "$corpus" "$findings" >"$log" 2>&1 </dev/null || status=$?
+    -artifact_prefix="$findings/" "$corpus" "$findings" \
+    $([[ ! -d $known ]] || echo "$known") >"$log" 2>&1 </dev/null || status=$?
   runs=$(sed -nE 's/^Done ([1-9][0-9]*) runs .*/\1/p' "$log")
   if [[ $status -eq 0 && -n $runs ]]; then
     printf '%s: passed with %s inputs\n' "$1" "$runs"

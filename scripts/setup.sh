@@ -28,6 +28,7 @@ packages=(
   wine64                                # runs the 64-bit Windows programs
   unixodbc libsqliteodbc sqlite3        # the database behind the stand-in OLE DB provider
   fonts-wine fonts-open-sans fonts-liberation # the fonts of its dialogs
+  clang-tidy cppcheck                   # the static checks
   xvfb xauth                            # a display for screenshots
   imagemagick                           # their conversion to PNG
   python3 python3-olefile               # unpacks mail, reads filed messages, counts tests

@@ -1,6 +1,6 @@
 #!/bin/bash
 # Builds everything and runs every test; sets up first what is missing. The last line says how it went.
-#   test.sh         native tests, a short run of the fuzz targets, 64-bit Windows tests, whole filings
+#   test.sh         static checks, native tests, a short run of the fuzz targets, 64-bit Windows tests, whole filings
 #                   of the sample messages
 #   test.sh --x86   the Windows tests of the 32-bit build
 set -euo pipefail
@@ -78,6 +78,7 @@ case ${1:-} in
   '')
     "$here/setup.sh" >/dev/null
     "$here/build.sh" >/dev/null
+    run_checks static "$here/check.sh"
     run_ctest native "$root/build/native" "$(nproc)"
     run_checks fuzz "$here/fuzz.sh" 3
     with_wine x64 test_x64

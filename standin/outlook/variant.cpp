@@ -19,7 +19,7 @@ std::wstring DescribeValue(const VARIANT& value) {
   for (wchar_t& c : result) {
     if (c < L' ') c = L' ';  // one line a call
   }
-  if (result.size() > kMaxLogged) result = result.substr(0, kMaxLogged) + L"...";
+  if (result.size() > kMaxLogged) result.replace(kMaxLogged, std::wstring::npos, L"...");
   return result;
 }
 

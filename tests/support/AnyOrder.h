@@ -406,7 +406,7 @@ class AnyOrder : private Desk {
     fault_ = only_ ? 5 : Pick(6);  // one of a call, a file operation, SaveAs, Send; or none
     Tell(L"main with fault " + std::to_wstring(fault_));
     if (fault_ == 0) log.failAt = static_cast<int>(log.calls.size() + 1 + Pick(40));
-    if (fault_ == 1) utility_.FailFileOperation(static_cast<int>(1 + Pick(12)));
+    if (!only_) utility_.FailFileOperation(fault_ == 1 ? static_cast<int>(1 + Pick(12)) : 0);
     filing_ = true;
     Press(dialog.cmdPostrove(forms::kMainButton));
     filing_ = false;
@@ -424,6 +424,8 @@ class AnyOrder : private Desk {
     const std::wstring shown = proposed_ = dialog.txtSaveFolder.Text();
     // Without a list the one item is the current project, with the folder that it had.
     if (product_.Data().projects.ProjectList.empty()) return;
+    // Nor can it be asked of a change that ran out of memory half way, and said so.
+    if (only_ && only_->kind == kMemory) return;
     const std::vector<std::wstring> all = Folders(project, true);
     EXPECT_NE(std::find(all.begin(), all.end(), shown), all.end())
         << text::ToUtf8(project + L" in " + shown);

@@ -81,6 +81,7 @@ class Desk {
     const Window window = outlook_.Open(sent, item, One(2));
     auto& properties = window->item->properties;
     properties[L"Subject"] = (One(3) ? L"22-31-Mill=>" : L"") + std::to_wstring(++opened_);
+    if (One(8)) properties[L"Subject"] = L"";
     if (One(6)) Recipients(*window) = 0;
     window->item->functions[L"SaveAs"] = [this, raw = window.get()](const auto& arguments) {
       return SaveAs(*raw, office::ToText(arguments.at(0)));
