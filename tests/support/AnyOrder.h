@@ -275,7 +275,15 @@ class AnyOrder : private Desk {
       ActInSave(dialog);
       EXPECT_EQ(dialogs_, 1);
       EXPECT_TRUE(dialog.IsUnloaded() || Topmost());
+      CheckList(dialog);
     }
+  }
+
+  // The box lists every project, the one of this message only among them.
+  void CheckList(const forms::frmPostrove& dialog) {
+    const std::size_t listed = product_.Data().projects.ProjectList.size();
+    if (listed == 0 || dialog.IsUnloaded() || (only_ && only_->kind == kMemory)) return;
+    EXPECT_EQ(dialog.cboPostrove.Items().size(), listed);
   }
 
   bool Topmost() const {
@@ -476,6 +484,8 @@ class AnyOrder : private Desk {
       if (field > 6) {
         setup.optDbType(field == 7 ? forms::kSetupOwnDb : forms::kSetupSiblingDb).UserClicked();
         Tell(L"option");
+        EXPECT_EQ(setup.optDbType(forms::kSetupSiblingDb).Checked(),
+                  product_.Data().settings.UseQuillion());
         continue;
       }
       const std::wstring text = AnyOf(kTexts[field]);

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "controller/save_dialog_look.h"
 #include "controller/type_ahead.h"
 #include "forms/frmFolderMessage.h"
 #include "forms/frmPostrove.h"
@@ -110,6 +111,17 @@ TEST(FrmPostrove, IsDesignedForKeyboardAndScreenReader) {
   EXPECT_EQ(form.txtSaveFolder.Tag(), L"required");
   EXPECT_EQ(form.txtSaveAsName.Tag(), L"required");
 
+  frmPostrove arranged({});
+  ArrangeForm(arranged, false, {1, 2, 3});
+  for (const auto& control : arranged.Controls()) {
+    if (control->Kind() != ControlKind::Label || control->Tag() != L"required") continue;
+    EXPECT_FALSE(control->Visible());
+    EXPECT_EQ(control->Text(), L"Required");
+    EXPECT_EQ(control->ForeColor(), 0xFFu);
+  }
+  const Box version = arranged.lblVersion.Place();
+  EXPECT_EQ(version.top + version.height, arranged.Height());
+
   // Enter goes on to the next field, and whoever has filled them in is at the main button.
   std::vector<std::string> stops;
   for (const auto& control : form.Controls()) {
@@ -159,12 +171,21 @@ TEST(FrmFolderMessage, IsDesignedForKeyboardAndScreenReader) {
   CheckDesign(form);
   EXPECT_EQ(form.Caption(), L" Folder Not Found");
   EXPECT_EQ(form.txtFolderMessage(1).Tag(), L"required");
+  const Control& message = form.txtFolderMessage(0);  // looks like a label, can be copied from
+  EXPECT_TRUE(message.Locked());
+  EXPECT_EQ(message.ForeColor(), 0x80000012u);
+  EXPECT_EQ(message.BackColor(), 0x8000000Fu);
   form.cmdFolderMessage(0).UserClicked();
   form.UserClosed();
 }
 
 TEST(FrmSetup, IsEndedByItsReturnButtonOnly) {
   frmSetup form({});
+  for (const auto& control : form.Controls()) {  // nothing is wrong before the user begins
+    if (control->Name() != L"lblAlert") continue;
+    EXPECT_FALSE(control->Visible());
+    EXPECT_EQ(control->ForeColor(), 0xFFu);
+  }
   CheckDesign(form);
   CheckKeys(form);
   EXPECT_TRUE(form.cmdSetup(kSetupReturn).isDefault);

@@ -53,8 +53,10 @@ TEST(SharedUtil, ReportsErrors) {
                       L"clsPostrove", L"PostroveMenuButton_Click()", L"Labels keep their words.");
   utility.ExpectMessage();
   utility.ReportError(Error(static_cast<long>(-2147352567), L"", L""), L"clsPostrove", L"Save()");
+  utility.ExpectMessage();
+  utility.ReportError(Error(7, L"", L"Out of memory."), L"clsPostrove", L"Save()");
 
-  ASSERT_EQ(utility.Messages().size(), 2u);
+  ASSERT_EQ(utility.Messages().size(), 3u);
   for (const ShownMessage& message : utility.Messages()) {
     EXPECT_EQ(message.title, L"Postrove");
     EXPECT_EQ(message.buttons, MessageButtons::Ok);
@@ -71,6 +73,8 @@ TEST(SharedUtil, ReportsErrors) {
   EXPECT_TRUE(Contains(second, L"0x80020009"));
   EXPECT_FALSE(second.starts_with(L"\n")) << "an error without a description says so";
   EXPECT_FALSE(Contains(second, L"Source:"));
+  EXPECT_TRUE(Contains(second, L"restart Outlook"));
+  EXPECT_TRUE(Contains(utility.Messages()[2].text, L"Close other programs"));
 }
 
 // A utility object whose message boxes cannot be shown.
