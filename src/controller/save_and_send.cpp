@@ -132,12 +132,15 @@ void SaveAndSend::WriteAndSend(const office::MailItem& mail, FilePlace& place,
   const Raised writing(writing_);
   const DialogStack::Lowered lowered(dialogs_);
   const forms::WaitCursor wait(dialogs_.Host());
-  const std::int32_t editor = filing_.inspector.EditorType();
-  const bool html = editor == office::kEditorWord || editor == office::kEditorHtml;
-  FootedBody footed(mail, html, place.Path());
-  place.Write([&] { mail.SaveAs(place.Path(), saveType); });
+  std::optional<FootedBody> footed;
+  place.Write([&] {  // which tells what stays of the place, whatever fails in here
+    const std::int32_t editor = filing_.inspector.EditorType();
+    const bool html = editor == office::kEditorWord || editor == office::kEditorHtml;
+    footed.emplace(mail, html, place.Path());
+    mail.SaveAs(place.Path(), saveType);
+  });
   if (!filing_.sent) mail.Send();
-  footed.Keep();
+  footed->Keep();
 }
 
 // Nothing is filed without recipients. Outlook refuses a new message and says why, unless

@@ -48,9 +48,7 @@ void SetupDialog::Show() {
   ListWorkUnitTypes();
   {
     const Raised opening(filling_);
-    const bool shared = data_.settings.UseQuillion();
     form_->optDbType(forms::kSetupSiblingDb).SetEnabled(data_.settings.QuillionInstalled());
-    form_->optDbType(shared ? forms::kSetupSiblingDb : forms::kSetupOwnDb).SetChecked(true);
     Fill();
   }
   dialogs_.ShowAbove(form_);
@@ -63,6 +61,11 @@ void SetupDialog::ListWorkUnitTypes() {
 
 void SetupDialog::Fill() {
   refusedField_ = -1;
+  {
+    const Raised filling(filling_);
+    const bool shared = data_.settings.UseQuillion();
+    form_->optDbType(shared ? forms::kSetupSiblingDb : forms::kSetupOwnDb).SetChecked(true);
+  }
   for (int index = forms::kSetupServerFolder; index <= forms::kSetupWorkType; ++index) {
     forms::Control& field = FieldOf(*form_, index);
     field.SetText(data_.CurrentDefault(index));
@@ -106,8 +109,6 @@ void SetupDialog::ChangeSharing() {
     data_.settings.ForgetSharing();
     data_.Reload();
     if (form_->IsUnloaded()) return;
-    const bool now = data_.settings.UseQuillion();
-    form_->optDbType(now ? forms::kSetupSiblingDb : forms::kSetupOwnDb).SetChecked(true);
   }
   Fill();
 }

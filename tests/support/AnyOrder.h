@@ -484,6 +484,7 @@ class AnyOrder : private Desk {
       if (field > 6) {
         setup.optDbType(field == 7 ? forms::kSetupOwnDb : forms::kSetupSiblingDb).UserClicked();
         Tell(L"option");
+        if (setup.IsUnloaded()) return;  // Outlook quit
         EXPECT_EQ(setup.optDbType(forms::kSetupSiblingDb).Checked(),
                   product_.Data().settings.UseQuillion());
         continue;
