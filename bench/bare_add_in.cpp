@@ -1,92 +1,30 @@
 // bare_add_in.dll: the least that an add-in with the product's button can be.
 #include <windows.h>
 
-#include <olectl.h>
-
 #include <cstdio>
 #include <exception>
-#include <functional>
 #include <memory>
+#include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "automation.h"
 #include "outlook/add_ins.h"
+#include "outlook/automation_object.h"
 #include "outlook/ids.h"
-
-using standin::ComPtr;
-using standin::Variant;
+#include "outlook/probe.h"
 
 namespace postrove::bench {
 namespace {
 
-// One object of Automation that counts its references and does nothing else.
-template <class Interface>
-class Counted : public Interface {
- public:
-  STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
-  STDMETHODIMP_(ULONG) Release() override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
-  }
-  STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
+using namespace standin::probe;
+using standin::ComPtr;
+using standin::Variant;
 
- protected:
-  virtual ~Counted() = default;
-  HRESULT Answer(REFIID id, const GUID& own, void** object) {
-    const bool known = id == IID_IUnknown || id == IID_IDispatch || id == own;
-    *object = known ? this : nullptr;
-    if (known) AddRef();
-    return known ? S_OK : E_NOINTERFACE;
-  }
-
- private:
-  ULONG references_ = 1;
-};
-
-class Sink final : public Counted<IDispatch> {
- public:
-  Sink(const GUID& id, std::function<void(DISPPARAMS&)> heard)
-      : id_(id), heard_(std::move(heard)) {}
-  STDMETHODIMP QueryInterface(REFIID id, void** object) override { return Answer(id, id_, object); }
-  STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS* arguments, VARIANT*, EXCEPINFO*,
-                      UINT*) override {
-    try {
-      heard_(*arguments);
-    } catch (const std::exception& error) {
-      std::fprintf(stderr, "bare_add_in: %s\n", error.what());
-      return E_FAIL;
-    }
-    return S_OK;
-  }
-
- private:
-  const GUID id_;
-  const std::function<void(DISPPARAMS&)> heard_;
-};
-
-// A subscription that ends with its object.
-class Heard {
- public:
-  Heard(IDispatch* source, const GUID& events, std::function<void(DISPPARAMS&)> heard) {
-    ComPtr<IConnectionPointContainer> points;
-    Check(source->QueryInterface(IID_IConnectionPointContainer,
-                                 reinterpret_cast<void**>(points.GetAddressOf())));
-    Check(points->FindConnectionPoint(events, point_.GetAddressOf()));
-    const auto sink = standin::Own(new Sink(events, std::move(heard)));
-    Check(point_->Advise(sink.Get(), &cookie_));
-  }
-  ~Heard() { point_->Unadvise(cookie_); }
-  Heard(const Heard&) = delete;
-  Heard& operator=(const Heard&) = delete;
-
- private:
-  ComPtr<IConnectionPoint> point_;
-  DWORD cookie_ = 0;
-};
+Reply Good(Reply reply) {
+  if (FAILED(reply.hr)) throw std::runtime_error("a call failed");
+  return reply;
+}
 
 void ReadFileWhole(const wchar_t* path) {
   const HANDLE file =
@@ -99,11 +37,10 @@ void ReadFileWhole(const wchar_t* path) {
   CloseHandle(file);
 }
 
-class AddIn final : public Counted<standin::Extensibility2> {
+class AddIn final : public standin::AutomationObject<standin::Extensibility2> {
  public:
-  STDMETHODIMP QueryInterface(REFIID id, void** object) override {
-    return Answer(id, standin::kExtensibility2Id, object);
-  }
+  AddIn() : AutomationObject(standin::kExtensibility2Id) {}
+
   STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
                       UINT*) override {
     return E_NOTIMPL;
@@ -113,10 +50,15 @@ class AddIn final : public Counted<standin::Extensibility2> {
     for (const wchar_t* name : {L"Postrove.ini", L"Postrove.cnt"}) {
       ReadFileWhole((std::wstring(L"C:\\ProgramData\\Postrove\\") + name).c_str());
     }
-    inspectors_ = Get(application, L"Inspectors");
-    heard_.push_back(std::make_unique<Heard>(
-        inspectors_.Get(), standin::kInspectorsEventsId,
-        [this](DISPPARAMS& arguments) { PutButton(arguments.rgvarg[0].pdispVal); }));
+    inspectors_ = Get(application, L"Inspectors").Object();
+    Listen(inspectors_, standin::kInspectorsEventsId);
+    heard_.back()->during = [this](DISPID, const DISPPARAMS& arguments) {
+      try {
+        PutButton(arguments.rgvarg[0].pdispVal);
+      } catch (const std::exception& error) {
+        std::fprintf(stderr, "bare_add_in: %s\n", error.what());
+      }
+    };
     return S_OK;
   }
   STDMETHODIMP OnDisconnection(standin::DisconnectMode, SAFEARRAY**) override {
@@ -129,48 +71,45 @@ class AddIn final : public Counted<standin::Extensibility2> {
   STDMETHODIMP OnBeginShutdown(SAFEARRAY**) override { return S_OK; }
 
  private:
-  void PutButton(IDispatch* window) {
+  void Listen(const ComPtr<IDispatch>& source, const GUID& events) {
+    heard_.push_back(std::make_unique<Listener>(source, events, L"", log_));
+    if (!heard_.back()->Hears()) throw std::runtime_error("no such events");
+  }
+
+  void PutButton(const ComPtr<IDispatch>& window) {
     const auto text = [](const wchar_t* value) { return Variant::Text(value); };
-    const ComPtr<IDispatch> item = Get(window, L"CurrentItem");
-    Call(item.Get(), L"Class", DISPATCH_PROPERTYGET);
-    Call(item.Get(), L"Sent", DISPATCH_PROPERTYGET);
-    const ComPtr<IDispatch> bars = Get(window, L"CommandBars");
-    const Variant none = Variant::Missing(), tag = text(L"Bare Button");
-    const Variant earlier = Call(bars.Get(), L"FindControl", DISPATCH_METHOD,
-                                 {none.Get(), none.Get(), tag.Get(), none.Get()});
-    if (earlier.Get().vt == VT_DISPATCH && earlier.Get().pdispVal) {
-      Call(earlier.Get().pdispVal, L"Delete", DISPATCH_METHOD);
-    }
-    const Variant name = text(L"Standard");
-    const ComPtr<IDispatch> bar = Get(bars.Get(), L"Item", {name.Get()});
-    const ComPtr<IDispatch> controls = Get(bar.Get(), L"Controls");
-    const Variant kind = Variant::Long(1), place = Variant::Long(4),
-                  temporary = Variant::Bool(true);
-    const Variant made = Call(controls.Get(), L"Add", DISPATCH_METHOD,
-                              {kind.Get(), none.Get(), none.Get(), place.Get(), temporary.Get()});
-    ComPtr<IDispatch> button;
-    Check(made.Get().pdispVal->QueryInterface(standin::kCommandBarButtonId,
-                                              reinterpret_cast<void**>(button.GetAddressOf())));
-    const auto put = [&](const wchar_t* member, const Variant& value) {
-      Call(button.Get(), member, DISPATCH_PROPERTYPUT, {value.Get()});
-    };
-    put(L"Tag", text(L"Bare Button"));
-    put(L"Caption", text(L"Postrove"));
-    put(L"Style", Variant::Long(3));
-    put(L"FaceId", Variant::Long(3));
-    put(L"BeginGroup", Variant::Bool(true));
-    put(L"OnAction", text(L"!<Bare.Connect>"));
-    put(L"Visible", Variant::Bool(true));
+    log_.clear();
+    const ComPtr<IDispatch> item = Good(Get(window, L"CurrentItem")).Object();
+    Good(Get(item, L"Class"));
+    Good(Get(item, L"Sent"));
+    const ComPtr<IDispatch> bars = Good(Get(window, L"CommandBars")).Object();
+    const ComPtr<IDispatch> earlier = Good(Call(bars, L"FindControl",
+                                                List(Variant::Missing(), Variant::Missing(),
+                                                     text(L"Bare Button"), Variant::Missing())))
+                                          .Object();
+    if (earlier) Good(Call(earlier, L"Delete"));
+    const ComPtr<IDispatch> bar = Good(Get(bars, L"Item", List(text(L"Standard")))).Object();
+    const ComPtr<IDispatch> controls = Good(Get(bar, L"Controls")).Object();
+    const Reply made = Good(Call(controls, L"Add",
+                                 List(Variant::Long(1), Variant::Missing(), Variant::Missing(),
+                                      Variant::Long(4), Variant::Bool(true))));
+    const ComPtr<IDispatch> button = As(made.Object(), standin::kCommandBarButtonId);
+    Good(Put(button, L"Tag", text(L"Bare Button")));
+    Good(Put(button, L"Caption", text(L"Postrove")));
+    Good(Put(button, L"Style", Variant::Long(3)));
+    Good(Put(button, L"FaceId", Variant::Long(3)));
+    Good(Put(button, L"BeginGroup", Variant::Bool(true)));
+    Good(Put(button, L"OnAction", text(L"!<Bare.Connect>")));
+    Good(Put(button, L"Visible", Variant::Bool(true)));
     heard_.resize(1);  // of the last window
-    const auto nothing = [](DISPPARAMS&) {};
-    heard_.push_back(
-        std::make_unique<Heard>(button.Get(), standin::kCommandBarButtonEventsId, nothing));
-    heard_.push_back(std::make_unique<Heard>(window, standin::kInspectorEventsId, nothing));
-    heard_.push_back(std::make_unique<Heard>(item.Get(), standin::kItemEventsId, nothing));
+    Listen(button, standin::kCommandBarButtonEventsId);
+    Listen(window, standin::kInspectorEventsId);
+    Listen(item, standin::kItemEventsId);
   }
 
   ComPtr<IDispatch> inspectors_;
-  std::vector<std::unique_ptr<Heard>> heard_;
+  std::vector<std::wstring> log_;
+  std::vector<std::unique_ptr<Listener>> heard_;
 };
 
 class Factory final : public IClassFactory {

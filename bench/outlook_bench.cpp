@@ -7,7 +7,6 @@
 #include <utility>
 #include <vector>
 
-#include "automation.h"
 #include "benchmarks.h"
 #include "measure.h"
 #include "outlook/clsPROutlook.h"
@@ -15,6 +14,7 @@
 #include "outlook/events.h"
 #include "outlook/host.h"
 #include "outlook/ids.h"
+#include "outlook/probe.h"
 #include "product_on.h"
 #include "shared/win32/WinSharedUtil.h"
 
@@ -71,10 +71,6 @@ class Office {
   HMODULE module_ = nullptr;
 };
 
-ComPtr<IDispatch> Active(const Office& office) {
-  return Call(office.host.Application().Get(), L"ActiveInspector", DISPATCH_METHOD).Get().pdispVal;
-}
-
 }  // namespace
 
 void MeasureStart(const AddIns& addIns) {
@@ -93,7 +89,8 @@ void MeasureWindow(const AddIns& addIns) {
   Office bare(addIns.bare), product(addIns.product);
   const auto told = [](Office& office) {
     office.host.Open(Minutes());
-    const ComPtr<IDispatch> active = Active(office);
+    const ComPtr<IDispatch> active =
+        standin::probe::Call(office.host.Application(), L"ActiveInspector").Object();
     return [&office, active] {
       const double time = Milliseconds([&] {
         std::vector<standin::Variant> arguments;
@@ -129,10 +126,11 @@ void MeasureFiling(const std::wstring& folder) {
   };
   const auto bare = [&] {
     standin::Inspector& window = office.host.Open(Minutes());
-    const ComPtr<IDispatch> item = Get(Active(office).Get(), L"CurrentItem");
-    const standin::Variant target = standin::Variant::Text(path), type = standin::Variant::Long(3);
+    const ComPtr<IDispatch> item = standin::probe::CurrentItem(office.host);
     const double time = Milliseconds([&] {
-      Call(item.Get(), L"SaveAs", DISPATCH_METHOD, {target.Get(), type.Get()});
+      standin::probe::Call(
+          item, L"SaveAs",
+          standin::probe::List(standin::Variant::Text(path), standin::Variant::Long(3)));
     });
     check();
     office.host.Close(window);

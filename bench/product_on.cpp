@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <stdexcept>
 
-#include "automation.h"
 #include "data/project_sql.h"
 #include "shared/connection_string.h"
 #include "shared/text.h"
@@ -33,6 +32,10 @@ ComPtr<Interface> Query(IUnknown* object, REFIID id) {
 }
 
 }  // namespace
+
+void Check(HRESULT result) {
+  if (FAILED(result)) throw std::runtime_error("a call of COM failed");
+}
 
 ProductOn::ProductOn(const std::wstring& folder) {
   shared.gDatabase = CreateOleDbDatabase();

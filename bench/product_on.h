@@ -1,11 +1,16 @@
 #pragma once
 
+#include <windows.h>
+
 #include <string>
 
 #include "memory/Product.h"
 #include "shared/clsDatabase.h"
 
 namespace postrove::bench {
+
+// Throws when a call of COM failed.
+void Check(HRESULT result);
 
 // The product on a fake machine, with the real database of a folder that holds a Postrove.mdb.
 class ProductOn : public testing::Product {

@@ -26,24 +26,17 @@ POSTROVE_DAYS=$days build/native/tests/unit/any_order_test --gtest_output="xml:$
   --gtest_brief=1
 sed -nE 's/.*<property name="(steps|runs)" value="([0-9]+)".*/\1: \2/p' "$results/days.xml"
 
-say "ten million names and folders, then each fuzz target for ten minutes"
-logged configure-fuzz cmake -S . -B build/fuzz -G Ninja -DCMAKE_CXX_COMPILER=clang++ -DPOSTROVE_FUZZ=ON
-logged build-fuzz cmake --build build/fuzz --target postrove_fuzz
-for target in file_name_fuzz subject_fuzz; do  # that they stay below the root, among others
+say "each fuzz target for ten minutes, then ten million names and subjects, which stay below their root"
+"$here/fuzz.sh" 600
+for target in file_name_fuzz subject_fuzz; do
   "build/fuzz/tests/fuzz/$target" -runs=10000000 2>&1 | tail -n 1
 done
-"$here/fuzz.sh" 600
 
 say "2,000 filings in one process, 100 loads of the add-in"
-(
-  wine_lock x64
-  wine_prepare x64
-  office_data x64
-  trap 'wine_stop x64' EXIT
-  wine_start x64
-  wine_register x64 standin_oledb.dll
+endurance() {
   POSTROVE_ROUNDS=2000 wine_run x64 wine "$root/build/win64/tests/windows/host/windows_product.exe" \
     '--gtest_filter=Endurance.*' </dev/null
-)
+}
+with_wine x64 endurance
 
 "$here/bench.sh"

@@ -52,21 +52,6 @@ show_failure() {
   say "---- (all of it: $2)"
 }
 
-with_wine() {
-  local width=$1
-  shift
-  wine_lock "$width"
-  wine_prepare "$width"
-  office_data "$width"
-  trap 'wine_stop '"$width" EXIT
-  wine_start "$width"
-  wine_register "$width" standin_oledb.dll
-  "$@"
-  wine_stop "$width"
-  trap - EXIT
-  wine_unlock
-}
-
 test_x64() {
   run_ctest x64 "$root/build/win64" 1
   run_checks mail "$root/tests/mail/filing_test.py" "$root"

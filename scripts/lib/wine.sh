@@ -129,3 +129,20 @@ unix_path() {
 
 # windows_path /FOLDER/FILE: the path that Windows programs use for it.
 windows_path() { printf 'Z:%s\n' "${1//\//\\}"; }
+
+# with_wine WIDTH COMMAND...: runs it in the session of a prefix as a new office has it, with the stand-in
+# provider.
+with_wine() {
+  local width=$1
+  shift
+  wine_lock "$width"
+  wine_prepare "$width"
+  office_data "$width"
+  trap 'wine_stop '"$width" EXIT
+  wine_start "$width"
+  wine_register "$width" standin_oledb.dll
+  "$@"
+  wine_stop "$width"
+  trap - EXIT
+  wine_unlock
+}

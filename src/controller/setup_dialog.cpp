@@ -46,11 +46,8 @@ SetupDialog::SetupDialog(OfficeData& data, clsSharedUtil& utility, DialogStack& 
 
 void SetupDialog::Show() {
   ListWorkUnitTypes();
-  {
-    const Raised opening(filling_);
-    form_->optDbType(forms::kSetupSiblingDb).SetEnabled(data_.settings.QuillionInstalled());
-    Fill();
-  }
+  form_->optDbType(forms::kSetupSiblingDb).SetEnabled(data_.settings.QuillionInstalled());
+  Fill();
   dialogs_.ShowAbove(form_);
 }
 
@@ -60,12 +57,10 @@ void SetupDialog::ListWorkUnitTypes() {
 }
 
 void SetupDialog::Fill() {
+  const Raised filling(filling_);
   refusedField_ = -1;
-  {
-    const Raised filling(filling_);
-    const bool shared = data_.settings.UseQuillion();
-    form_->optDbType(shared ? forms::kSetupSiblingDb : forms::kSetupOwnDb).SetChecked(true);
-  }
+  const bool shared = data_.settings.UseQuillion();
+  form_->optDbType(shared ? forms::kSetupSiblingDb : forms::kSetupOwnDb).SetChecked(true);
   for (int index = forms::kSetupServerFolder; index <= forms::kSetupWorkType; ++index) {
     forms::Control& field = FieldOf(*form_, index);
     field.SetText(data_.CurrentDefault(index));
@@ -202,10 +197,8 @@ void SetupDialog::StoreField(int index) {
     field.SetText(text::NormaliseFolder(field.Text()));
   }
   if (index == forms::kSetupWorkType) ListWorkUnitTypes();
-  if (index == forms::kSetupSettings || !wereRead) {
-    const Raised filling(filling_);
-    Fill();  // another file, or one that can be read by now, has other settings
-  }
+  // Another file, or one that can be read by now, has other settings.
+  if (index == forms::kSetupSettings || !wereRead) Fill();
 }
 
 void SetupDialog::frmSetupEvent_SetupListChange(const std::wstring& Text) {

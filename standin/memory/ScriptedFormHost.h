@@ -39,25 +39,12 @@ class ScriptedFormHost : public forms::FormHost {
     form.Unload();
   }
   void SetTopmost(forms::Form& form, bool topmost) override {
-    const memory::Scope host(false);
-    actions.push_back((topmost ? L"topmost " : L"lower ") + form.Name());
+    Note(topmost ? L"topmost " : L"lower ", form.Name());
   }
-  void BringToFront(forms::Form& form) override {
-    const memory::Scope host(false);
-    actions.push_back(L"front " + form.Name());
-  }
-  void SetFocus(forms::Control& control) override {
-    const memory::Scope host(false);
-    actions.push_back(L"focus " + control.Name());
-  }
-  void DropDownList(forms::Control& combo) override {
-    const memory::Scope host(false);
-    actions.push_back(L"drop " + combo.Name());
-  }
-  void SendTab(forms::Form& form) override {
-    const memory::Scope host(false);
-    actions.push_back(L"tab " + form.Name());
-  }
+  void BringToFront(forms::Form& form) override { Note(L"front ", form.Name()); }
+  void SetFocus(forms::Control& control) override { Note(L"focus ", control.Name()); }
+  void DropDownList(forms::Control& combo) override { Note(L"drop ", combo.Name()); }
+  void SendTab(forms::Form& form) override { Note(L"tab ", form.Name()); }
   void SetWaitCursor(bool on) override { waiting += on ? 1 : -1; }
 
   std::uint32_t InputTime() const override { return inputTime(); }
@@ -68,6 +55,11 @@ class ScriptedFormHost : public forms::FormHost {
   int waiting = 0;
 
  private:
+  void Note(const wchar_t* action, const std::wstring& name) {
+    const memory::Scope host(false);
+    actions.push_back(action + name);
+  }
+
   std::queue<User> users_;
 };
 

@@ -152,7 +152,7 @@ class AnyOrder : private FilingDesk {
   // The box lists every project, the one of this message only among them.
   void CheckList(const forms::frmPostrove& dialog) {
     const std::size_t listed = product_.Data().projects.ProjectList.size();
-    if (listed == 0 || dialog.IsUnloaded() || (only_ && only_->kind == kMemory)) return;
+    if (listed == 0 || dialog.IsUnloaded() || LacksMemory()) return;
     EXPECT_EQ(dialog.cboPostrove.Items().size(), listed);
   }
 
@@ -206,7 +206,7 @@ class AnyOrder : private FilingDesk {
       case 7:
         return PressMain(dialog);
       case 8: {
-        if (only_ && only_->kind == kMemory) return;  // the picker need not come
+        if (LacksMemory()) return;  // the picker need not come
         const std::wstring folder = AnyOf({L"", L"D:\\Filed", L"E:\\CD"});
         Tell(L"browse " + folder);
         utility_.ExpectBrowse(folder);
@@ -271,7 +271,7 @@ class AnyOrder : private FilingDesk {
     shownName_ = dialog.txtSaveAsName.Text();
     FakeLog& log = outlook_.log;
     // Without memory the text may not have been looked up when it should.
-    const bool typed = typed_ || (only_ && only_->kind == kMemory);
+    const bool typed = typed_ || LacksMemory();
     moves_ = typed && text::EqualsIgnoreCase(CleanFolder(shownFolder_), CleanFolder(proposed_));
     fault_ = only_ ? 5 : Pick(6);  // one of a call, a file operation, SaveAs, Send; or none
     Tell(L"main with fault " + std::to_wstring(fault_));
@@ -295,7 +295,7 @@ class AnyOrder : private FilingDesk {
     // Without a list the one item is the current project, with the folder that it had.
     if (product_.Data().projects.ProjectList.empty()) return;
     // Nor can it be asked of a change that ran out of memory half way, and said so.
-    if (only_ && only_->kind == kMemory) return;
+    if (LacksMemory()) return;
     const std::vector<std::wstring> all = Folders(project, true);
     EXPECT_NE(std::find(all.begin(), all.end(), shown), all.end())
         << text::ToUtf8(project + L" in " + shown);

@@ -5,7 +5,7 @@
 
 #include "outlook/host.h"
 #include "outlook/ids.h"
-#include "probe.h"
+#include "outlook/probe.h"
 
 namespace standin {
 namespace {

@@ -59,6 +59,8 @@ class Listener {
   Listener(const Listener&) = delete;
   Listener& operator=(const Listener&) = delete;
 
+  bool Hears() const { return cookie_ != 0; }  // the object has such events
+
   // What to run in each event.
   std::function<void(DISPID, const DISPPARAMS&)> during;
 

@@ -1,5 +1,6 @@
-#include "probe.h"
+#include "outlook/probe.h"
 
+#include "outlook/automation_object.h"
 #include "outlook/ids.h"
 
 namespace standin::probe {
@@ -92,29 +93,11 @@ ComPtr<IDispatch> AddButton(const Host& host, const wchar_t* tag) {
   return control;
 }
 
-class Listener::Sink final : public IDispatch {
+class Listener::Sink final : public AutomationObject<IDispatch> {
  public:
   Sink(Listener& listener, const GUID& id, const wchar_t* label, std::vector<std::wstring>& log)
-      : listener_(listener), id_(id), label_(label), log_(log) {}
-  virtual ~Sink() = default;
+      : AutomationObject(id), listener_(listener), label_(label), log_(log) {}
 
-  STDMETHODIMP QueryInterface(REFIID id, void** object) override {
-    const bool known =
-        IsEqualGUID(id, IID_IUnknown) || IsEqualGUID(id, IID_IDispatch) || IsEqualGUID(id, id_);
-    *object = known ? this : nullptr;
-    if (!known) return E_NOINTERFACE;
-    ++references_;
-    return S_OK;
-  }
-  STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
-  STDMETHODIMP_(ULONG) Release() override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
-  }
-  STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
   STDMETHODIMP Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* given, VARIANT*, EXCEPINFO*,
                       UINT*) override {
     log_.push_back(label_ + L'.' + std::to_wstring(id));
@@ -124,10 +107,8 @@ class Listener::Sink final : public IDispatch {
 
  private:
   Listener& listener_;
-  const GUID id_;
   const std::wstring label_;
   std::vector<std::wstring>& log_;
-  ULONG references_ = 1;
 };
 
 Listener::Listener(const ComPtr<IDispatch>& source, const GUID& id, const wchar_t* label,
